@@ -1,0 +1,11 @@
+# Header-only dependencies as targets of our own, so that their headers count as system headers.
+find_package(RapidJSON REQUIRED)
+add_library(dataengine_rapidjson INTERFACE)
+target_include_directories(dataengine_rapidjson SYSTEM INTERFACE
+    $<BUILD_INTERFACE:${RapidJSON_INCLUDE_DIRS}>)
+
+find_path(MSGPACK_INCLUDE_DIR msgpack.hpp REQUIRED)
+add_library(dataengine_msgpack INTERFACE)
+target_include_directories(dataengine_msgpack SYSTEM INTERFACE
+    $<BUILD_INTERFACE:${MSGPACK_INCLUDE_DIR}>)
+target_compile_definitions(dataengine_msgpack INTERFACE $<BUILD_INTERFACE:MSGPACK_NO_BOOST>)
