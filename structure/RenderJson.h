@@ -1,0 +1,84 @@
+#pragma once
+
+#include <rapidjson/document.h>
+#include <rapidjson/stringbuffer.h>
+#include <rapidjson/writer.h>
+
+#include <vector>
+
+#include "contracts/RapidJsonAllocator.h"
+
+namespace dataengine {
+
+using JsonBuffer = rapidjson::GenericStringBuffer<rapidjson::UTF8<>, RapidJsonAllocator>;
+using JsonWriter =
+    rapidjson::Writer<JsonBuffer, rapidjson::UTF8<>, rapidjson::UTF8<>, RapidJsonAllocator>;
+
+/// An array or object whose members are being rendered.
+struct OpenContainer {
+    const rapidjson::Value* value;
+    rapidjson::SizeType next;  // the element or member that comes next
+};
+
+template <typename Handler>
+bool RenderScalar(const rapidjson::Value& value, Handler& handler) {
+    switch (value.GetType()) {
+        case rapidjson::kNullType:
+            return handler.Null();
+        case rapidjson::kFalseType:
+            return handler.Bool(false);
+        case rapidjson::kTrueType:
+            return handler.Bool(true);
+        case rapidjson::kStringType:
+            return handler.String(value.GetString(), value.GetStringLength(), true);
+        default:
+            if (value.IsDouble()) return handler.Double(value.GetDouble());
+            if (value.IsInt()) return handler.Int(value.GetInt());
+            if (value.IsUint()) return handler.Uint(value.GetUint());
+            if (value.IsInt64()) return handler.Int64(value.GetInt64());
+            return handler.Uint64(value.GetUint64());
+    }
+}
+
+/// Hands `root` to a rapidjson handler event by event, as `root.Accept(handler)` does, but from an
+/// explicit stack: depth is bounded by memory alone. Stops with false where the handler does.
+template <typename Handler>
+bool RenderJson(const rapidjson::Value& root, Handler& handler) {
+    std::vector<OpenContainer> open;
+    const rapidjson::Value* value = &root;
+    for (;;) {
+        if (value->IsArray()) {
+            if (!handler.StartArray()) return false;
+            open.push_back({value, 0});
+        } else if (value->IsObject()) {
+            if (!handler.StartObject()) return false;
+            open.push_back({value, 0});
+        } else if (!RenderScalar(*value, handler)) {
+            return false;
+        }
+
+        for (;;) {
+            if (open.empty()) return true;
+            OpenContainer& top = open.back();
+            if (top.value->IsArray()) {
+                if (top.next < top.value->Size()) {
+                    value = top.value->Begin() + top.next++;
+                    break;
+                }
+                if (!handler.EndArray(top.value->Size())) return false;
+            } else {
+                if (top.next < top.value->MemberCount()) {
+                    const auto member = top.value->MemberBegin() + top.next++;
+                    const auto& name = member->name;
+                    if (!handler.Key(name.GetString(), name.GetStringLength(), true)) return false;
+                    value = &member->value;
+                    break;
+                }
+                if (!handler.EndObject(top.value->MemberCount())) return false;
+            }
+            open.pop_back();
+        }
+    }
+}
+
+}  // namespace dataengine
