@@ -1,0 +1,66 @@
+#pragma once
+
+#include <rapidjson/document.h>
+
+#include <string>
+
+#include "contracts/IJsonSerialize.h"
+#include "query/CDEQueryResultMetaDataOnly.h"
+
+/// The answer to a query for structured data: a parsed document, its time, a flag word, an error
+/// text and the query that it answers.
+///
+/// The document is the one that CDEStructureDataHelper takes, and travels in JSON as compact text.
+/// It owns its memory pool, and all its values live there: the pool only grows, and what a load or
+/// a caller replaces is freed with the object.
+///
+/// Move-only. A move takes the document with its pool, leaves the source's texts empty and its
+/// numbers as they were; a moved-from object's document has no pool, and the object may only be
+/// destroyed or assigned to. An object must not be move-assigned to itself.
+///
+/// Thread rule: an object and its document belong to one thread at a time.
+class DATAENGINE_EXPORT CDEQueryResultStructureData : public IJsonSerialize {
+  public:
+    CDEQueryResultStructureData() = default;
+    CDEQueryResultStructureData(const CDEQueryResultStructureData&) = delete;
+    CDEQueryResultStructureData& operator=(const CDEQueryResultStructureData&) = delete;
+    // Written out for the source's empty error text.
+    CDEQueryResultStructureData(CDEQueryResultStructureData&& other);
+    CDEQueryResultStructureData& operator=(CDEQueryResultStructureData&& other);
+
+    rapidjson::Document& GetData() { return data_; }
+    const rapidjson::Document& GetData_RO() const { return data_; }
+
+    long long GetTime() const { return time_; }
+    void SetTime(long long time) { time_ = time; }
+
+    int GetFlag() const { return flag_; }
+    void SetFlag(int flag) { flag_ = flag; }
+
+    /// The error text stays here: it is in no JSON form.
+    const std::string& GetErrorLog() const { return errorLog_; }
+    void SetErrorLog(const std::string& errorLog) { errorLog_ = errorLog; }
+
+    const CDEQueryResultMetaDataOnly& GetResultMetaDataOnly() const { return resultMetaDataOnly_; }
+    CDEQueryResultMetaDataOnly& Get_mutable_ResultMetaDataOnly() { return resultMetaDataOnly_; }
+    void SetResultMetaDataOnly(const CDEQueryResultMetaDataOnly& resultMetaDataOnly) {
+        resultMetaDataOnly_ = resultMetaDataOnly;
+    }
+
+    /// Reads "time", "data", "flag" and "resultMetaDataOnly", whose object stays as it was if the
+    /// key is absent or null. Returns true also if the text under "data", which ends at its first
+    /// zero byte, does not parse: the document then keeps its value, and its parse error is the
+    /// only trace.
+    bool LoadFromJson(const vxJson::Value& source) override;
+
+    /// Writes the same four keys, the document as compact text. A number that JSON cannot write
+    /// ends the text before it. Not for a moved-from object.
+    bool SaveToJson(vxJson::Value& target) const override;
+
+  private:
+    rapidjson::Document data_;
+    long long time_ = 0;
+    int flag_ = 0;
+    std::string errorLog_;
+    CDEQueryResultMetaDataOnly resultMetaDataOnly_;
+};
