@@ -1,0 +1,61 @@
+#pragma once
+
+#include <VxUtil/vxJson.h>
+
+#include <cstdint>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "contracts/DataEngineExport.h"
+
+/// What a mapping document maps. Documents may hold other numbers; they are kept as they are.
+enum EMappingType : std::int32_t {
+    MappingType_Variable = 0,
+    MappingType_Variable1 = 1,  ///< The same as MappingType_Variable.
+    MappingType_TableColumn = 2
+};
+
+/// One parser variable of a mapping and the device types that it serves.
+struct DATAENGINE_EXPORT MappingInstance {
+    std::set<int> deviceType;
+    std::string parserPath;
+    std::string parserName;
+    std::string bizType;
+    std::string varName;      ///< Without its leading '$' once loaded.
+    std::string varFullName;  ///< In the form in which decoded documents name their items.
+};
+
+/// A view of one stored variable mapping document: under a variable's path it lists the parser
+/// variables that supply that variable.
+///
+/// A load brings stored names into the form of decoded documents: no '$' marks, a table column as
+/// table name, '.', column name. It replaces the texts and the type and adds to the instances.
+/// There are no setters and no save, all results are copies, and a move is a copy too. Nothing but
+/// a copy gives the time stamp a value: do not rely on it.
+///
+/// Thread rule: an object belongs to one thread at a time.
+class DATAENGINE_EXPORT VariableMappingDAO {
+  public:
+    VariableMappingDAO() = default;
+    VariableMappingDAO(const VariableMappingDAO&) = default;
+    VariableMappingDAO& operator=(const VariableMappingDAO&) = default;
+
+    /// Reads "_id", "mappingType", "gvPath" and "mappingVars". Returns true. What a conversion
+    /// throws loses the instance at hand; everything read before stays.
+    bool LoadFromJson(const vxJson::Value& source);
+
+    std::string GetId() const { return id_; }
+    EMappingType GetMappingType() const { return mappingType_; }
+    std::string GetGvPath() const { return gvPath_; }
+    long long GetTimeStamp() const { return timeStamp_; }
+    std::vector<MappingInstance> GetAllMappingVariable() const { return mappingVars_; }
+    int GetMappingSize() const { return static_cast<int>(mappingVars_.size()); }
+
+  private:
+    std::string id_;
+    EMappingType mappingType_ = MappingType_Variable;
+    std::vector<MappingInstance> mappingVars_;
+    long long timeStamp_ = 0;
+    std::string gvPath_;
+};
