@@ -1,0 +1,24 @@
+#pragma once
+
+#include "contracts/IJsonSerialize.h"
+
+/// The rule by which the store thins out old data: for how many months and how many pieces it
+/// keeps, and whether it is in force. Only a load fills it, and a save writes nothing.
+///
+/// Thread rule: an object belongs to one thread at a time.
+class DATAENGINE_EXPORT CDataEngineCleanShrink : public IJsonSerialize {
+  public:
+    bool GetChecked() const { return checked_; }
+    int GetKeepMonth() const { return keepMonth_; }
+    int GetKeepCount() const { return keepCount_; }
+
+    /// Reads "checked", "keepMonth" and "keepCount".
+    bool LoadFromJson(const vxJson::Value& source) override;
+    /// Leaves `target` as it is.
+    bool SaveToJson(vxJson::Value& target) const override;
+
+  private:
+    bool checked_ = false;
+    int keepMonth_ = 0;
+    int keepCount_ = 0;
+};
