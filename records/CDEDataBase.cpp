@@ -1,0 +1,156 @@
+#include "records/CDEDataBase.h"
+
+#include <VxUtil/TimerHelper.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <memory>
+
+#include "records/RecordChecksum.h"
+#include "schema/DataEngineNames.h"
+
+namespace {
+
+constexpr auto kNullKind = static_cast<vxJson::ValueType>(0);
+constexpr auto kBinaryKind = static_cast<vxJson::ValueType>(110);
+
+constexpr std::size_t kErrorLogViewBytes = 1024;
+
+// In the order of EnumDEDataType.
+const std::string* const kTypeNames[] = {
+    &DataEngineNames::TypeName::none,      &DataEngineNames::TypeName::config,
+    &DataEngineNames::TypeName::cmd,       &DataEngineNames::TypeName::sysTable,
+    &DataEngineNames::TypeName::nctTable,  &DataEngineNames::TypeName::parser,
+    &DataEngineNames::TypeName::pingtrace, &DataEngineNames::TypeName::raw,
+};
+
+}  // namespace
+
+CDEDataBase::CDEDataBase() = default;
+
+CDEDataBase::CDEDataBase(const CDeviceIdentifier& id, EnumDEDataType type)
+    : deviceIdentifier_(id), type_(type) {
+    SettleIdentity();
+}
+
+CDEDataBase::~CDEDataBase() = default;
+
+void CDEDataBase::SettleIdentity() {
+    if (deviceIdentifier_.GetDeviceId().IsValid()) {
+        nodeIdentify_.nodeId = GetDevId();
+        return;
+    }
+
+    // A node's name in place of a host name is "N:" type ":" id.
+    const std::string& hostName = deviceIdentifier_.GetHostName();
+    if (hostName.compare(0, 2, "N:") != 0) return;
+    const std::string name = hostName.substr(2);
+    const int colon = static_cast<int>(name.find(':'));  // -1 if there is none
+    if (colon < 0) return;
+
+    const auto typeBytes = static_cast<std::size_t>(colon);
+    deviceIdentifier_.SetHostName(std::string());
+    nodeIdentify_.nodeType = name.substr(0, typeBytes);
+    nodeIdentify_.nodeId = name.substr(typeBytes + 1);
+}
+
+std::string CDEDataBase::GetDevId() const {
+    const VX128Guid& id = deviceIdentifier_.GetDeviceId();
+    if (!id.IsValid() && !nodeIdentify_.nodeType.empty()) return nodeIdentify_.nodeId;
+    return id.ToUUIDString(true);
+}
+
+int CDEDataBase::GetDay() {
+    return TimerHelper::Time2UTCTm(time_).tm_mday;
+}
+
+std::string CDEDataBase::TypeInt2Str(EnumDEDataType type) {
+    if (type < DEDataTypeNone || type > DEDataTypeRaw) return DataEngineNames::TypeName::none;
+    return *kTypeNames[type];
+}
+
+EnumDEDataType CDEDataBase::TypeStr2Int(std::string text) {
+    for (int type = DEDataTypeNone; type <= DEDataTypeRaw; ++type) {
+        if (text == *kTypeNames[type]) return static_cast<EnumDEDataType>(type);
+    }
+    return DEDataTypeNone;
+}
+
+bool CDEDataBase::HasOnDemandTask() const {
+    return std::any_of(taskInfo_.begin(), taskInfo_.end(),
+                       [](const CDETaskInfo& task) { return task.isOnDemand; });
+}
+
+bool CDEDataBase::HadSharedTask() const {
+    return std::any_of(taskInfo_.begin(), taskInfo_.end(),
+                       [](const CDETaskInfo& task) { return !task.isOnDemand; });
+}
+
+std::string CDEDataBase::GetMetaMD5() {
+    const std::string name = GetName();
+    return RecordChecksum(deviceIdentifier_.GetDeviceId().ToUUIDString(true) + TypeInt2Str(type_) +
+                          name);
+}
+
+std::string CDEDataBase::GetName() const {
+    return std::string();
+}
+
+std::string CDEDataBase::GetDataMD5() {
+    if (type_ == DEDataTypeSysTable || type_ == DEDataTypeNctTable) return GetDataMD5CA();
+    return RecordChecksum(data_);
+}
+
+std::string CDEDataBase::GetDataMD5CA() {
+    const std::lock_guard<std::mutex> lock(dataMD5CALock_);
+    return dataMD5CA_;
+}
+
+void CDEDataBase::SetDataMD5CA(const std::string& value) {
+    const std::lock_guard<std::mutex> lock(dataMD5CALock_);
+    dataMD5CA_ = value;
+}
+
+vxJson::Value CDEDataBase::TimeValue() const {
+    return vxJson::Value(static_cast<unsigned long long>(time_), false);
+}
+
+bool CDEDataBase::GetDEStatus(vxJson::Value& out) const {
+    namespace names = DataEngineNames::MetaRecord;
+    out[names::devId] = GetDevId();
+    out[names::type] = TypeInt2Str(type_);
+    out[names::name] = GetName();
+    out[names::param] = param_;
+    if (!properties_.empty()) out[DataEngineNames::DataList::props] = properties_;
+    return true;
+}
+
+vxJson::Value CDEDataBase::GetODJson() {
+    namespace names = DataEngineNames::MetaRecord;
+    vxJson::Value out(kNullKind, false);
+    out[names::devId] = GetDevId();
+    out[names::name] = GetName();
+    out[names::type] = TypeInt2Str(type_);
+    out[names::time] = TimeValue();
+    out[names::flag] = flag_;
+    if (!errorLog_.empty()) out[names::errorLog] = errorLog_.substr(0, kErrorLogViewBytes);
+    out[names::data] = vxJson::Value(data_, kBinaryKind);
+    out[names::md5] = GetDataMD5();
+    if (!param_.empty()) out[names::param] = param_;
+    if (!properties_.empty()) out[DataEngineNames::DataList::props] = properties_;
+    return out;
+}
+
+vxJson::Value* CDEDataBase::GetDeviceDataJSon() {
+    auto out = std::make_unique<vxJson::Value>(kNullKind, false);
+    (*out)["devId"] = GetDevId();
+    (*out)["devName"] = deviceIdentifier_.GetHostName();
+    (*out)["type"] = TypeInt2Str(type_);
+    // A system table is known by its own name, such as "arpTable", where others have their type.
+    (*out)[type_ == DEDataTypeSysTable ? "type" : "name"] = GetName();
+    (*out)["uploadDate"] = TimeValue();
+    (*out)["subName"] = param_;
+    (*out)["content"] = data_;
+    (*out)["length"] = static_cast<unsigned long long>(data_.size());
+    return out.release();
+}
