@@ -1,7 +1,33 @@
 #include "schema/VariableMappingNames.h"
 
-// The priorities put the catalogue before every other initialiser of the library, group by group.
+#include <iterator>
+
+#include "schema/NameArray.h"
+
+namespace {
+
+constexpr bool rows[] = {
+#define TEXT(id, text) true,
+#include "schema/names/VariableMapping.def"
+};
+
+class Names : public NameArray<std::size(rows)> {
+  public:
+    Names() {
+#define TEXT(id, text) add(text);
+#include "schema/names/VariableMapping.def"
+    }
+};
+
+// The priority builds the names before any other initialiser of the library runs, group by group.
+__attribute__((init_priority(101))) Names names;
+
+constexpr int first_row = __COUNTER__ + 1;
+
+}  // namespace
+
+// Binding a name to its string needs no code at load: the linker has done it.
 namespace VariableMappingNames {
-#define TEXT(id, text) __attribute__((init_priority(101))) const std::string id(text);
+#define TEXT(id, text) const std::string& id = names.strings[__COUNTER__ - first_row];
 #include "schema/names/VariableMapping.def"
 }  // namespace VariableMappingNames
