@@ -1,0 +1,3 @@
+#include <VxUtil/CVXDomain.h>
+
+CVXDomain::CVXDomain(const std::string& domainDBName) : domainDBName_(domainDBName) {}

@@ -1,0 +1,53 @@
+#include <VxUtil/VX128Guid.h>
+
+#include <cstddef>
+#include <stdexcept>
+
+namespace {
+
+constexpr std::size_t textLength = 36;
+
+bool IsHyphenAt(std::size_t position) {
+    return position == 8 || position == 13 || position == 18 || position == 23;
+}
+
+// The value of a hexadecimal digit, or -1.
+int DigitValue(char c) {
+    if (c >= '0' && c <= '9') return c - '0';
+    if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+    if (c >= 'A' && c <= 'F') return c - 'A' + 10;
+    return -1;
+}
+
+}  // namespace
+
+VX128Guid::VX128Guid(const std::string& text) {
+    const auto fail = [&text] {
+        throw std::invalid_argument("VX128Guid: \"" + text.substr(0, 2 * textLength) +
+                                    "\" is not of the form 8-4-4-4-12 hexadecimal digits");
+    };
+    if (text.size() != textLength) fail();
+    std::size_t digits = 0;
+    for (std::size_t i = 0; i < textLength; ++i) {
+        if (IsHyphenAt(i)) {
+            if (text[i] != '-') fail();
+            continue;
+        }
+        const int value = DigitValue(text[i]);
+        if (value < 0) fail();
+        std::uint8_t& byte = bytes_[digits++ / 2];
+        byte = static_cast<std::uint8_t>(byte << 4 | value);
+    }
+}
+
+std::string VX128Guid::ToUUIDString(bool hyphens) const {
+    static const char digits[] = "0123456789abcdef";
+    std::string text;
+    text.reserve(textLength);
+    for (std::size_t i = 0; i < bytes_.size(); ++i) {
+        if (hyphens && (i == 4 || i == 6 || i == 8 || i == 10)) text.push_back('-');
+        text.push_back(digits[bytes_[i] >> 4]);
+        text.push_back(digits[bytes_[i] & 15]);
+    }
+    return text;
+}

@@ -1,0 +1,512 @@
+#include <VxUtil/vxJson.h>
+
+#include <cmath>
+#include <limits>
+#include <memory>
+
+#include "JsonContainers.h"
+
+namespace vxJson {
+
+using detail::Array;
+using detail::Container;
+using detail::Cursor;
+using detail::KeyView;
+using detail::Members;
+using detail::Object;
+using detail::Slot;
+
+static_assert(sizeof(Value) == sizeof(std::string) + sizeof(void*));
+
+namespace {
+
+// What lookups and conversions hand out for what isn't there. Never destroyed, so that it also
+// serves those that run while the program ends.
+union Nothing {
+    Nothing() noexcept : fields() {}
+    ~Nothing() {}
+
+    struct {
+        Value value;
+        std::string text;
+    } fields;
+};
+const Nothing nothing;
+
+const char* KindName(ValueType type) noexcept {
+    switch (type) {
+        case nullKind:
+            return "null";
+        case boolKind:
+            return "bool";
+        case integerKind:
+            return "integer";
+        case doubleKind:
+            return "double";
+        case stringKind:
+            return "string";
+        case arrayKind:
+            return "array";
+        case objectKind:
+            return "object";
+        case timeKind:
+            return "time";
+        case binaryKind:
+            return "binary";
+    }
+    return "unknown";
+}
+
+template <class T>
+int Order(const T& a, const T& b) noexcept {
+    return a < b ? -1 : (b < a ? 1 : 0);
+}
+
+// NaN is one value, behind all others; -0.0 stands before 0.0.
+int OrderDoubles(double a, double b) noexcept {
+    if (std::isnan(a) || std::isnan(b)) return Order(std::isnan(a), std::isnan(b));
+    if (a == b) return Order(std::signbit(b), std::signbit(a));
+    return a < b ? -1 : 1;
+}
+
+}  // namespace
+
+Value::Value(ValueType type, bool flag) : Value() {
+    static_cast<void>(flag);
+    switch (type) {
+        case nullKind:
+            return;
+        case boolKind:
+            tag_ = Tag::boolean;
+            return;
+        case integerKind:
+            tag_ = Tag::natural;
+            return;
+        case doubleKind:
+            *this = 0.0;
+            return;
+        case timeKind:
+            *this = Value(0ULL, false);
+            return;
+        case stringKind:
+        case binaryKind:
+            *this = Value(std::string(), type);
+            return;
+        case arrayKind:
+            ToArray("Value");
+            return;
+        case objectKind:
+            ToObject("Value");
+            return;
+    }
+    throw Error("Value: " + std::to_string(static_cast<int>(type)) + " is the number of no kind");
+}
+
+Value::Value(const std::string& bytes, ValueType type) : Value(bytes) {
+    if (type == binaryKind) {
+        tag_ = Tag::binary;
+    } else if (type != stringKind) {
+        throw Error(std::string("Value: bytes make a string or a binary value, not kind ") +
+                    KindName(type));
+    }
+}
+
+Value::Value(const char* bytes, int length) : Value() {
+    if (length < 0) throw Error("Value: a length of " + std::to_string(length) + " bytes");
+    *this = Value(std::string(bytes, static_cast<std::size_t>(length)), binaryKind);
+}
+
+// Copies level by level. The shallow copy of a container leaves its child containers borrowed from
+// the source; each is then replaced by its own shallow copy and queued for the same treatment. The
+// destructor ignores what is still borrowed, so a failure on the way leaks nothing.
+Value::Value(const Value& other) : Value(other, Shallow()) {
+    if (tag_ != Tag::borrowed) return;
+    Container* pending = OwnBorrowed();
+    while (pending != nullptr) {
+        Container* const container = pending;
+        pending = container->next;
+        const auto own = [&pending](Value& child) {
+            if (child.tag_ != Tag::borrowed) return;
+            Container* const copy = child.OwnBorrowed();
+            copy->next = pending;
+            pending = copy;
+        };
+        if (container->isObject) {
+            for (auto& [key, slot] : static_cast<Object*>(container)->members) own(slot.value);
+        } else {
+            for (Slot& slot : static_cast<Array*>(container)->elements) own(slot.value);
+        }
+    }
+}
+
+Value::Value(const Value& other, Shallow) : tag_(other.tag_), plain_() {
+    if (HoldsText()) {
+        ::new (static_cast<void*>(&text_)) std::string(other.text_);
+    } else if (HoldsContainer()) {
+        tag_ = Tag::borrowed;
+        plain_.borrowed = other.plain_.container;
+    } else {
+        plain_ = other.plain_;
+    }
+}
+
+Container* Value::OwnBorrowed() {
+    if (plain_.borrowed->isObject) {
+        plain_.container = new Object(*static_cast<const Object*>(plain_.borrowed));
+        tag_ = Tag::object;
+    } else {
+        plain_.container = new Array(*static_cast<const Array*>(plain_.borrowed));
+        tag_ = Tag::array;
+    }
+    return plain_.container;
+}
+
+// Takes the containers apart from the top: the child containers of one are queued before it goes.
+void Value::ReleaseContainer() noexcept {
+    Container* pending = plain_.container;
+    pending->next = nullptr;
+    while (pending != nullptr) {
+        Container* const container = pending;
+        pending = container->next;
+        const auto detach = [&pending](Value& child) {
+            if (!child.HoldsContainer()) return;
+            child.tag_ = Tag::null;
+            child.plain_.container->next = pending;
+            pending = child.plain_.container;
+        };
+        if (container->isObject) {
+            auto* const object = static_cast<Object*>(container);
+            for (auto& [key, slot] : object->members) detach(slot.value);
+            delete object;
+        } else {
+            auto* const array = static_cast<Array*>(container);
+            for (Slot& slot : array->elements) detach(slot.value);
+            delete array;
+        }
+    }
+}
+
+Array& Value::ToArray(const char* operation) {
+    if (isNull()) {
+        plain_.container = new Array;
+        tag_ = Tag::array;
+    } else if (!isArray()) {
+        FailKind(operation, "an array");
+    }
+    return *static_cast<Array*>(plain_.container);
+}
+
+Object& Value::ToObject(const char* operation) {
+    if (isNull()) {
+        plain_.container = new Object;
+        tag_ = Tag::object;
+    } else if (!isObject()) {
+        FailKind(operation, "an object");
+    }
+    return *static_cast<Object*>(plain_.container);
+}
+
+Value& Value::Member(std::string_view key) {
+    Members& members = ToObject("operator[]").members;
+    const KeyView view(key);
+    const auto place = members.lower_bound(view);
+    if (place != members.end() && place->first.text == key) return place->second.value;
+    return members.try_emplace(place, detail::Key(view))->second.value;
+}
+
+const Value& Value::Find(std::string_view key) const noexcept {
+    if (!isObject()) return nothing.fields.value;
+    const Members& members = static_cast<const Object*>(plain_.container)->members;
+    const auto found = members.find(KeyView(key));
+    return found == members.end() ? nothing.fields.value : found->second.value;
+}
+
+Value& Value::operator[](int index) {
+    detail::Elements& elements = ToArray("operator[]").elements;
+    if (index < 0) throw Error("operator[]: index " + std::to_string(index));
+    const auto position = static_cast<std::size_t>(index);
+    if (position >= elements.size()) elements.resize(position + 1);
+    return elements[position].value;
+}
+
+const Value& Value::operator[](int index) const noexcept {
+    if (index < 0 || static_cast<std::uint32_t>(index) >= size() || !isArray()) {
+        return nothing.fields.value;
+    }
+    const auto position = static_cast<std::size_t>(index);
+    return static_cast<const Array*>(plain_.container)->elements[position].value;
+}
+
+Value& Value::append(Value&& value) {
+    // Taken first: `value` may be this value or a part of it.
+    Value taken(std::move(value));
+    return ToArray("append").elements.emplace_back(std::move(taken)).value;
+}
+
+Value* Value::append(Value* value) {
+    if (value == nullptr) throw Error("append: a null pointer");
+    const std::unique_ptr<Value> owned(value);
+    return &append(std::move(*owned));
+}
+
+std::string Value::asString() const {
+    switch (tag_) {
+        case Tag::null:
+            return std::string();
+        case Tag::string:
+        case Tag::binary:
+            return text_;
+        case Tag::time:
+            return std::to_string(plain_.signedNumber);
+        case Tag::array:
+        case Tag::object:
+            FailKind("asString", "a text or what can be written as one");
+        default:
+            return toString(false);
+    }
+}
+
+const std::string& Value::asBinary() const {
+    if (isNull()) return nothing.fields.text;
+    if (!HoldsText()) FailKind("asBinary", "a binary or a string");
+    return text_;
+}
+
+int Value::asInt() const {
+    return static_cast<int>(
+        AsInteger("asInt", std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));
+}
+
+long long Value::asInt64() const {
+    return AsInteger("asInt64", std::numeric_limits<std::int64_t>::min(),
+                     std::numeric_limits<std::int64_t>::max());
+}
+
+long long Value::asTime() const {
+    if (tag_ == Tag::boolean) FailKind("asTime", "a time");
+    return AsInteger("asTime", std::numeric_limits<std::int64_t>::min(),
+                     std::numeric_limits<std::int64_t>::max());
+}
+
+long long Value::AsInteger(const char* operation, long long lowest, long long highest) const {
+    long long number = 0;
+    switch (tag_) {
+        case Tag::null:
+            return 0;
+        case Tag::boolean:
+            return plain_.boolean ? 1 : 0;
+        case Tag::negative:
+        case Tag::time:
+            number = plain_.signedNumber;
+            break;
+        case Tag::natural:
+            if (plain_.unsignedNumber > static_cast<std::uint64_t>(highest)) FailRange(operation);
+            return static_cast<long long>(plain_.unsignedNumber);
+        case Tag::real:
+            // Both bounds are exact: -2^63 and 2^63.
+            if (!(plain_.real >= -0x1p63 && plain_.real < 0x1p63)) FailRange(operation);
+            number = static_cast<long long>(plain_.real);
+            if (static_cast<double>(number) != plain_.real) FailRange(operation);
+            break;
+        default:
+            FailKind(operation, "a number");
+    }
+    if (number < lowest || number > highest) FailRange(operation);
+    return number;
+}
+
+bool Value::asBool() const {
+    switch (tag_) {
+        case Tag::null:
+            return false;
+        case Tag::boolean:
+            return plain_.boolean;
+        case Tag::negative:
+            return true;
+        case Tag::natural:
+            return plain_.unsignedNumber != 0;
+        case Tag::real:
+            return plain_.real != 0;
+        default:
+            FailKind("asBool", "a bool or a number");
+    }
+}
+
+double Value::asDouble() const {
+    switch (tag_) {
+        case Tag::null:
+            return 0;
+        case Tag::boolean:
+            return plain_.boolean ? 1 : 0;
+        case Tag::negative:
+            return static_cast<double>(plain_.signedNumber);
+        case Tag::natural:
+            return static_cast<double>(plain_.unsignedNumber);
+        case Tag::real:
+            return plain_.real;
+        default:
+            FailKind("asDouble", "a number");
+    }
+}
+
+void Value::FailKind(const char* operation, const char* wanted) const {
+    throw Error(std::string(operation) + ": found kind " + KindName(type()) + ", wanted " + wanted);
+}
+
+void Value::FailRange(const char* operation) const {
+    throw Error(std::string(operation) + ": " + KindName(type()) + " " + asString() +
+                " is not a whole number in range");
+}
+
+ValueType Value::type() const noexcept {
+    switch (tag_) {
+        case Tag::boolean:
+            return boolKind;
+        case Tag::negative:
+        case Tag::natural:
+            return integerKind;
+        case Tag::real:
+            return doubleKind;
+        case Tag::time:
+            return timeKind;
+        case Tag::string:
+            return stringKind;
+        case Tag::binary:
+            return binaryKind;
+        case Tag::array:
+            return arrayKind;
+        case Tag::object:
+            return objectKind;
+        case Tag::null:
+        case Tag::borrowed:
+            break;
+    }
+    return nullKind;
+}
+
+std::uint32_t Value::size() const noexcept {
+    if (isArray()) {
+        return static_cast<std::uint32_t>(
+            static_cast<const Array*>(plain_.container)->elements.size());
+    }
+    if (isObject()) {
+        return static_cast<std::uint32_t>(
+            static_cast<const Object*>(plain_.container)->members.size());
+    }
+    return 0;
+}
+
+int Value::Compare(const Value& other) const {
+    struct Pair {
+        Cursor a;
+        Cursor b;
+    };
+    std::vector<Pair> open;
+    const Value* a = this;
+    const Value* b = &other;
+    for (;;) {
+        // The tags are numbered in the order of the kinds, negative integers before the others.
+        if (const int order = Order(a->tag_, b->tag_); order != 0) return order;
+        if (a->HoldsContainer()) {
+            open.push_back({Cursor(*a->plain_.container), Cursor(*b->plain_.container)});
+        } else if (const int order = a->ComparePlain(*b); order != 0) {
+            return order;
+        }
+        for (; !open.empty(); open.pop_back()) {
+            const Pair& top = open.back();
+            if (!top.a.AtEnd() && !top.b.AtEnd()) break;
+            if (const int order = Order(top.b.AtEnd(), top.a.AtEnd()); order != 0) return order;
+        }
+        if (open.empty()) return 0;
+        Pair& top = open.back();
+        if (top.a.InObject()) {
+            const int order = top.a.GetKey().compare(top.b.GetKey());
+            if (order != 0) return order;
+        }
+        a = &top.a.GetValue();
+        b = &top.b.GetValue();
+        top.a.Advance();
+        top.b.Advance();
+    }
+}
+
+int Value::ComparePlain(const Value& other) const noexcept {
+    switch (tag_) {
+        case Tag::boolean:
+            return Order(plain_.boolean, other.plain_.boolean);
+        case Tag::negative:
+        case Tag::time:
+            return Order(plain_.signedNumber, other.plain_.signedNumber);
+        case Tag::natural:
+            return Order(plain_.unsignedNumber, other.plain_.unsignedNumber);
+        case Tag::real:
+            return OrderDoubles(plain_.real, other.plain_.real);
+        case Tag::string:
+        case Tag::binary:
+            return text_.compare(other.text_);
+        default:
+            return 0;
+    }
+}
+
+ValueIterator Value::begin() {
+    return ValueIterator(*this, false);
+}
+ValueIterator Value::end() {
+    return ValueIterator(*this, true);
+}
+ValueConstIterator Value::begin() const {
+    return ValueConstIterator(*this, false);
+}
+ValueConstIterator Value::end() const {
+    return ValueConstIterator(*this, true);
+}
+
+namespace {
+
+// The place in an object is a tree iterator, which is a plain pointer inside.
+using MemberPlace = Members::iterator;
+static_assert(sizeof(MemberPlace) == sizeof(void*) && std::is_trivially_copyable_v<MemberPlace>);
+
+void* FromMember(MemberPlace member) noexcept {
+    void* place = nullptr;
+    std::memcpy(&place, &member, sizeof place);
+    return place;
+}
+
+MemberPlace ToMember(void* place) noexcept {
+    MemberPlace member;
+    std::memcpy(static_cast<void*>(&member), &place, sizeof place);
+    return member;
+}
+
+}  // namespace
+
+ValueIteratorBase::ValueIteratorBase(const Value& value, bool atEnd) noexcept
+    : inObject_(value.isObject()) {
+    if (value.isArray()) {
+        auto& elements = static_cast<Array*>(value.plain_.container)->elements;
+        place_ = elements.data() + (atEnd ? elements.size() : 0);
+    } else if (inObject_) {
+        auto& members = static_cast<Object*>(value.plain_.container)->members;
+        place_ = FromMember(atEnd ? members.end() : members.begin());
+    }
+}
+
+Value& ValueIteratorBase::deref() const noexcept {
+    return inObject_ ? ToMember(place_)->second.value : static_cast<Slot*>(place_)->value;
+}
+
+void ValueIteratorBase::increment() noexcept {
+    if (inObject_) {
+        place_ = FromMember(std::next(ToMember(place_)));
+    } else {
+        place_ = static_cast<Slot*>(place_) + 1;
+    }
+}
+
+bool ValueIteratorBase::isEqual(const ValueIteratorBase& other) const noexcept {
+    return place_ == other.place_;
+}
+
+}  // namespace vxJson
