@@ -1,0 +1,430 @@
+#include "tests/support/TextRoad.h"
+
+#include <rapidjson/stringbuffer.h>
+#include <rapidjson/writer.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <iomanip>
+#include <ostream>
+#include <sstream>
+#include <utility>
+
+namespace {
+
+constexpr int kTableType = 11;
+
+// Deeper texts are parsed by the same grammar without rapidjson's recursion.
+constexpr std::size_t kRecursiveDepth = 1000;
+
+/// An array or map on the way through an object. A map counts as twice its pairs: key, value, key.
+struct OpenObject {
+    const msgpack::object* object;
+    std::uint64_t next;
+
+    bool IsMap() const { return object->type == msgpack::type::MAP; }
+
+    std::uint64_t Count() const {
+        return IsMap() ? std::uint64_t{2} * object->via.map.size : object->via.array.size;
+    }
+
+    const msgpack::object& Take() {
+        const std::uint64_t at = next++;
+        if (!IsMap()) return object->via.array.ptr[at];
+        const msgpack::object_kv& pair = object->via.map.ptr[at / 2];
+        return at % 2 == 0 ? pair.key : pair.val;
+    }
+};
+
+bool IsContainer(const msgpack::object& object) {
+    return object.type == msgpack::type::ARRAY || object.type == msgpack::type::MAP;
+}
+
+void PrintByte(std::ostream& output, char byte) {
+    switch (byte) {
+        case '\b':
+            output << "\\b";
+            return;
+        case '\t':
+            output << "\\t";
+            return;
+        case '\n':
+            output << "\\n";
+            return;
+        case '\f':
+            output << "\\f";
+            return;
+        case '\r':
+            output << "\\r";
+            return;
+        case '"':
+            output << "\\\"";
+            return;
+        case '/':
+            output << "\\/";
+            return;
+        case '\\':
+            output << "\\\\";
+            return;
+        default:
+            break;
+    }
+    const unsigned code = static_cast<unsigned char>(byte);
+    if (code >= 32 && code != 127) {
+        output << byte;
+        return;
+    }
+    const std::ios::fmtflags flags = output.flags();
+    output << "\\u" << std::hex << std::setw(4) << std::setfill('0') << code;
+    output.flags(flags);
+}
+
+void PrintScalar(std::ostream& output, const msgpack::object& object) {
+    switch (object.type) {
+        case msgpack::type::NIL:
+            output << "null";
+            break;
+        case msgpack::type::BOOLEAN:
+            output << (object.via.boolean ? "true" : "false");
+            break;
+        case msgpack::type::POSITIVE_INTEGER:
+            output << object.via.u64;
+            break;
+        case msgpack::type::NEGATIVE_INTEGER:
+            output << object.via.i64;
+            break;
+        case msgpack::type::FLOAT32:
+        case msgpack::type::FLOAT64:
+            output << object.via.f64;
+            break;
+        case msgpack::type::STR:
+            output << '"';
+            for (std::uint32_t i = 0; i < object.via.str.size; ++i)
+                PrintByte(output, object.via.str.ptr[i]);
+            output << '"';
+            break;
+        case msgpack::type::BIN:
+            output << '"';
+            output.write(object.via.bin.ptr, object.via.bin.size);
+            output << '"';
+            break;
+        case msgpack::type::EXT:
+            output << "EXT";
+            break;
+        default:
+            output << "#<UNKNOWN " << static_cast<unsigned>(object.type) << '>';
+    }
+}
+
+/// True if the bytes between two quotation marks are one JSON string and nothing else.
+bool IsJsonString(const char* bytes, std::size_t length) {
+    const std::string text = '"' + std::string(bytes, length) + '"';
+    if (text.find('\0') != std::string::npos) return false;
+    rapidjson::Document document;
+    return !document.Parse(text.c_str()).HasParseError() && document.IsString();
+}
+
+/// Whether all `bin` of an object stay within their quotation marks, and how deep the object is.
+struct Survey {
+    bool intact = true;
+    std::size_t depth = 0;
+
+    explicit Survey(const msgpack::object& root) {
+        std::vector<OpenObject> open;
+        Visit(root, open);
+        while (!open.empty()) {
+            if (open.back().next == open.back().Count())
+                open.pop_back();
+            else
+                Visit(open.back().Take(), open);
+        }
+    }
+
+  private:
+    void Visit(const msgpack::object& object, std::vector<OpenObject>& open) {
+        if (object.type == msgpack::type::BIN)
+            intact = intact && IsJsonString(object.via.bin.ptr, object.via.bin.size);
+        if (!IsContainer(object)) return;
+        open.push_back({&object, 0});
+        depth = std::max(depth, open.size());
+    }
+};
+
+/// Walks packed bytes, keeps nothing, and raises what unpacking them would raise.
+struct WalkingVisitor : msgpack::null_visitor {
+    void parse_error(std::size_t, std::size_t) { throw msgpack::parse_error("parse error"); }
+    void insufficient_bytes(std::size_t, std::size_t) {
+        throw msgpack::insufficient_bytes("insufficient bytes");
+    }
+};
+
+rapidjson::Value CopiedText(const std::string& text, TextRoad::Allocator& allocator) {
+    return rapidjson::Value(text.c_str(), allocator);  // up to a first zero byte
+}
+
+rapidjson::Value ValueAt(const char* buf, int len, const vxJson::Value& offset,
+                         TextRoad::Allocator& allocator) {
+    const std::int64_t at = offset.asInt();
+    if (at < 0 || at > len) throw msgpack::insufficient_bytes("insufficient bytes");
+    std::size_t taken = 0;
+    const msgpack::object_handle handle =
+        TextRoad::Unpack(buf + at, static_cast<std::size_t>(len - at), taken);
+    return TextRoad::ObjectToJson(handle.get(), allocator);
+}
+
+rapidjson::Value GetTableData(const vxJson::Value& selection, const vxJson::Value& children,
+                              const vxJson::Value& offsets, const char* buf, int len,
+                              TextRoad::Allocator& allocator) {
+    rapidjson::Value result(rapidjson::kArrayType);
+    if (!selection.isArray()) return result;
+    for (auto it = selection.begin(), end = selection.end(); !it.isEqual(end); it.increment()) {
+        const std::string name = it.deref().asString();
+        const vxJson::Value* child = TextRoad::GetChildItemByName(name, children);
+        if (child == nullptr) continue;
+        const int type = (*child)["type"].asInt();
+        const int index = (*child)["index"].asInt();
+        rapidjson::Value element(rapidjson::kObjectType);
+        element.AddMember("type", type, allocator);
+        element.AddMember("name", CopiedText(name, allocator), allocator);
+        if (type != kTableType)
+            element.AddMember("value", ValueAt(buf, len, offsets[index], allocator), allocator);
+        result.PushBack(element, allocator);
+    }
+    return result;
+}
+
+void AppendNames(const vxJson::Value& children, vxJson::Value& selection) {
+    for (auto it = children.begin(), end = children.end(); !it.isEqual(end); it.increment()) {
+        const vxJson::Value& child = it.deref();
+        if (child["name"].isString()) selection.append(child["name"]);
+    }
+}
+
+vxJson::Value EverythingIn(const vxJson::Value& schema) {
+    vxJson::Value selection(static_cast<vxJson::ValueType>(0), false);
+    for (auto it = schema.begin(), end = schema.end(); !it.isEqual(end); it.increment()) {
+        const vxJson::Value& item = it.deref();
+        if (!item["name"].isString()) continue;
+        if (item["column"].isArray()) {
+            vxJson::Value entry(static_cast<vxJson::ValueType>(0), false);
+            entry["table"] = item["name"];
+            selection.append(entry);
+        } else {
+            selection.append(item["name"]);
+        }
+    }
+    return selection;
+}
+
+rapidjson::Value* MemberOf(rapidjson::Value& value, const char* key) {
+    if (!value.IsObject()) return nullptr;
+    const auto member = value.FindMember(key);
+    return member == value.MemberEnd() ? nullptr : &member->value;
+}
+
+std::string TextOf(rapidjson::Value& value, const char* key) {
+    const rapidjson::Value* member = MemberOf(value, key);
+    return member != nullptr && member->IsString() ? std::string(member->GetString())
+                                                   : std::string();
+}
+
+void SetText(rapidjson::Value& value, const char* key, const std::string& text,
+             TextRoad::Allocator& allocator) {
+    rapidjson::Value* member = MemberOf(value, key);
+    if (member != nullptr && (member->IsString() || member->IsNull()))
+        member->SetString(text.c_str(), allocator);
+}
+
+int TypeOf(rapidjson::Value& item) {
+    const rapidjson::Value* type = MemberOf(item, "type");
+    return type != nullptr && type->IsInt() ? type->GetInt() : 0;
+}
+
+void RenameTable(const std::map<DDKey, DDKey>& inverse, const std::string& parserPath,
+                 rapidjson::Value& item, TextRoad::Allocator& allocator) {
+    const std::string tableName = TextOf(item, "name");
+    rapidjson::Value* columns = MemberOf(item, "column");
+    if (columns == nullptr || !columns->IsArray()) return;
+    for (rapidjson::SizeType i = 0; i < columns->Size(); ++i) {
+        rapidjson::Value& column = (*columns)[i];
+        const auto hit = inverse.find(DDKey(parserPath, tableName + "." + TextOf(column, "name")));
+        if (hit == inverse.end()) continue;
+        const std::string wanted = hit->second.GetVarFullName();
+        const std::size_t dot = wanted.find('.');
+        if (dot == std::string::npos) continue;
+        SetText(item, "name", wanted.substr(0, dot), allocator);
+        SetText(column, "name", wanted.substr(dot + 1), allocator);
+    }
+}
+
+}  // namespace
+
+void PrintObject(std::ostream& output, const msgpack::object& root) {
+    std::vector<OpenObject> open;
+    const msgpack::object* object = &root;
+    for (;;) {
+        if (IsContainer(*object)) {
+            open.push_back({object, 0});
+            output << (open.back().IsMap() ? '{' : '[');
+        } else {
+            PrintScalar(output, *object);
+        }
+        while (!open.empty() && open.back().next == open.back().Count()) {
+            output << (open.back().IsMap() ? '}' : ']');
+            open.pop_back();
+        }
+        if (open.empty()) return;
+        OpenObject& container = open.back();
+        if (container.IsMap() && container.next % 2 == 1)
+            output << ':';
+        else if (container.next > 0)
+            output << ", ";
+        object = &container.Take();
+    }
+}
+
+msgpack::object_handle TextRoad::Unpack(const char* bytes, std::size_t length, std::size_t& taken) {
+    bool referenced = false;
+    taken = 0;
+    try {
+        return msgpack::unpack(bytes, length, taken, referenced, nullptr, nullptr,
+                               msgpack::unpack_limit(length, length));
+    } catch (const msgpack::size_overflow&) {
+        WalkingVisitor visitor;
+        std::size_t offset = 0;
+        msgpack::parse(bytes, length, offset, visitor);
+        throw;
+    }
+}
+
+rapidjson::Value TextRoad::ObjectToJson(const msgpack::object& object, Allocator& allocator) {
+    const Survey survey(object);
+    if (!survey.intact) return rapidjson::Value();
+
+    std::stringstream stream;
+    stream << std::fixed << std::setprecision(2);
+    PrintObject(stream, object);
+    const std::string text = stream.str();
+
+    rapidjson::Document document(&allocator);
+    if (survey.depth <= kRecursiveDepth)
+        document.Parse(text.c_str());
+    else
+        document.Parse<rapidjson::kParseIterativeFlag>(text.c_str());
+    rapidjson::Value value;
+    value.Swap(document);
+    return value;
+}
+
+bool TextRoad::GetBinaryDataInfo(const std::string& blob, std::string& name, vxJson::Value& schema,
+                                 int& offset) {
+    const char* bytes = blob.data();
+    std::size_t taken = 0;
+    if (Unpack(bytes, blob.size(), taken).get().as<std::int32_t>() != 1) return false;
+    std::size_t at = taken;
+
+    {
+        const msgpack::object_handle handle = Unpack(bytes + at, blob.size() - at, taken);
+        const msgpack::object& object = handle.get();
+        if (object.type == msgpack::type::STR)
+            name = std::string(object.via.str.ptr, object.via.str.size);
+        else if (object.type == msgpack::type::BIN)
+            name = std::string(object.via.bin.ptr, object.via.bin.size);
+        else
+            throw msgpack::type_error();
+    }
+    at += taken;
+
+    const msgpack::object_handle handle = Unpack(bytes + at, blob.size() - at, taken);
+    std::stringstream stream;
+    PrintObject(stream, handle.get());
+    stream.seekg(0);
+    vxJson::Reader reader;
+    reader.parse(stream, schema, true);
+    offset = static_cast<std::int32_t>(static_cast<std::uint32_t>(at + taken));
+    return true;
+}
+
+const vxJson::Value* TextRoad::GetChildItemByName(const std::string& name,
+                                                  const vxJson::Value& list) {
+    if (!list.isArray()) return nullptr;
+    for (auto it = list.begin(), end = list.end(); !it.isEqual(end); it.increment()) {
+        const vxJson::Value& item = it.deref();
+        if (item["name"].asString() == name) return &item;
+    }
+    return nullptr;
+}
+
+bool TextRoad::ParseBinaryDataToJson(const char* buf, int len, const vxJson::Value& schema,
+                                     const vxJson::Value& offsets, const vxJson::Value& fields,
+                                     rapidjson::Document& out) {
+    if (!schema.isArray() || !offsets.isArray()) return false;
+    vxJson::Value selection(fields);
+    if (selection.isNull()) selection = EverythingIn(schema);
+    if (!selection.isArray()) return false;
+
+    out.SetArray();
+    Allocator& allocator = out.GetAllocator();
+    for (auto it = selection.begin(), end = selection.end(); !it.isEqual(end); it.increment()) {
+        vxJson::Value& entry = it.deref();
+        std::string name = entry.isObject() ? entry["table"].asString() : entry.asString();
+        if (name[0] == '$') name.erase(0, 1);
+        const vxJson::Value* item = GetChildItemByName(name, schema);
+        if (item == nullptr) continue;
+        const int type = (*item)["type"].asInt();
+        const int index = (*item)["index"].asInt();
+
+        rapidjson::Value element(rapidjson::kObjectType);
+        element.AddMember("type", type, allocator);
+        element.AddMember("name", CopiedText(name, allocator), allocator);
+        if (type != kTableType) {
+            element.AddMember("value", ValueAt(buf, len, offsets[index], allocator), allocator);
+        } else {
+            const vxJson::Value& inner = offsets[index];
+            const vxJson::Value& columns = (*item)["column"];
+            vxJson::Value& columnSelection = entry["column"];
+            if (columnSelection.isNull()) AppendNames(columns, columnSelection);
+            element.AddMember("column",
+                              GetTableData(columnSelection, columns, inner, buf, len, allocator),
+                              allocator);
+            element.AddMember("hashSort", (*item)["hashSort"].asBool(), allocator);
+            element.AddMember("hashColumns",
+                              CopiedText((*item)["hashColumns"].toString(false), allocator),
+                              allocator);
+            const vxJson::Value& attributes = (*item)["attributes"];
+            vxJson::Value& attributeSelection = entry["attributes"];
+            if (attributeSelection.isNull()) AppendNames(attributes, attributeSelection);
+            element.AddMember(
+                "attributes",
+                GetTableData(attributeSelection, attributes, inner, buf, len, allocator),
+                allocator);
+        }
+        out.PushBack(element, allocator);
+    }
+    return true;
+}
+
+bool TextRoad::PostDataProcessing(const std::map<DDKey, DDKey>& mapping,
+                                  const std::string& parserPath, rapidjson::Document& document,
+                                  std::vector<std::string>& items) {
+    std::map<DDKey, DDKey> inverse;
+    for (const auto& entry : mapping) inverse[entry.second] = entry.first;
+    if (!document.IsArray()) return true;
+
+    Allocator& allocator = document.GetAllocator();
+    for (rapidjson::SizeType i = 0; i < document.Size(); ++i) {
+        rapidjson::Value& item = document[i];
+        if (TypeOf(item) == kTableType) {
+            RenameTable(inverse, parserPath, item, allocator);
+        } else {
+            const auto hit = inverse.find(DDKey(parserPath, TextOf(item, "name")));
+            if (hit != inverse.end())
+                SetText(item, "name", hit->second.GetVarFullName(), allocator);
+        }
+        rapidjson::StringBuffer buffer;
+        rapidjson::Writer<rapidjson::StringBuffer> writer(buffer);
+        item.Accept(writer);
+        items.emplace_back(buffer.GetString());
+    }
+    return true;
+}
