@@ -1,0 +1,114 @@
+#pragma once
+
+#include <rapidjson/document.h>
+
+#include <cstring>
+#include <new>
+
+namespace dataengine {
+
+using JsonPool = rapidjson::MemoryPoolAllocator<rapidjson::CrtAllocator>;
+
+/// Stands where a document names its stack allocator; see the specialisation below.
+struct InPlace;
+
+}  // namespace dataengine
+
+RAPIDJSON_NAMESPACE_BEGIN
+
+/// Builds values directly in their final place, containers at their known size.
+///
+/// rapidjson opens the raw storage of a value to its documents, which gather elements on a stack
+/// and copy them into the pool when a container ends. Packed data announces every size up front, so
+/// this document has no stack: it takes the storage from the pool once and hands it out to be
+/// filled. Where the pool answers with a null pointer, it throws std::bad_alloc.
+template <>
+class GenericDocument<UTF8<>, dataengine::JsonPool, dataengine::InPlace> {
+  public:
+    using Pool = dataengine::JsonPool;
+
+    static_assert(sizeof(Value::Member) == 2 * sizeof(Value), "a member is a name and a value");
+
+    /// Makes `value` an array of `count` elements and returns the first, to be filled one by one.
+    static Value* MakeArray(Value& value, SizeType count, Pool& pool) {
+        auto* elements = static_cast<Value*>(Take(pool, count * sizeof(Value)));
+        value.SetElementsPointer(elements);
+        value.data_.f.flags = Value::kArrayFlag;
+        value.data_.a.size = value.data_.a.capacity = count;
+        return elements;
+    }
+
+    /// Makes `value` an object of `count` members and returns the first name, to be filled with
+    /// names and values in turn.
+    static Value* MakeObject(Value& value, SizeType count, Pool& pool) {
+        auto* members = static_cast<Value::Member*>(Take(pool, count * sizeof(Value::Member)));
+        value.SetMembersPointer(members);
+        value.data_.f.flags = Value::kObjectFlag;
+        value.data_.o.size = value.data_.o.capacity = count;
+        return reinterpret_cast<Value*>(members);
+    }
+
+    /// Makes `value` a string of `size` bytes, copied.
+    static void MakeString(Value& value, const char* bytes, SizeType size, Pool& pool) {
+        char* text = StringOf(value, size, pool);
+        std::memcpy(text, bytes, size);
+        text[size] = '\0';
+    }
+
+    /// Does the same for bytes behind which `spare` more can be read: most texts are short, and a
+    /// copy of fixed length is worth several of those that must first look at theirs.
+    static void MakeString(Value& value, const char* bytes, SizeType size, std::size_t spare,
+                           Pool& pool) {
+        constexpr std::size_t kBlock = 16;
+        if (size + spare < kBlock || size > 2 * kBlock) return MakeString(value, bytes, size, pool);
+        if (Value::ShortString::Usable(size)) {
+            std::memcpy(static_cast<void*>(&value), bytes, kBlock);
+            StringOf(value, size, pool)[size] = '\0';
+            return;
+        }
+        char* text = StringOf(value, size, pool);
+        if (size >= kBlock) {
+            std::memcpy(text, bytes, kBlock);
+            std::memcpy(text + size - kBlock, bytes + size - kBlock, kBlock);
+        } else {
+            std::memcpy(text, bytes, kBlock / 2);
+            std::memcpy(text + size - kBlock / 2, bytes + size - kBlock / 2, kBlock / 2);
+        }
+        text[size] = '\0';
+    }
+
+    /// Makes room in the empty array `value` for `count` elements to be pushed.
+    static void Reserve(Value& value, SizeType count, Pool& pool) {
+        MakeArray(value, count, pool);
+        value.data_.a.size = 0;
+    }
+
+  private:
+    /// Makes `value` a string of `size` bytes and returns their place.
+    static char* StringOf(Value& value, SizeType size, Pool& pool) {
+        if (Value::ShortString::Usable(size)) {
+            value.data_.f.flags = Value::kShortStringFlag;
+            value.data_.ss.SetLength(size);
+            return value.data_.ss.str;
+        }
+        auto* text = static_cast<char*>(Take(pool, std::size_t{size} + 1));
+        value.SetStringPointer(text);
+        value.data_.s.length = size;
+        value.data_.f.flags = Value::kCopyStringFlag;
+        return text;
+    }
+
+    static void* Take(Pool& pool, std::size_t size) {
+        void* block = pool.Malloc(size);
+        if (block == nullptr && size != 0) throw std::bad_alloc();
+        return block;
+    }
+};
+
+RAPIDJSON_NAMESPACE_END
+
+namespace dataengine {
+
+using Builder = rapidjson::GenericDocument<rapidjson::UTF8<>, JsonPool, InPlace>;
+
+}  // namespace dataengine

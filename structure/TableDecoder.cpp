@@ -1,0 +1,147 @@
+#include "structure/TableDecoder.h"
+
+#include <cstring>
+
+#include "structure/SchemaTypes.h"
+
+namespace dataengine {
+namespace {
+
+/// Fills the members of an object of known size in place.
+class Members {
+  public:
+    Members(rapidjson::Value& object, rapidjson::SizeType count, JsonPool& pool)
+        : slot_(Builder::MakeObject(object, count, pool)) {}
+
+    /// Adds a null member; `key` is referred to, not copied.
+    rapidjson::Value& Add(rapidjson::Value::StringRefType key) {
+        new (slot_) rapidjson::Value(key);
+        auto* value = new (slot_ + 1) rapidjson::Value();
+        slot_ += 2;
+        return *value;
+    }
+
+    void AddTypeAndName(int type, const std::string& name, JsonPool& pool) {
+        Add("type").SetInt(type);
+        AddText("name", name, pool);
+    }
+
+    /// Adds a text as documents take it: up to its first zero byte.
+    void AddText(rapidjson::Value::StringRefType key, const std::string& text, JsonPool& pool) {
+        const auto size = static_cast<rapidjson::SizeType>(std::strlen(text.c_str()));
+        Builder::MakeString(Add(key), text.c_str(), size, pool);
+    }
+
+  private:
+    rapidjson::Value* slot_;
+};
+
+void StripMark(std::string& name) {
+    if (!name.empty() && name.front() == '$') name.erase(0, 1);
+}
+
+}  // namespace
+
+TableDecoder::TableDecoder(const char* bytes, int size, const vxJson::Value& schema,
+                           const vxJson::Value& offsets, JsonPool& pool)
+    : bytes_(bytes),
+      size_(size),
+      items_(schema),
+      offsets_(offsets),
+      pool_(pool),
+      values_(pool),
+      everything_(kNullType, false) {}
+
+void TableDecoder::AddSelected(const vxJson::Value& entry, rapidjson::Value& out) {
+    Add(entry.isObject() ? entry["table"].asString() : entry.asString(), entry, out);
+}
+
+void TableDecoder::AddItem(const vxJson::Value& item, rapidjson::Value& out) {
+    const vxJson::Value& name = item["name"];
+    Add(name.asString(), item["column"].isArray() ? everything_ : name, out);
+}
+
+void TableDecoder::Add(std::string name, const vxJson::Value& entry, rapidjson::Value& out) {
+    StripMark(name);
+    const vxJson::Value* item = items_.Find(name);
+    if (item == nullptr) return;
+
+    const int type = (*item)["type"].asInt();
+    const int index = (*item)["index"].asInt();
+    if (type != kTableType) {
+        AddLeaf(type, name, offsets_[index], out);
+    } else if (entry.isObject() || entry.isNull()) {
+        AddTable(*item, name, offsets_[index], entry["column"], entry["attributes"], out);
+    } else {
+        // A table selected as if it were a leaf: whether its text can have members, the value says.
+        vxJson::Value copy(entry);
+        copy["column"];
+        copy["attributes"];
+        const vxJson::Value& members = copy;
+        AddTable(*item, name, offsets_[index], members["column"], members["attributes"], out);
+    }
+}
+
+void TableDecoder::AddLeaf(int type, const std::string& name, const vxJson::Value& offset,
+                           rapidjson::Value& out) {
+    rapidjson::Value leaf;
+    Members members(leaf, 3, pool_);
+    members.AddTypeAndName(type, name, pool_);
+    members.Add("value") = DecodeAt(offset.asInt());
+    out.PushBack(leaf, pool_);
+}
+
+void TableDecoder::AddTable(const vxJson::Value& item, const std::string& name,
+                            const vxJson::Value& offsets, const vxJson::Value& column,
+                            const vxJson::Value& attributes, rapidjson::Value& out) {
+    rapidjson::Value table;
+    Members members(table, 6, pool_);
+    members.AddTypeAndName(kTableType, name, pool_);
+    DecodeChildren(column, item["column"], offsets, members.Add("column"));
+    members.Add("hashSort").SetBool(item["hashSort"].asBool());
+    members.AddText("hashColumns", item["hashColumns"].toString(false), pool_);
+    DecodeChildren(attributes, item["attributes"], offsets, members.Add("attributes"));
+    out.PushBack(table, pool_);
+}
+
+void TableDecoder::DecodeChildren(const vxJson::Value& selection, const vxJson::Value& children,
+                                  const vxJson::Value& offsets, rapidjson::Value& list) {
+    list.SetArray();
+    const bool all = selection.isNull();
+    if (!all && !selection.isArray()) return;
+
+    const vxJson::Value& names = all ? children : selection;
+    Builder::Reserve(list, names.size(), pool_);
+    NameScan scan(children);
+    const auto end = names.end();
+    for (auto position = names.begin(); !position.isEqual(end); position.increment()) {
+        const vxJson::Value& entry = position.deref();
+        if (!all) {
+            AddChild(scan, entry.asString(), offsets, list);
+        } else if (entry["name"].isString()) {
+            AddChild(scan, entry["name"].asString(), offsets, list);
+        }
+    }
+}
+
+void TableDecoder::AddChild(NameScan& children, const std::string& name,
+                            const vxJson::Value& offsets, rapidjson::Value& list) {
+    const vxJson::Value* child = children.Find(name);
+    if (child == nullptr) return;
+
+    const int type = (*child)["type"].asInt();
+    const int index = (*child)["index"].asInt();
+    const bool table = type == kTableType;  // tables don't nest: such a child has no value
+    rapidjson::Value object;
+    Members members(object, table ? 2 : 3, pool_);
+    members.AddTypeAndName(type, name, pool_);
+    if (!table) members.Add("value") = DecodeAt(offsets[index].asInt());
+    list.PushBack(object, pool_);
+}
+
+rapidjson::Value TableDecoder::DecodeAt(int offset) {
+    if (offset < 0 || offset > size_) throw msgpack::insufficient_bytes("insufficient bytes");
+    return values_.Decode(bytes_ + offset, static_cast<std::size_t>(size_ - offset));
+}
+
+}  // namespace dataengine

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <VxUtil/vxJson.h>
+
+#include <string>
+
+#include "structure/NameScan.h"
+#include "structure/ValueDecoder.h"
+
+namespace dataengine {
+
+/// One decoding of selected items out of a packed buffer, driven by its schema. All arguments are
+/// the caller's and must outlive it.
+class TableDecoder {
+  public:
+    TableDecoder(const char* bytes, int size, const vxJson::Value& schema,
+                 const vxJson::Value& offsets, JsonPool& pool);
+
+    /// Decodes what one entry of a selection names and pushes it to `out`; an unknown name is
+    /// passed over.
+    void AddSelected(const vxJson::Value& entry, rapidjson::Value& out);
+
+    /// Does the same for the entry that a selection of everything has for an item with a name.
+    void AddItem(const vxJson::Value& item, rapidjson::Value& out);
+
+  private:
+    void Add(std::string name, const vxJson::Value& entry, rapidjson::Value& out);
+    void AddLeaf(int type, const std::string& name, const vxJson::Value& offset,
+                 rapidjson::Value& out);
+    void AddTable(const vxJson::Value& item, const std::string& name, const vxJson::Value& offsets,
+                  const vxJson::Value& column, const vxJson::Value& attributes,
+                  rapidjson::Value& out);
+    void DecodeChildren(const vxJson::Value& selection, const vxJson::Value& children,
+                        const vxJson::Value& offsets, rapidjson::Value& list);
+    void AddChild(NameScan& children, const std::string& name, const vxJson::Value& offsets,
+                  rapidjson::Value& list);
+    rapidjson::Value DecodeAt(int offset);
+
+    const char* bytes_;
+    int size_;
+    NameScan items_;
+    const vxJson::Value& offsets_;
+    JsonPool& pool_;
+    ValueDecoder values_;
+    const vxJson::Value everything_;  // the null value: selects all
+};
+
+}  // namespace dataengine
