@@ -1,0 +1,41 @@
+#pragma once
+
+#include <VxUtil/vxJson.h>
+#include <rapidjson/document.h>
+#include <rapidjson/stringbuffer.h>
+#include <rapidjson/writer.h>
+
+#include <sstream>
+#include <stdexcept>
+#include <string>
+
+/// The value of a JSON text; throws where the text is none.
+inline vxJson::Value Json(const std::string& text) {
+    std::istringstream stream(text);
+    vxJson::Value value;
+    if (!vxJson::Reader().parse(stream, value, true))
+        throw std::invalid_argument("no JSON: " + text);
+    return value;
+}
+
+/// The compact text of a shallow document.
+inline std::string Text(const rapidjson::Value& value) {
+    rapidjson::StringBuffer buffer;
+    rapidjson::Writer<rapidjson::StringBuffer> writer(buffer);
+    value.Accept(writer);
+    return {buffer.GetString(), buffer.GetSize()};
+}
+
+/// The bytes of hexadecimal digits; blanks are passed over.
+inline std::string Hex(const std::string& digits) {
+    std::string bytes;
+    std::string pair;
+    for (const char digit : digits) {
+        if (digit == ' ') continue;
+        pair += digit;
+        if (pair.size() < 2) continue;
+        bytes += static_cast<char>(std::stoi(pair, nullptr, 16));
+        pair.clear();
+    }
+    return bytes;
+}
