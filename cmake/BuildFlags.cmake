@@ -11,5 +11,9 @@ function(dataengine_build_flags target)
         target_compile_options(${target} PRIVATE
             -fsanitize=${DATAENGINE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
         target_link_options(${target} PRIVATE -fsanitize=${DATAENGINE_SANITIZE})
+        if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+            # In instrumented code g++ loses track of which member of a union lives.
+            target_compile_options(${target} PRIVATE -Wno-maybe-uninitialized)
+        endif()
     endif()
 endfunction()
