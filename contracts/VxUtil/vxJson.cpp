@@ -139,6 +139,14 @@ Value::Value(const Value& other) : Value(other, Shallow()) {
     }
 }
 
+Value& Value::operator=(Value&& other) noexcept {
+    // By way of a third value: `other` may be a part of this one.
+    Value taken(std::move(other));
+    Value old(std::move(*this));
+    Take(taken);
+    return *this;
+}
+
 Value::Value(const Value& other, Shallow) : tag_(other.tag_), plain_() {
     if (HoldsText()) {
         ::new (static_cast<void*>(&text_)) std::string(other.text_);

@@ -128,13 +128,7 @@ class VXUTIL_EXPORT Value {
     }
 
     Value& operator=(const Value& other) { return *this = Value(other); }
-    Value& operator=(Value&& other) noexcept {
-        // By way of a third value: `other` may be a part of this one.
-        Value taken(std::move(other));
-        Value old(std::move(*this));
-        Take(taken);
-        return *this;
-    }
+    Value& operator=(Value&& other) noexcept;
     Value& operator=(bool value) noexcept { return *this = Value(value); }
     Value& operator=(double value) noexcept { return *this = Value(value); }
     Value& operator=(int value) noexcept { return *this = Value(value); }
