@@ -6,13 +6,15 @@
 #include <cstddef>
 #include <memory>
 
+#include "contracts/Values.h"
 #include "records/RecordChecksum.h"
 #include "schema/DataEngineNames.h"
 
-namespace {
+using dataengine::BinaryValue;
+using dataengine::NullValue;
+using dataengine::TimeValue;
 
-constexpr auto kNullKind = static_cast<vxJson::ValueType>(0);
-constexpr auto kBinaryKind = static_cast<vxJson::ValueType>(110);
+namespace {
 
 constexpr std::size_t kErrorLogViewBytes = 1024;
 
@@ -111,10 +113,6 @@ void CDEDataBase::SetDataMD5CA(const std::string& value) {
     dataMD5CA_ = value;
 }
 
-vxJson::Value CDEDataBase::TimeValue() const {
-    return vxJson::Value(static_cast<unsigned long long>(time_), false);
-}
-
 bool CDEDataBase::GetDEStatus(vxJson::Value& out) const {
     namespace names = DataEngineNames::MetaRecord;
     out[names::devId] = GetDevId();
@@ -127,14 +125,14 @@ bool CDEDataBase::GetDEStatus(vxJson::Value& out) const {
 
 vxJson::Value CDEDataBase::GetODJson() {
     namespace names = DataEngineNames::MetaRecord;
-    vxJson::Value out(kNullKind, false);
+    vxJson::Value out = NullValue();
     out[names::devId] = GetDevId();
     out[names::name] = GetName();
     out[names::type] = TypeInt2Str(type_);
-    out[names::time] = TimeValue();
+    out[names::time] = TimeValue(time_);
     out[names::flag] = flag_;
     if (!errorLog_.empty()) out[names::errorLog] = errorLog_.substr(0, kErrorLogViewBytes);
-    out[names::data] = vxJson::Value(data_, kBinaryKind);
+    out[names::data] = BinaryValue(data_);
     out[names::md5] = GetDataMD5();
     if (!param_.empty()) out[names::param] = param_;
     if (!properties_.empty()) out[DataEngineNames::DataList::props] = properties_;
@@ -142,13 +140,13 @@ vxJson::Value CDEDataBase::GetODJson() {
 }
 
 vxJson::Value* CDEDataBase::GetDeviceDataJSon() {
-    auto out = std::make_unique<vxJson::Value>(kNullKind, false);
+    auto out = std::make_unique<vxJson::Value>(NullValue());
     (*out)["devId"] = GetDevId();
     (*out)["devName"] = deviceIdentifier_.GetHostName();
     (*out)["type"] = TypeInt2Str(type_);
     // A system table is known by its own name, such as "arpTable", where others have their type.
     (*out)[type_ == DEDataTypeSysTable ? "type" : "name"] = GetName();
-    (*out)["uploadDate"] = TimeValue();
+    (*out)["uploadDate"] = TimeValue(time_);
     (*out)["subName"] = param_;
     (*out)["content"] = data_;
     (*out)["length"] = static_cast<unsigned long long>(data_.size());

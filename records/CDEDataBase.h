@@ -169,7 +169,6 @@ class DATAENGINE_EXPORT CDEDataBase {
 
   private:
     void SettleIdentity();
-    vxJson::Value TimeValue() const;
 
     CDeviceIdentifier deviceIdentifier_;
     NodeIdentify nodeIdentify_;  // of a node without a valid identifier; without a type it is none

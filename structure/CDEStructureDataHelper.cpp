@@ -9,7 +9,6 @@
 #include "structure/NameScan.h"
 #include "structure/RenderJson.h"
 #include "structure/SchemaPrinter.h"
-#include "structure/SchemaTypes.h"
 #include "structure/TableDecoder.h"
 
 namespace {

@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "structure/SchemaTypes.h"
+#include "contracts/Values.h"
 
 namespace dataengine {
 namespace {
@@ -50,7 +50,7 @@ TableDecoder::TableDecoder(const char* bytes, int size, const vxJson::Value& sch
       offsets_(offsets),
       pool_(pool),
       values_(pool),
-      everything_(kNullType, false) {}
+      everything_(NullValue()) {}
 
 void TableDecoder::AddSelected(const vxJson::Value& entry, rapidjson::Value& out) {
     Add(entry.isObject() ? entry["table"].asString() : entry.asString(), entry, out);

@@ -9,6 +9,9 @@
 
 namespace dataengine {
 
+/// The "type" of an item that is a table; every other number marks a leaf.
+constexpr int kTableType = 11;
+
 /// One decoding of selected items out of a packed buffer, driven by its schema. All arguments are
 /// the caller's and must outlive it.
 class TableDecoder {
