@@ -231,8 +231,7 @@ std::string TextOf(rapidjson::Value& value, const char* key) {
 void SetText(rapidjson::Value& value, const char* key, const std::string& text,
              TextRoad::Allocator& allocator) {
     rapidjson::Value* member = MemberOf(value, key);
-    if (member != nullptr && (member->IsString() || member->IsNull()))
-        member->SetString(text.c_str(), allocator);
+    if (member != nullptr) member->SetString(text.c_str(), allocator);
 }
 
 int TypeOf(rapidjson::Value& item) {

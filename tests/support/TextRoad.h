@@ -49,8 +49,8 @@ class TextRoad {
                                                    const vxJson::Value& list);
 
     /// Takes documents of any shape: a value that is no object has no members, a "name" that is no
-    /// string reads as the empty name and, unless it is null, keeps its value, a "type" that is no
-    /// 32-bit integer reads as 0, a "column" that is no array has no columns.
+    /// string reads as the empty name, a "type" that is no 32-bit integer as 0, a "column" that is
+    /// no array has no columns. A new name replaces a value of any kind.
     static bool PostDataProcessing(const std::map<DDKey, DDKey>& mapping,
                                    const std::string& parserPath, rapidjson::Document& document,
                                    std::vector<std::string>& items);

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <VxUtil/vxJson.h>
+#include <gtest/gtest.h>
+#include <rapidjson/document.h>
+
+#include <map>
+#include <string>
+
+#include "variables/DDKey.h"
+
+// Each function calls one operation of CDEStructureDataHelper and the same of TextRoad with equal
+// arguments, and succeeds if they end alike: with the same result or an exception of the same
+// class, and with equal outputs, those of a failed call included.
+
+testing::AssertionResult SameHeaderOnBothRoads(const std::string& blob);
+
+testing::AssertionResult SameDecodingOnBothRoads(const std::string& buffer,
+                                                 const vxJson::Value& schema,
+                                                 const vxJson::Value& offsets,
+                                                 const vxJson::Value& fields);
+
+/// Decodes `packed` as the one leaf of a unit.
+testing::AssertionResult SameValueOnBothRoads(const std::string& packed);
+
+/// `document` is copied for each road.
+testing::AssertionResult SameRenamingOnBothRoads(const std::map<DDKey, DDKey>& mapping,
+                                                 const std::string& parserPath,
+                                                 const rapidjson::Value& document);
