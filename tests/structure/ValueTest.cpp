@@ -28,6 +28,7 @@ TEST(Value, BecomesWhatItsTextIs) {
         {"float32", "ca 40 48 f5 c3", "3.14"},
         {"negative zero", "cb bf 50 62 4d d2 f1 a9 fc", "-0.0"},
         {"1.005 lies below the half", "cb 3f f0 14 7a e1 47 ae 14", "1.0"},
+        {"1.115 too, though its product with 100 lies above", "cb 3f f1 d7 0a 3d 70 a3 d7", "1.11"},
         {"0.125, a tie, goes to even", "cb 3f c0 00 00 00 00 00 00", "0.12"},
         {"0.375, a tie, goes to even", "cb 3f d8 00 00 00 00 00 00", "0.38"},
         {"least subnormal", "cb 00 00 00 00 00 00 00 01", "0.0"},
