@@ -1,11 +1,11 @@
 // Decodes a packed frame: its header, the selected values, and the names that the caller wants.
-#include "examples/Example.h"
-#include "structure/CDEStructureDataHelper.h"
-
 #include <VxUtil/vxJson.h>
 
 #include <climits>
 #include <map>
+
+#include "examples/Example.h"
+#include "structure/CDEStructureDataHelper.h"
 
 namespace {
 

@@ -1,38 +1,44 @@
 // Prints every name of the catalogue: group, qualified name and text, one row per line.
-
-#include <iostream>
-#include <string>
 #include <string_view>
 
+#include "examples/Example.h"
 #include "schema/DataEngineNames.h"
 #include "schema/StoreNames.h"
 #include "schema/VariableMappingNames.h"
 
 namespace {
 
+const char usage[] = R"(usage: list_catalogue [TEXT]
+
+Prints group, qualified name and text of every name in the catalogue, in order and tab-separated.
+  TEXT   only the names that hold it, or whose text does
+)";
+
 class Listing {
   public:
     explicit Listing(std::string_view wanted) : wanted_(wanted) {}
 
-    void row(std::string_view group, const std::string& name, const std::string& text) const {
-        if (contains(name) || contains(text)) {
-            std::cout << group << '\t' << name << '\t' << text << '\n';
-        }
+    void row(std::string_view group, const std::string& name, const std::string& text) {
+        if (contains(name) || contains(text))
+            rows_ << group << '\t' << name << '\t' << text << '\n';
     }
+
+    std::string rows() const { return rows_.str(); }
 
   private:
     bool contains(std::string_view text) const { return text.find(wanted_) != text.npos; }
 
     std::string_view wanted_;
+    std::ostringstream rows_;
 };
 
-void list_variable_mapping(const Listing& listing) {
+void listVariableMapping(Listing& listing) {
 #define TEXT(id, text) \
     listing.row("variable-mapping", "VariableMappingNames::" #id, VariableMappingNames::id);
 #include "schema/names/VariableMapping.def"
 }
 
-void list_data_engine(const Listing& listing) {
+void listDataEngine(Listing& listing) {
 #define BLOCK_BEGIN(block)                           \
     {                                                \
         namespace in_block = DataEngineNames::block; \
@@ -42,7 +48,7 @@ void list_data_engine(const Listing& listing) {
 #include "schema/names/DataEngine.def"
 }
 
-void list_store(const Listing& listing) {
+void listStore(Listing& listing) {
 #define BLOCK_BEGIN(block)                      \
     {                                           \
         namespace in_block = StoreNames::block; \
@@ -52,26 +58,16 @@ void list_store(const Listing& listing) {
 #include "schema/names/Store.def"
 }
 
-constexpr std::string_view usage =
-    "usage: list_catalogue [TEXT]\n"
-    "Prints group, qualified name and text of every name in the catalogue, in order and\n"
-    "tab-separated; with TEXT only those whose name or text contains it.\n";
+std::string listCatalogue(const example::Arguments& arguments) {
+    Listing listing(arguments.empty() ? "" : arguments[0]);
+    listVariableMapping(listing);
+    listDataEngine(listing);
+    listStore(listing);
+    return listing.rows();
+}
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    const std::string_view wanted = argc > 1 ? argv[1] : "";
-    if (wanted == "--help") {
-        std::cout << usage;
-        return 0;
-    }
-    if (argc > 2) {
-        std::cerr << usage;
-        return 2;
-    }
-    const Listing listing(wanted);
-    list_variable_mapping(listing);
-    list_data_engine(listing);
-    list_store(listing);
-    return std::cout.flush() ? 0 : 1;
+    return example::run(argc, argv, usage, 0, 1, listCatalogue);
 }

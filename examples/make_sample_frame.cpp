@@ -1,13 +1,13 @@
 // Writes a packed frame, and the offsets that go with it, from a CSV file.
-#include "examples/Example.h"
-
 #include <VxUtil/vxJson.h>
+#include <msgpack.hpp>
 
 #include <cerrno>
 #include <cstdint>
 #include <cstdlib>
 #include <map>
-#include <msgpack.hpp>
+
+#include "examples/Example.h"
 
 namespace {
 

@@ -1,4 +1,11 @@
-// Asks the store two questions and reads its answers. Caller and store exchange JSON text in files.
+// Asks the store two questions and reads its answers. Both sides exchange JSON text in files.
+#include <VxUtil/CDeviceIdentifier.h>
+#include <VxUtil/TimerHelper.h>
+#include <VxUtil/VX128Guid.h>
+#include <VxUtil/vxJson.h>
+
+#include <climits>
+
 #include "examples/Example.h"
 #include "query/CDEDeviceDataQueryInfo.h"
 #include "query/CDEQueryResultRawDataPlusMetaData.h"
@@ -6,13 +13,6 @@
 #include "query/CDEStructureQueryInfo.h"
 #include "records/CDEDataShowCommand.h"
 #include "structure/CDEStructureDataHelper.h"
-
-#include <VxUtil/CDeviceIdentifier.h>
-#include <VxUtil/TimerHelper.h>
-#include <VxUtil/VX128Guid.h>
-#include <VxUtil/vxJson.h>
-
-#include <climits>
 
 namespace {
 

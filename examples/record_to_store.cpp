@@ -1,10 +1,4 @@
-// Builds a record of one device and prints what a store would receive: both keys and the three
-// views.
-#include "examples/Example.h"
-#include "records/CDEDataConfigFile.h"
-#include "records/CDEDataShowCommand.h"
-#include "records/CDEDataStructureData.h"
-
+// Builds a record of one device and prints what a store would receive: keys and views.
 #include <VxUtil/CDeviceIdentifier.h>
 #include <VxUtil/CVXNonCryptographicChecksum.h>
 #include <VxUtil/VX128Guid.h>
@@ -12,6 +6,11 @@
 
 #include <climits>
 #include <ctime>
+
+#include "examples/Example.h"
+#include "records/CDEDataConfigFile.h"
+#include "records/CDEDataShowCommand.h"
+#include "records/CDEDataStructureData.h"
 
 namespace {
 

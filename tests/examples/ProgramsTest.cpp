@@ -47,8 +47,8 @@ class Programs : public testing::Test {
 };
 
 TEST_F(Programs, PrintTheirUsage) {
-    for (const std::string program :
-         {"record_to_store", "make_sample_frame", "answer_from_store", "query_and_result"}) {
+    for (const std::string program : {"record_to_store", "make_sample_frame", "answer_from_store",
+                                      "query_and_result", "list_catalogue"}) {
         const Outcome outcome = Run(program + " --help");
         EXPECT_EQ(outcome.status, 0);
         EXPECT_EQ(outcome.out.find("usage: " + program + " "), 0u) << outcome.out;
@@ -74,6 +74,7 @@ TEST_F(Programs, PrintWhatTheSampleDataGives) {
         {"frame", "make_sample_frame data/interfaces.csv frame offsets"},
         {"everything", "answer_from_store frame offsets"},
         {"selected", "answer_from_store frame offsets data/selection.json data/mapping.json"},
+        {"names", "list_catalogue localIntf"},
         {"queries", "query_and_result data/edge-r1-show-interfaces.txt frame offsets ."},
     };
     for (const auto& row : rows) {
@@ -120,6 +121,7 @@ TEST_F(Programs, SayInOneLineWhatIsWrong) {
         {"record_to_store d table n frame", "KIND \"table\" is unknown"},
         {"record_to_store d cmd n frame soon", "TIME \"soon\" is no number"},
         {"record_to_store d cmd n frame 1 2", "arguments"},
+        {"list_catalogue one two", "takes 0 to 1 arguments"},
         {"make_sample_frame data/interfaces.csv f", "takes 3 arguments"},
         {"make_sample_frame gone f o", "gone: can't be read"},
         {"make_sample_frame no-table.csv f o", "no-table.csv: has no unit or no table"},
