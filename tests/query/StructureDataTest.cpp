@@ -1,0 +1,137 @@
+#include <VxUtil/vxJson.h>
+#include <gtest/gtest.h>
+#include <rapidjson/document.h>
+
+#include <limits>
+#include <random>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "query/CDEQueryResultStructureData.h"
+#include "structure/CDEStructureDataHelper.h"
+#include "tests/structure/SampleUnit.h"
+#include "tests/support/Texts.h"
+
+namespace {
+
+vxJson::Value Holding(const std::string& data) {
+    vxJson::Value value;
+    value["data"] = vxJson::Value(data.data(), static_cast<int>(data.size()));
+    return value;
+}
+
+std::string SavedData(const CDEQueryResultStructureData& result) {
+    vxJson::Value saved;
+    result.SaveToJson(saved);
+    return saved["data"].asBinary();
+}
+
+// A load gives what rapidjson's own parser gives with its default flags, in a document that held 7.
+void ExpectLoadsAsParsed(const std::string& text) {
+    rapidjson::Document parsed;
+    parsed.SetInt(7);
+    parsed.Parse(text.c_str());
+    CDEQueryResultStructureData result;
+    result.GetData().SetInt(7);
+    result.LoadFromJson(Holding(text));
+    ASSERT_EQ(result.GetData_RO().GetParseError(), parsed.GetParseError()) << text;
+    ASSERT_EQ(result.GetData_RO().GetErrorOffset(), parsed.GetErrorOffset()) << text;
+    ASSERT_EQ(Text(result.GetData_RO()), Text(parsed)) << text;
+}
+
+TEST(StructureData, LoadsEveryShortTextAsParsed) {
+    const std::vector<std::string> tokens = {"[", "]", "{",    "}",   ",", ":",  "\"a\"",
+                                             "1", " ", "true", "nul", "-", "\"", "\\"};
+    std::vector<std::string> texts = {""};
+    for (std::size_t from = 0, length = 0; length < 4; ++length) {
+        const std::size_t to = texts.size();
+        for (; from < to; ++from) {
+            for (const std::string& token : tokens) texts.push_back(texts[from] + token);
+        }
+    }
+    for (const std::string& text : texts) {
+        ASSERT_NO_FATAL_FAILURE(ExpectLoadsAsParsed(text));
+        ASSERT_NO_FATAL_FAILURE(ExpectLoadsAsParsed(text + std::string("\0]", 2)));
+    }
+}
+
+TEST(StructureData, LoadsBrokenTextsAsParsed) {
+    const std::string whole =
+        R"({"a": [1, -2.5e3, {"b": null, "c": "x\u00e9\n\ud834\udd1e"}], "d": [[], {}, true]})";
+    const std::string letters = "[]{},:\"1-e.nt \\u0";
+    std::mt19937 random(43);
+    for (int i = 0; i < 20000; ++i) {
+        std::string text = whole;
+        for (auto edits = 1 + random() % 3; edits > 0; --edits) {
+            const std::size_t at = random() % text.size();
+            const char letter = random() % 4 ? letters[random() % letters.size()]
+                                             : static_cast<char>(random() % 256);
+            text.replace(at, random() % 3, random() % 2, letter);
+        }
+        ASSERT_NO_FATAL_FAILURE(ExpectLoadsAsParsed(text));
+    }
+}
+
+TEST(StructureData, ALoadClearsTheErrorOfTheOneBefore) {
+    CDEQueryResultStructureData result;
+    result.LoadFromJson(Holding("[2,"));
+    EXPECT_TRUE(result.GetData_RO().HasParseError());
+    result.LoadFromJson(Holding("[3]"));
+    EXPECT_FALSE(result.GetData_RO().HasParseError());
+    EXPECT_EQ(SavedData(result), "[3]");
+}
+
+TEST(StructureData, DepthCostsMemoryOnly) {
+    const std::size_t depth = 1000000;
+    std::string objects;
+    for (std::size_t i = 0; i < depth; ++i) objects += "{\"a\":";
+    for (const std::string& text : {std::string(depth, '[') + std::string(depth, ']'),
+                                    objects + "1" + std::string(depth, '}')}) {
+        CDEQueryResultStructureData result;
+        result.LoadFromJson(Holding(text));
+        ASSERT_FALSE(result.GetData_RO().HasParseError());
+        EXPECT_TRUE(SavedData(result) == text);
+    }
+}
+
+TEST(StructureData, SavesTheTextUpToANumberThatJsonCannotWrite) {
+    CDEQueryResultStructureData result;
+    result.GetData().Parse(R"({"a":[1.10,"\u0001"],"b":2})");
+    EXPECT_EQ(SavedData(result), R"({"a":[1.1,"\u0001"],"b":2})");
+    result.GetData()["a"][1].SetDouble(std::numeric_limits<double>::quiet_NaN());
+    EXPECT_EQ(SavedData(result), Text(result.GetData_RO()));
+    EXPECT_EQ(SavedData(result), R"({"a":[1.1,)");
+}
+
+// The document that a result carries is the one that the decoder fills.
+TEST(StructureData, CarriesADecodedDocumentToAnotherObject) {
+    const std::string payload = SampleUnit::Payload();
+    CDEQueryResultStructureData sent;
+    ASSERT_TRUE(CDEStructureDataHelper::ParseBinaryDataToJson(
+        payload.data(), static_cast<int>(payload.size()), Json(SampleUnit::kSchema),
+        Json(SampleUnit::kOffsets), vxJson::Value(), sent.GetData()));
+    std::vector<std::string> items;
+    CDEStructureDataHelper::PostDataProcessing({{DDKey("", "host"), DDKey("p", "hostname")}}, "p",
+                                               sent.GetData(), items);
+    vxJson::Value saved;
+    sent.SaveToJson(saved);
+    CDEQueryResultStructureData received;
+    received.LoadFromJson(Json(saved.toString(false)));
+    EXPECT_EQ(SavedData(received), "[" + items.at(0) + "," + items.at(1) + "]");
+    EXPECT_EQ(items[0], R"({"type":1,"name":"host","value":"r1"})");
+}
+
+TEST(StructureData, AMovedFromObjectTakesANewDocument) {
+    std::vector<CDEQueryResultStructureData> results(1);
+    results[0].LoadFromJson(Holding(R"(["first"])"));
+    CDEQueryResultStructureData moved(std::move(results[0]));
+    results[0] = CDEQueryResultStructureData();
+    results[0].LoadFromJson(Holding(R"(["second"])"));
+    results.resize(50);  // moves the elements
+    EXPECT_EQ(SavedData(results[0]) + SavedData(moved), R"(["second"]["first"])");
+    moved = std::move(results[0]);
+    EXPECT_EQ(SavedData(moved), R"(["second"])");
+}
+
+}  // namespace
