@@ -1,0 +1,43 @@
+#pragma once
+
+#include <VxUtil/vxJson.h>
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+/// A unit of structure data: what a decoding takes, and where the values lie for the peers that
+/// know no schema. Generated from a fixed seed.
+struct Unit {
+    std::string payload;
+    vxJson::Value schema, offsets;
+    std::vector<std::size_t> values;  // the byte offset of each value
+
+    int Length() const { return static_cast<int>(payload.size()); }
+};
+
+/// Host names, addresses, counters, rates and flags, one leaf each.
+Unit ScalarLeaves(int count);
+
+/// Interfaces: 20 columns, from names and addresses to octet counters and utilisation.
+Unit InterfaceTable(int rows);
+
+/// One leaf that holds an array of routes, a map each.
+Unit RouteTable(int routes);
+
+/// One leaf with an array of counters of all magnitudes.
+Unit Integers(int count);
+
+/// One leaf with an array of measured rates, most of them with a full mantissa.
+Unit Floats(int count);
+
+/// One leaf with the text of a device configuration.
+Unit ConfigurationLeaf(std::size_t bytes);
+
+/// A header in front of no payload, with 32 leaves and 8 tables of 10 columns.
+std::string HeaderOf40Items();
+
+std::string ConfigurationText(std::size_t bytes);
+
+/// About `bytes` of JSON text: an array of interfaces.
+std::string InterfacesJson(std::size_t bytes);

@@ -1,0 +1,222 @@
+#!/usr/bin/env python3
+"""Turns the JSON output of the benchmarks into results.md and results.svg.
+
+report.py FOLDER RESULTS.json [CATALOGUE.md], as scripts/bench calls it. Every ratio is one of
+medians within this one run. The catalogue's table is taken as it is.
+"""
+
+import json
+import math
+import pathlib
+import sys
+from collections import namedtuple
+
+DECODINGS = {
+    "leaves": "100 scalar leaves",
+    "interfaces": "interface table, 20 columns by 200 rows",
+    "routes": "route table of 50,000 maps",
+    "integers": "1,000,000 integers",
+    "floats": "300,000 floats",
+    "configuration": "one text of 200 KB",
+}
+FIRST_FIVE = list(DECODINGS)[:5]
+PEERS = {
+    "text": "text road",
+    "nlohmann": "nlohmann from_msgpack",
+    "unpack": "msgpack::unpack",
+    "floor": "floor",
+}
+JSON_OPERATIONS = ["parse", "print", "copy", "lookup"]
+
+# `wanted` is the least ratio for more_is_better, the greatest otherwise.
+Row = namedtuple("Row", "case against wanted measured more_is_better")
+
+
+class Run:
+    """The medians of one run, by case and contender."""
+
+    def __init__(self, results):
+        self.medians = {}
+        self.repetitions = 0
+        self.compiler = results["context"]["compiler"]
+        self.cores = results["context"]["num_cpus"]
+        for entry in results["benchmarks"]:
+            if entry.get("aggregate_name") != "median":
+                continue
+            name = entry["run_name"].removesuffix("/manual_time")
+            self.repetitions = entry["repetitions"]
+            self.medians[name] = entry
+
+    def time(self, name):
+        """Seconds per round: processor time, or what the case measures itself."""
+        entry = self.medians[name]
+        key = "real_time" if entry["run_name"].endswith("/manual_time") else "cpu_time"
+        return entry[key] * {"ns": 1e-9, "us": 1e-6, "ms": 1e-3, "s": 1}[entry["time_unit"]]
+
+    def rate(self, name):
+        return self.medians[name]["items_per_second"]
+
+    def speedup(self, case, peer):
+        return self.time(f"{case}/{peer}") / self.time(f"{case}/library")
+
+
+def geometric_mean(values):
+    values = list(values)
+    return math.exp(sum(map(math.log, values)) / len(values))
+
+
+def wanted_rows(run):
+    def decodings(peer, names):
+        return {name: run.speedup(f"decode_{name}", peer) for name in names}
+
+    yield Row("decode, geometric mean of the first five", "text road", 14,
+              geometric_mean(decodings("text", FIRST_FIVE).values()), True)
+    for name, ratio in decodings("unpack", FIRST_FIVE).items():
+        yield Row(f"decode, {DECODINGS[name]}", "bare msgpack::unpack", 1, ratio, True)
+    for name, ratio in decodings("floor", DECODINGS).items():
+        yield Row(f"decode, {DECODINGS[name]}", "floor", 0.67, ratio, True)
+    yield Row("decode, geometric mean of the first five", "nlohmann from_msgpack", 8,
+              geometric_mean(decodings("nlohmann", FIRST_FIVE).values()), True)
+    yield Row("header with a schema of 40 items", "plain way", 3, run.speedup("header", "plain"),
+              True)
+    yield Row("time to select the first leaf of 10,000", "the same of 10", 1.5,
+              run.time("select_first/of10000") / run.time("select_first/of10"), False)
+    yield Row("time to select the last leaf of 10,000", "a plain walk over the names", 1.5,
+              run.time("select_last/of10000") / run.time("select_last/walk10000"), False)
+    yield Row("time per leaf to select all of 100,000", "the same of 1,000", 1.5,
+              run.time("select_all/of100000") / run.time("select_all/of1000") / 100, False)
+    yield Row("renaming 1,000 columns by 10,000 entries", "plain way", 5,
+              run.speedup("rename", "plain"), True)
+    for operation in JSON_OPERATIONS:
+        yield Row(f"JSON value, {operation} of 1 MB", "nlohmann", 1.2,
+                  run.speedup(f"json_{operation}", "nlohmann"), True)
+    yield Row("decoding on two threads", "on one", 1.9,
+              run.rate("decode_threads/real_time/threads:2")
+              / run.rate("decode_threads/real_time/threads:1"), True)
+
+
+def wanted_text(row):
+    sign = "at least" if row.more_is_better else "at most"
+    return f"{sign} {row.wanted:g}"
+
+
+def is_met(row):
+    return row.measured >= row.wanted if row.more_is_better else row.measured <= row.wanted
+
+
+def duration(seconds):
+    for unit, factor in (("ns", 1e9), ("µs", 1e6), ("ms", 1e3)):
+        if seconds * factor < 1000:
+            return f"{seconds * factor:.3g} {unit}"
+    return f"{seconds:.3g} s"
+
+
+def machine_kind():
+    flags = pathlib.Path("/proc/cpuinfo").read_text()
+    return "virtual machine" if " hypervisor" in flags else "machine"
+
+
+def table(header, rows):
+    lines = ["| " + " | ".join(header) + " |", "|---" * len(header) + "|"]
+    lines += ["| " + " | ".join(row) + " |" for row in rows]
+    return "\n".join(lines) + "\n"
+
+
+def markdown(run):
+    ratios = table(["case", "against", "wanted", "measured", ""],
+                   [[row.case, row.against, wanted_text(row), f"{row.measured:.2f}",
+                     "" if is_met(row) else "missed"] for row in wanted_rows(run)])
+    decodings = table(["unit", "this library"] + list(PEERS.values()),
+                      [[text] + [duration(run.time(f"decode_{name}/{contender}"))
+                                 for contender in ["library"] + list(PEERS)]
+                       for name, text in DECODINGS.items()])
+    others = table(["case", "time"],
+                   [[name, duration(run.time(name))] for name in sorted(run.medians)
+                    if not name.startswith("decode_")])
+    return f"""# Benchmark results
+
+{run.cores}-core {machine_kind()}, {run.compiler}, Release. Medians of {run.repetitions} repetitions in random order within one
+run of `scripts/bench`; the data is generated from fixed seeds.
+
+![How many times as long as this library the others take](results.svg)
+
+## Ratios
+
+A ratio says how many times as fast as the other this library is; where the case names a time, how
+many times as long it takes.
+
+{ratios}
+- Text road: unpack, print, parse, as the documents are defined.
+- Floor: `msgpack::parse` with a visitor that keeps nothing, and one write of as many bytes as the
+  decoded document takes into fresh memory.
+- Plain way: for the header, three times unpack, then print and parse the schema by way of streams;
+  for renaming, an ordered map of copied keys.
+
+## Times of decoding
+
+Each contender builds its result and destroys it.
+
+{decodings}
+## Other times
+
+{others}"""
+
+
+STYLE = """
+    text { font: 13px sans-serif; fill: #24292f; }
+    .title { font-size: 15px; font-weight: bold; }
+    .library { fill: #1a7f37; } .text { fill: #cf222e; } .nlohmann { fill: #bf8700; }
+    .unpack { fill: #0969da; } .floor { fill: #8c959f; }
+    @media (prefers-color-scheme: dark) {
+      text { fill: #e6edf3; }
+      .library { fill: #3fb950; } .text { fill: #f85149; } .nlohmann { fill: #d29922; }
+      .unpack { fill: #58a6ff; } .floor { fill: #8b949e; }
+    }
+"""
+
+
+def plot(run):
+    left, top, bar, gap, width = 290, 64, 14, 18, 820
+    ratios = {name: {"library": 1.0, **{peer: run.speedup(f"decode_{name}", peer)
+                                        for peer in PEERS}} for name in DECODINGS}
+    scale = (width - left - 70) / max(max(row.values()) for row in ratios.values())
+    names = {"library": "this library", **PEERS}
+    parts = ['<text class="title" x="16" y="24">Time to decode, in times of this library '
+             "(shorter is faster)</text>"]
+    x = 16
+    for peer, text in names.items():
+        parts.append(f'<rect class="{peer}" x="{x}" y="38" width="12" height="12"/>'
+                     f'<text x="{x + 18}" y="49">{text}</text>')
+        x += 44 + 7.2 * len(text)
+    y = top
+    for name, row in ratios.items():
+        middle = y + bar * len(row) / 2 + 4
+        parts.append(f'<text x="{left - 12}" y="{middle:g}" text-anchor="end">'
+                     f"{DECODINGS[name]}</text>")
+        for peer, ratio in row.items():
+            label = f"{ratio:.0f}" if ratio >= 10 else f"{ratio:.2g}"
+            parts.append(f'<rect class="{peer}" x="{left}" y="{y}" '
+                         f'width="{ratio * scale:.1f}" height="{bar - 2}"/>'
+                         f'<text x="{left + ratio * scale + 6:.1f}" y="{y + bar - 3}">{label}</text>')
+            y += bar
+        y += gap
+    body = "\n  ".join(parts)
+    return (f'<svg xmlns="http://www.w3.org/2000/svg" width="{width}" height="{y}" '
+            f'viewBox="0 0 {width} {y}" role="img">\n  <style>{STYLE}  </style>\n  {body}\n</svg>\n')
+
+
+def main():
+    folder, results, *catalogue = map(pathlib.Path, sys.argv[1:])
+    run = Run(json.loads(results.read_text()))
+    text = markdown(run)
+    for path in catalogue:
+        text += f"\n## Catalogue\n\n{path.read_text()}"
+    (folder / "results.md").write_text(text)
+    (folder / "results.svg").write_text(plot(run))
+    for row in wanted_rows(run):
+        mark = " " if is_met(row) else "-"
+        print(f"{mark} {row.measured:8.2f}  {wanted_text(row):14}{row.case}, against {row.against}")
+
+
+if __name__ == "__main__":
+    main()
