@@ -20,9 +20,9 @@ void NormaliseNames(EMappingType mappingType, MappingInstance& instance) {
     if (!StartsWithMark(name)) return;
     name.erase(0, 1);
 
-    if (mappingType == MappingType_Variable || mappingType == MappingType_Variable1) {
+    if (mappingType == MappingTypeVariable || mappingType == MappingTypeVariable1) {
         fullName = name;
-    } else if (mappingType == MappingType_TableColumn) {
+    } else if (mappingType == MappingTypeTableColumn) {
         const std::size_t column = fullName.find(".$");
         if (column != std::string::npos) fullName.replace(column + 1, std::string::npos, name);
         if (StartsWithMark(fullName)) fullName.erase(0, 1);

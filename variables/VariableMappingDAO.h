@@ -9,11 +9,12 @@
 
 #include "contracts/DataEngineExport.h"
 
-/// What a mapping document maps. Documents may hold other numbers; they are kept as they are.
+/// What a mapping document maps. The underlying type is fixed, so every 32-bit number of a document
+/// is a legal value.
 enum EMappingType : std::int32_t {
-    MappingType_Variable = 0,
-    MappingType_Variable1 = 1,  ///< The same as MappingType_Variable.
-    MappingType_TableColumn = 2
+    MappingTypeVariable = 0,
+    MappingTypeVariable1 = 1,  ///< The same as MappingTypeVariable.
+    MappingTypeTableColumn = 2
 };
 
 /// One parser variable of a mapping and the device types that it serves.
@@ -54,7 +55,7 @@ class DATAENGINE_EXPORT VariableMappingDAO {
 
   private:
     std::string id_;
-    EMappingType mappingType_ = MappingType_Variable;
+    EMappingType mappingType_ = MappingTypeVariable;
     std::vector<MappingInstance> mappingVars_;
     long long timeStamp_ = 0;
     std::string gvPath_;
