@@ -67,11 +67,12 @@ inline rapidjson::Document parseJson(const std::string& path, const std::string&
 /// The JSON value that a file holds, binary and time values included.
 inline vxJson::Value readJson(const std::string& path) {
     const std::string text = readFile(path);
-    parseJson(path, text);
     std::istringstream stream(text);
     vxJson::Value value;
-    if (!vxJson::Reader().parse(stream, value, true))
+    if (!vxJson::Reader().parse(stream, value, true)) {
+        parseJson(path, text);  // says where
         throw Failure(path + ": is not JSON; correct it");
+    }
     return value;
 }
 
@@ -109,8 +110,8 @@ int run(int argc, char** argv, const std::string& usage, std::size_t fewest, std
                           (fewest == most ? "" : " to " + std::to_string(most)) +
                           " arguments; see " + name + " --help");
         const std::string output = program(arguments);
-        std::fwrite(output.data(), 1, output.size(), stdout);
-        if (std::fflush(stdout) != 0)
+        if (std::fwrite(output.data(), 1, output.size(), stdout) != output.size() ||
+            std::fflush(stdout) != 0)
             throw Failure(std::string("can't print: ") + std::strerror(errno));
         return 0;
     } catch (const std::exception& error) {

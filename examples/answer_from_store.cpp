@@ -22,10 +22,10 @@ of a mapping, each as one line of JSON.
 make_sample_frame writes a FRAME and its OFFSETS.
 )";
 
+// [a structured answer out of the store]
 using Names = std::map<DDKey, DDKey>;
 using Lines = std::vector<std::string>;
 
-// [a structured answer out of the store]
 struct Frame {
     std::string bytes;
     std::string name;
@@ -34,7 +34,7 @@ struct Frame {
 };
 
 /// Reads the header of a frame; false if the frame is of another version.
-bool open(Frame& frame) {
+bool readHeader(Frame& frame) {
     return CDEStructureDataHelper::GetBinaryDataInfo(frame.bytes, frame.name, frame.schema,
                                                      frame.headerLength);
 }
@@ -49,7 +49,8 @@ bool decode(const Frame& frame, const vxJson::Value& offsets, const vxJson::Valu
 }
 
 /// Gives the document its wanted names, and each of its items as one line of JSON.
-Lines rename(const Names& wanted, const std::string& parserPath, rapidjson::Document& document) {
+Lines renameItems(const Names& wanted, const std::string& parserPath,
+                  rapidjson::Document& document) {
     Lines lines;
     CDEStructureDataHelper::PostDataProcessing(wanted, parserPath, document, lines);
     return lines;
@@ -62,7 +63,7 @@ Frame readFrame(const std::string& path) {
     if (frame.bytes.size() > INT_MAX)
         throw example::Failure(path + ": is 2 GiB or larger; a frame is smaller than that");
     const bool known = example::explain(path, "it is cut off or no packed frame; fetch it again",
-                                        [&] { return open(frame); });
+                                        [&] { return readHeader(frame); });
     if (!known)
         throw example::Failure(path + ": has a version other than 1; get a frame of version 1");
     if (!frame.schema.isArray())
@@ -114,9 +115,10 @@ std::string answerFromStore(const example::Arguments& arguments) {
     for (int i = 0; i < static_cast<int>(frame.schema.size()); ++i)
         out << "  " << frame.schema[i].toString(false) << "\n";
     out << "\ndocument\n";
-    for (const std::string& line : rename({}, frame.name, document)) out << "  " << line << "\n";
+    for (const std::string& line : renameItems({}, frame.name, document))
+        out << "  " << line << "\n";
     out << "\nitems under the wanted names\n";
-    for (const std::string& line : rename(wanted, frame.name, document))
+    for (const std::string& line : renameItems(wanted, frame.name, document))
         out << "  " << line << "\n";
     return out.str();
 }
