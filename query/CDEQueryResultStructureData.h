@@ -5,6 +5,7 @@
 #include <string>
 
 #include "contracts/IJsonSerialize.h"
+#include "contracts/RapidJsonLayout.h"
 #include "query/CDEQueryResultMetaDataOnly.h"
 
 /// The answer to a query for structured data: a parsed document, its time, a flag word, an error

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "contracts/DataEngineExport.h"
+#include "contracts/RapidJsonLayout.h"
 #include "variables/DDKey.h"
 
 /// Decodes packed structure data into rapidjson documents.
