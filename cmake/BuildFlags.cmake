@@ -17,3 +17,16 @@ function(dataengine_build_flags target)
         endif()
     endif()
 endfunction()
+
+# dataengine_shared_library(target): a library that others link. The name of its file changes with
+# the major version, and it finds its neighbours in its own folder, wherever that is.
+function(dataengine_shared_library target)
+    dataengine_build_flags(${target})
+    target_compile_features(${target} PUBLIC cxx_std_17)
+    set(exports ${PROJECT_SOURCE_DIR}/cmake/exports.map)
+    target_link_options(${target} PRIVATE LINKER:--version-script=${exports})
+    set_target_properties(${target} PROPERTIES
+        VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR}
+        INSTALL_RPATH $ORIGIN
+        LINK_DEPENDS ${exports})
+endfunction()

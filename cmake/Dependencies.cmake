@@ -1,11 +1,9 @@
 # Header-only dependencies as targets of our own, so that their headers count as system headers.
-find_package(RapidJSON REQUIRED)
+find_path(RAPIDJSON_INCLUDE_DIR rapidjson/document.h REQUIRED)
 add_library(dataengine_rapidjson INTERFACE)
-target_include_directories(dataengine_rapidjson SYSTEM INTERFACE
-    $<BUILD_INTERFACE:${RapidJSON_INCLUDE_DIRS}>)
+target_include_directories(dataengine_rapidjson SYSTEM INTERFACE ${RAPIDJSON_INCLUDE_DIR})
 
 find_path(MSGPACK_INCLUDE_DIR msgpack.hpp REQUIRED)
 add_library(dataengine_msgpack INTERFACE)
-target_include_directories(dataengine_msgpack SYSTEM INTERFACE
-    $<BUILD_INTERFACE:${MSGPACK_INCLUDE_DIR}>)
-target_compile_definitions(dataengine_msgpack INTERFACE $<BUILD_INTERFACE:MSGPACK_NO_BOOST>)
+target_include_directories(dataengine_msgpack SYSTEM INTERFACE ${MSGPACK_INCLUDE_DIR})
+target_compile_definitions(dataengine_msgpack INTERFACE MSGPACK_NO_BOOST)
