@@ -8,42 +8,71 @@
 #include <vector>
 
 // What stands behind the array and object kinds of vxJson::Value.
-namespace vxJson::detail {
 
-/// The first eight bytes of a text as a big-endian number, padded with zeros: where two of them
-/// differ, they order as the texts do.
-inline std::uint64_t KeyPrefix(std::string_view text) noexcept {
-    const std::size_t size = std::min<std::size_t>(text.size(), 8);
-    std::uint64_t prefix = 0;
-    for (std::size_t i = 0; i < size; ++i) {
-        prefix = prefix << 8 | static_cast<unsigned char>(text[i]);
+namespace vxJson {
+
+inline Value::Value(const Value& other, Shallow) : tag_(other.tag_), plain_() {
+    if (HoldsText()) {
+        ::new (static_cast<void*>(&text_)) std::string(other.text_);
+    } else if (HoldsContainer()) {
+        tag_ = Tag::borrowed;
+        plain_.borrowed = other.plain_.container;
+    } else {
+        plain_ = other.plain_;
     }
-    return size == 0 ? 0 : prefix << (8 * (8 - size));
 }
 
+namespace detail {
+
+/// Up to eight bytes of a text from `position` on as a big-endian number, padded with zeros.
+inline std::uint64_t LoadBytes(std::string_view text, std::size_t position) noexcept {
+    std::uint64_t number = 0;
+    if (text.size() >= position + 8) {
+        for (std::size_t i = 0; i < 8; ++i) {
+            number = number << 8 | static_cast<unsigned char>(text[position + i]);
+        }
+        return number;
+    }
+    for (std::size_t i = position; i < text.size(); ++i) {
+        number |= std::uint64_t{static_cast<unsigned char>(text[i])} << (56 - 8 * (i - position));
+    }
+    return number;
+}
+
+/// A key with its first sixteen bytes as two numbers: where these differ between two keys, they
+/// order as the texts do.
+template <class Text>
+struct BasicKey {
+    explicit BasicKey(std::string_view key)
+        : high(LoadBytes(key, 0)), low(LoadBytes(key, 8)), text(key) {}
+    explicit BasicKey(const BasicKey<std::string_view>& key)
+        : high(key.high), low(key.low), text(key.text) {}
+
+    std::uint64_t high;
+    std::uint64_t low;
+    Text text;
+};
+
+/// The key of a member.
+using Key = BasicKey<std::string>;
+
 /// A key that someone else owns, for lookups.
-struct KeyView {
-    explicit KeyView(std::string_view key) noexcept : prefix(KeyPrefix(key)), text(key) {}
+using KeyView = BasicKey<std::string_view>;
 
-    std::uint64_t prefix;
-    std::string_view text;
-};
-
-struct Key {
-    explicit Key(const KeyView& key) : prefix(key.prefix), text(key.text) {}
-
-    std::uint64_t prefix;
-    std::string text;
-};
-
-/// Orders keys by their bytes. Mostly the prefixes decide, without a look at the texts.
+/// Orders keys by their bytes. Mostly the numbers decide, without a look at the texts.
 struct ByKey {
     using is_transparent = void;
 
     template <class A, class B>
-    bool operator()(const A& a, const B& b) const noexcept {
-        if (a.prefix != b.prefix) return a.prefix < b.prefix;
-        return std::string_view(a.text) < std::string_view(b.text);
+    bool operator()(const BasicKey<A>& a, const BasicKey<B>& b) const noexcept {
+        if (a.high != b.high) return a.high < b.high;
+        if (a.low != b.low) return a.low < b.low;
+        const std::size_t shorter = std::min(a.text.size(), b.text.size());
+        if (shorter > 16) {
+            const int order = std::memcmp(a.text.data() + 16, b.text.data() + 16, shorter - 16);
+            if (order != 0) return order < 0;
+        }
+        return a.text.size() < b.text.size();
     }
 };
 
@@ -88,6 +117,15 @@ struct Object : Container {
     Members members;
 };
 
+template <class Visit>
+void VisitChildren(Container& container, Visit visit) {
+    if (container.isObject) {
+        for (auto& [key, slot] : static_cast<Object&>(container).members) visit(slot.value);
+    } else {
+        for (Slot& slot : static_cast<Array&>(container).elements) visit(slot.value);
+    }
+}
+
 /// A place in a walk over the children of an array or object value.
 class Cursor {
   public:
@@ -127,4 +165,6 @@ class Cursor {
     Members::const_iterator lastMember_;
 };
 
-}  // namespace vxJson::detail
+}  // namespace detail
+
+}  // namespace vxJson

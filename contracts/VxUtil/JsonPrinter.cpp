@@ -2,6 +2,7 @@
 #include <rapidjson/writer.h>
 
 #include <array>
+#include <charconv>
 #include <cmath>
 #include <ostream>
 
@@ -28,8 +29,9 @@ constexpr std::array<char, 256> MakeEscapes() {
 }
 constexpr std::array<char, 256> escapes = MakeEscapes();
 
-/// The output stream of the rapidjson writers. Strings don't go through them: theirs reserve six
-/// bytes for each byte, counted in 32 bits.
+/// The output stream of the rapidjson writers. These set brackets, commas and indents; strings and
+/// numbers are put in whole, since the writers go byte by byte and reserve six bytes for each byte
+/// of a string, counted in 32 bits.
 class TextStream {
   public:
     using Ch = char;
@@ -38,11 +40,18 @@ class TextStream {
         Reserve(1);
         PutUnsafe(c);
     }
-    void PutUnsafe(char c) { text_[size_++] = c; }
+    void PutUnsafe(char c) { *at_++ = c; }
     void Flush() {}
 
     void Reserve(std::size_t count) {
-        if (text_.size() - size_ < count) text_.resize(2 * text_.size() + count + 64);
+        if (static_cast<std::size_t>(end_ - at_) < count) Grow(count);
+    }
+
+    void PutRun(const char* from, const char* to) {
+        const auto length = static_cast<std::size_t>(to - from);
+        Reserve(length);
+        std::copy(from, to, at_);
+        at_ += length;
     }
 
     void PutQuoted(std::string_view text) {
@@ -62,16 +71,18 @@ class TextStream {
     }
 
     std::string Take() {
-        text_.resize(size_);
+        text_.resize(Size());
         return std::move(text_);
     }
 
   private:
-    void PutRun(const char* from, const char* to) {
-        const auto length = static_cast<std::size_t>(to - from);
-        Reserve(length);
-        text_.replace(size_, length, from, length);
-        size_ += length;
+    std::size_t Size() const { return static_cast<std::size_t>(at_ - text_.data()); }
+
+    void Grow(std::size_t count) {
+        const std::size_t size = Size();
+        text_.resize(2 * size + count + 64);
+        at_ = text_.data() + size;
+        end_ = text_.data() + text_.size();
     }
 
     void PutEscaped(unsigned char byte) {
@@ -87,7 +98,8 @@ class TextStream {
     }
 
     std::string text_;
-    std::size_t size_ = 0;
+    char* at_ = text_.data();
+    char* end_ = at_;
 };
 
 // What rapidjson calls on a stream instead of its slower defaults.
@@ -146,13 +158,13 @@ class Printer {
                 writer.Bool(value.plain_.boolean);
                 break;
             case Value::Tag::negative:
-                writer.Int64(value.plain_.signedNumber);
+                PrintNumber(value.plain_.signedNumber, writer, text);
                 break;
             case Value::Tag::natural:
-                writer.Uint64(value.plain_.unsignedNumber);
+                PrintNumber(value.plain_.unsignedNumber, writer, text);
                 break;
             case Value::Tag::real:
-                PrintDouble(value.plain_.real, writer);
+                PrintDouble(value.plain_.real, writer, text);
                 break;
             case Value::Tag::string:
                 PrintText(value.text_, writer, text);
@@ -169,16 +181,37 @@ class Printer {
         }
     }
 
-    template <class Writer>
-    static void PrintDouble(double number, Writer& writer) {
-        if (std::isfinite(number)) {
-            writer.Double(number);
-        } else {
-            writer.Null();
-        }
+    // The longest number is a double: a sign, 17 digits, a point and an exponent of five bytes; or,
+    // where that is shorter, no exponent. Integers have twenty bytes at most.
+    using Digits = std::array<char, 32>;
+
+    // An empty raw value makes the writer set what goes before a value.
+    template <class Number, class Writer>
+    static void PrintNumber(Number number, Writer& writer, TextStream& text) {
+        Digits digits;
+        writer.RawValue("", 0, rapidjson::kNumberType);
+        text.PutRun(digits.data(),
+                    std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr);
     }
 
-    // An empty raw value makes the writer set what goes before a string.
+    // The shortest text that reads back as the same double.
+    template <class Writer>
+    static void PrintDouble(double number, Writer& writer, TextStream& text) {
+        if (!std::isfinite(number)) {
+            writer.Null();
+            return;
+        }
+        Digits digits;
+        char* end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
+        const auto isMark = [](char c) { return c == '.' || c == 'e'; };
+        if (std::none_of(digits.data(), end, isMark)) {
+            *end++ = '.';
+            *end++ = '0';
+        }
+        writer.RawValue("", 0, rapidjson::kNumberType);
+        text.PutRun(digits.data(), end);
+    }
+
     template <class Writer>
     static void PrintText(std::string_view string, Writer& writer, TextStream& text) {
         writer.RawValue("", 0, rapidjson::kStringType);

@@ -15,6 +15,7 @@ using detail::KeyView;
 using detail::Members;
 using detail::Object;
 using detail::Slot;
+using detail::VisitChildren;
 
 static_assert(sizeof(Value) == sizeof(std::string) + sizeof(void*));
 
@@ -116,26 +117,21 @@ Value::Value(const char* bytes, int length) : Value() {
     *this = Value(std::string(bytes, static_cast<std::size_t>(length)), binaryKind);
 }
 
-// Copies level by level. The shallow copy of a container leaves its child containers borrowed from
-// the source; each is then replaced by its own shallow copy and queued for the same treatment. The
-// destructor ignores what is still borrowed, so a failure on the way leaks nothing.
+// A shallow copy of a container leaves its child containers borrowed from the source; the walk then
+// replaces each of them by a shallow copy of its own and goes on inside it, while it is still in
+// the cache. The destructor ignores what is still borrowed, so a failure on the way leaks nothing.
 Value::Value(const Value& other) : Value(other, Shallow()) {
-    if (tag_ != Tag::borrowed) return;
-    Container* pending = OwnBorrowed();
-    while (pending != nullptr) {
-        Container* const container = pending;
-        pending = container->next;
-        const auto own = [&pending](Value& child) {
-            if (child.tag_ != Tag::borrowed) return;
-            Container* const copy = child.OwnBorrowed();
-            copy->next = pending;
-            pending = copy;
-        };
-        if (container->isObject) {
-            for (auto& [key, slot] : static_cast<Object*>(container)->members) own(slot.value);
-        } else {
-            for (Slot& slot : static_cast<Array*>(container)->elements) own(slot.value);
+    std::vector<Cursor> open;
+    Value* value = this;
+    for (;;) {
+        if (value->tag_ == Tag::borrowed) {
+            value->OwnBorrowed();
+            open.emplace_back(*value->plain_.container);
         }
+        while (!open.empty() && open.back().AtEnd()) open.pop_back();
+        if (open.empty()) return;
+        value = const_cast<Value*>(&open.back().GetValue());
+        open.back().Advance();
     }
 }
 
@@ -147,18 +143,7 @@ Value& Value::operator=(Value&& other) noexcept {
     return *this;
 }
 
-Value::Value(const Value& other, Shallow) : tag_(other.tag_), plain_() {
-    if (HoldsText()) {
-        ::new (static_cast<void*>(&text_)) std::string(other.text_);
-    } else if (HoldsContainer()) {
-        tag_ = Tag::borrowed;
-        plain_.borrowed = other.plain_.container;
-    } else {
-        plain_ = other.plain_;
-    }
-}
-
-Container* Value::OwnBorrowed() {
+void Value::OwnBorrowed() {
     if (plain_.borrowed->isObject) {
         plain_.container = new Object(*static_cast<const Object*>(plain_.borrowed));
         tag_ = Tag::object;
@@ -166,7 +151,6 @@ Container* Value::OwnBorrowed() {
         plain_.container = new Array(*static_cast<const Array*>(plain_.borrowed));
         tag_ = Tag::array;
     }
-    return plain_.container;
 }
 
 // Takes the containers apart from the top: the child containers of one are queued before it goes.
@@ -174,22 +158,17 @@ void Value::ReleaseContainer() noexcept {
     Container* pending = plain_.container;
     pending->next = nullptr;
     while (pending != nullptr) {
-        Container* const container = pending;
-        pending = container->next;
-        const auto detach = [&pending](Value& child) {
+        Container* const container = std::exchange(pending, pending->next);
+        VisitChildren(*container, [&pending](Value& child) {
             if (!child.HoldsContainer()) return;
             child.tag_ = Tag::null;
             child.plain_.container->next = pending;
             pending = child.plain_.container;
-        };
+        });
         if (container->isObject) {
-            auto* const object = static_cast<Object*>(container);
-            for (auto& [key, slot] : object->members) detach(slot.value);
-            delete object;
+            delete static_cast<Object*>(container);
         } else {
-            auto* const array = static_cast<Array*>(container);
-            for (Slot& slot : array->elements) detach(slot.value);
-            delete array;
+            delete static_cast<Array*>(container);
         }
     }
 }

@@ -257,7 +257,7 @@ class VXUTIL_EXPORT Value {
     Value(const Value& other, Shallow);
     bool HoldsText() const noexcept { return tag_ == Tag::string || tag_ == Tag::binary; }
     bool HoldsContainer() const noexcept { return tag_ >= Tag::array; }
-    detail::Container* OwnBorrowed();
+    void OwnBorrowed();
     void ReleaseContainer() noexcept;
     // Moves the content of `other` into this value, which holds nothing to release.
     void Take(Value& other) noexcept {
