@@ -112,7 +112,7 @@ inline void PutUnsafe(TextStream& stream, char c) {
 
 // Indentation. Its limit keeps the text of deeply nested values from growing with the square.
 inline void PutN(TextStream& stream, char c, std::size_t count) {
-    constexpr std::size_t widestIndent = 64 * 4;
+    constexpr std::size_t widestIndent = 20 * 4;
     count = std::min(count, widestIndent);
     stream.Reserve(count);
     while (count-- > 0) stream.PutUnsafe(c);
@@ -181,8 +181,8 @@ class Printer {
         }
     }
 
-    // The longest number is a double: a sign, 17 digits, a point and an exponent of five bytes; or,
-    // where that is shorter, no exponent. Integers have twenty bytes at most.
+    // The longest numbers are a double without an exponent, a sign, "0.00000" and 17 digits, and an
+    // integer, of twenty bytes.
     using Digits = std::array<char, 32>;
 
     // An empty raw value makes the writer set what goes before a value.
@@ -194,17 +194,22 @@ class Printer {
                     std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr);
     }
 
-    // The shortest text that reads back as the same double.
+    // The shortest text that reads back as the same double, with an exponent where a reader would
+    // have to count zeros.
     template <class Writer>
     static void PrintDouble(double number, Writer& writer, TextStream& text) {
         if (!std::isfinite(number)) {
             writer.Null();
             return;
         }
+        const double size = std::fabs(number);
+        const bool isPlain = size == 0 || (size >= 1e-6 && size < 1e21);
         Digits digits;
-        char* end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
-        const auto isMark = [](char c) { return c == '.' || c == 'e'; };
-        if (std::none_of(digits.data(), end, isMark)) {
+        char* end =
+            std::to_chars(digits.data(), digits.data() + digits.size(), number,
+                          isPlain ? std::chars_format::fixed : std::chars_format::scientific)
+                .ptr;
+        if (isPlain && std::find(digits.data(), end, '.') == end) {
             *end++ = '.';
             *end++ = '0';
         }

@@ -3,6 +3,7 @@
 #include <charconv>
 #include <cmath>
 #include <istream>
+#include <limits>
 
 #include "Base64.h"
 #include "JsonContainers.h"
@@ -101,10 +102,16 @@ bool Builder::RawNumber(const char* text, std::size_t length, bool /*copy*/) {
         }
     }
     double number = 0;
-    const std::from_chars_result result = std::from_chars(text, end, number);
-    if (result.ptr != end || !std::isfinite(number)) return false;
+    if (std::from_chars(text, end, number).ec == std::errc::result_out_of_range) {
+        // Too small or too large? A long double can tell: what it doesn't hold is too small, for
+        // rapidjson has rejected the exponents that would be too large.
+        static_assert(std::numeric_limits<long double>::max_exponent10 > 1000);
+        long double wide = *text == '-' ? -0.0L : 0.0L;
+        std::from_chars(text, end, wide);
+        number = static_cast<double>(wide);
+    }
     value = number;
-    return true;
+    return std::isfinite(number);
 }
 
 bool Builder::Key(const char* text, std::size_t length, bool /*copy*/) {

@@ -78,6 +78,7 @@ class VXUTIL_EXPORT Value {
 
     /// A string or, with 110, a binary value of these bytes. Throws Error on any other kind.
     Value(const std::string& bytes, ValueType type);
+    Value(const char* bytes, ValueType type) : Value(std::string(bytes), type) {}
 
     /// A binary value of exactly `length` bytes. Throws Error if `length` is negative.
     Value(const char* bytes, int length);
@@ -196,12 +197,13 @@ class VXUTIL_EXPORT Value {
 
     /// The value as JSON text: compact with false, as toStyledString with true. Binary and time are
     /// written as {"$binary":{"base64":"...","subType":"00"}} and {"$date":{"$numberLong":"..."}}.
-    /// A double always has a point or an exponent; NaN and the infinities, which JSON lacks, are
+    /// A double is written as the shortest text that reads back as itself, with a point below 1e21
+    /// and from 1e-6 on, else with an exponent; NaN and the infinities, which JSON lacks, are
     /// written as null. Bytes from 0x80 on are written as they are.
     std::string toString(bool flag) const;
 
     /// The value as JSON text on many lines, four spaces to a level. Indentation stops growing at
-    /// level 64, so that the text stays in proportion to the value.
+    /// level 20, so that the text stays in proportion to the value.
     std::string toStyledString() const;
 
     /// A total order: by kind, then numbers by value, texts by bytes, arrays and objects element by
