@@ -138,7 +138,7 @@ def markdown(run):
 {run.cores}-core {machine_kind()}, {run.compiler}, Release. Medians of {run.repetitions} repetitions in random order within one
 run of `scripts/bench`; the data is generated from fixed seeds.
 
-![How many times as long as this library the others take](results.svg)
+![Time to decode, as a multiple of this library's](results.svg)
 
 ## Ratios
 
@@ -165,44 +165,59 @@ Each contender builds its result and destroys it.
 STYLE = """
     text { font: 13px sans-serif; fill: #24292f; }
     .title { font-size: 15px; font-weight: bold; }
-    .library { fill: #1a7f37; } .text { fill: #cf222e; } .nlohmann { fill: #bf8700; }
+    .grid { stroke: #d0d7de; } .one { stroke: #24292f; }
+    .text { fill: #cf222e; } .nlohmann { fill: #bf8700; }
     .unpack { fill: #0969da; } .floor { fill: #8c959f; }
     @media (prefers-color-scheme: dark) {
       text { fill: #e6edf3; }
-      .library { fill: #3fb950; } .text { fill: #f85149; } .nlohmann { fill: #d29922; }
+      .grid { stroke: #30363d; } .one { stroke: #e6edf3; }
+      .text { fill: #f85149; } .nlohmann { fill: #d29922; }
       .unpack { fill: #58a6ff; } .floor { fill: #8b949e; }
     }
 """
 
 
 def plot(run):
-    left, top, bar, gap, width = 290, 64, 14, 18, 820
-    ratios = {name: {"library": 1.0, **{peer: run.speedup(f"decode_{name}", peer)
-                                        for peer in PEERS}} for name in DECODINGS}
-    scale = (width - left - 70) / max(max(row.values()) for row in ratios.values())
-    names = {"library": "this library", **PEERS}
-    parts = ['<text class="title" x="16" y="24">Time to decode, in times of this library '
-             "(shorter is faster)</text>"]
+    """Bars from the line of this library: to the right for what takes longer, on a log scale."""
+    left, top, bar, gap, width = 290, 84, 15, 16, 820
+    ratios = {name: {peer: run.speedup(f"decode_{name}", peer) for peer in PEERS}
+              for name in DECODINGS}
+    every = [math.log10(ratio) for row in ratios.values() for ratio in row.values()]
+    lowest, highest = math.floor(min(every)), max(every)
+    scale = (width - left - 60) / (highest - lowest)
+    height = top + len(ratios) * (bar * len(PEERS) + gap)
+
+    def place(ratio):
+        return left + (math.log10(ratio) - lowest) * scale
+
+    parts = ['<text class="title" x="16" y="24">Time to decode, as a multiple of this '
+             "library's</text>"]
     x = 16
-    for peer, text in names.items():
-        parts.append(f'<rect class="{peer}" x="{x}" y="38" width="12" height="12"/>'
-                     f'<text x="{x + 18}" y="49">{text}</text>')
-        x += 44 + 7.2 * len(text)
+    for peer, text in PEERS.items():
+        parts.append(f'<rect class="{peer}" x="{x:g}" y="38" width="12" height="12"/>'
+                     f'<text x="{x + 18:g}" y="49">{text}</text>')
+        x += 50 + 7.2 * len(text)
+    for power in range(lowest, math.floor(highest) + 1):
+        at = place(10**power)
+        parts.append(f'<line class="{"grid" if power else "one"}" x1="{at:.1f}" y1="{top - 8}" '
+                     f'x2="{at:.1f}" y2="{height - gap}"/>'
+                     f'<text x="{at:.1f}" y="{top - 12}" text-anchor="middle">{10**power:g}</text>')
     y = top
     for name, row in ratios.items():
-        middle = y + bar * len(row) / 2 + 4
-        parts.append(f'<text x="{left - 12}" y="{middle:g}" text-anchor="end">'
-                     f"{DECODINGS[name]}</text>")
+        parts.append(f'<text x="{left - 12}" y="{y + bar * len(row) / 2 + 4:g}" '
+                     f'text-anchor="end">{DECODINGS[name]}</text>')
         for peer, ratio in row.items():
+            begin, end = sorted((place(1), place(ratio)))
             label = f"{ratio:.0f}" if ratio >= 10 else f"{ratio:.2g}"
-            parts.append(f'<rect class="{peer}" x="{left}" y="{y}" '
-                         f'width="{ratio * scale:.1f}" height="{bar - 2}"/>'
-                         f'<text x="{left + ratio * scale + 6:.1f}" y="{y + bar - 3}">{label}</text>')
+            parts.append(f'<rect class="{peer}" x="{begin:.1f}" y="{y}" '
+                         f'width="{end - begin:.1f}" height="{bar - 2}"/>'
+                         f'<text x="{end + 6:.1f}" y="{y + bar - 3}">{label}</text>')
             y += bar
         y += gap
     body = "\n  ".join(parts)
-    return (f'<svg xmlns="http://www.w3.org/2000/svg" width="{width}" height="{y}" '
-            f'viewBox="0 0 {width} {y}" role="img">\n  <style>{STYLE}  </style>\n  {body}\n</svg>\n')
+    return (f'<svg xmlns="http://www.w3.org/2000/svg" width="{width}" height="{height}" '
+            f'viewBox="0 0 {width} {height}" role="img">\n  <style>{STYLE}  </style>\n'
+            f"  {body}\n</svg>\n")
 
 
 def main():
