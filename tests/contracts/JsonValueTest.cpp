@@ -142,7 +142,6 @@ TEST(JsonValue, MeansWhatIsStored) {
     check('A', vxJson::integerKind, "65");
     check(plainThree, vxJson::integerKind, "3");
     check(1.5, vxJson::doubleKind, "1.5");
-    check(0.5f, vxJson::doubleKind, "0.5");
     EXPECT_EQ(Value(5), Value(5ULL));
     EXPECT_EQ(Value("a\0b", 3), Binary(std::string("a\0b", 3)));
     EXPECT_EQ(Value(nullptr, 0), Binary(""));
