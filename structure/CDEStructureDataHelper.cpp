@@ -175,7 +175,7 @@ bool CDEStructureDataHelper::ParseBinaryDataToJson(const char* buf, int len,
         const vxJson::Value& entry = position.deref();
         if (!all) {
             decoder.AddSelected(entry, out);
-        } else if (entry["name"].isString()) {
+        } else {
             decoder.AddItem(entry, out);
         }
     }

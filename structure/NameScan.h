@@ -2,8 +2,9 @@
 
 #include <VxUtil/vxJson.h>
 
+#include <cstddef>
 #include <string>
-#include <unordered_map>
+#include <vector>
 
 namespace dataengine {
 
@@ -23,15 +24,24 @@ class NameScan {
     const vxJson::Value* Find(const std::string& name);
 
   private:
-    static const vxJson::Value& ItemAt(const vxJson::ValueConstIterator& position) {
-        return position.deref();
-    }
+    /// A remembered item; none where `item` is null.
+    struct Entry {
+        std::size_t hash;
+        const vxJson::Value* item;
+    };
+
+    static std::string NameOf(const vxJson::Value& item) { return item["name"].asString(); }
+    void RememberPassed();
+    void Remember(std::size_t hash, const std::string& name, const vxJson::Value& item);
+    void Grow();
+    Entry& EntryOf(std::size_t hash, const std::string& name);
 
     bool isArray_;
-    std::unordered_map<std::string, const vxJson::Value*> passed_;  // up to `remembered_`
-    vxJson::ValueConstIterator remembered_;
-    vxJson::ValueConstIterator next_;  // what lies before it has been compared and passed
+    vxJson::ValueConstIterator remembered_;  // what lies before it is in `entries_`
+    vxJson::ValueConstIterator next_;        // what lies before it has been compared and passed
     vxJson::ValueConstIterator end_;
+    std::vector<Entry> entries_;  // a hash table with open addressing, at most half full
+    std::size_t count_ = 0;
 };
 
 }  // namespace dataengine

@@ -53,32 +53,39 @@ TableDecoder::TableDecoder(const char* bytes, int size, const vxJson::Value& sch
       everything_(NullValue()) {}
 
 void TableDecoder::AddSelected(const vxJson::Value& entry, rapidjson::Value& out) {
-    Add(entry.isObject() ? entry["table"].asString() : entry.asString(), entry, out);
+    std::string name = entry.isObject() ? entry["table"].asString() : entry.asString();
+    StripMark(name);
+    const vxJson::Value* item = items_.Find(name);
+    if (item != nullptr) AddFound(*item, (*item)["type"].asInt(), name, entry, out);
 }
 
 void TableDecoder::AddItem(const vxJson::Value& item, rapidjson::Value& out) {
     const vxJson::Value& name = item["name"];
-    Add(name.asString(), item["column"].isArray() ? everything_ : name, out);
+    if (!name.isString()) return;
+    std::string text = name.asString();
+    StripMark(text);
+    const vxJson::Value* found = items_.Find(text);
+    if (found == nullptr) return;
+    const int type = (*found)["type"].asInt();
+    // An item with columns is selected as a table, any other as a leaf.
+    const bool asLeaf = type != kTableType || !item["column"].isArray();
+    AddFound(*found, type, text, asLeaf ? name : everything_, out);
 }
 
-void TableDecoder::Add(std::string name, const vxJson::Value& entry, rapidjson::Value& out) {
-    StripMark(name);
-    const vxJson::Value* item = items_.Find(name);
-    if (item == nullptr) return;
-
-    const int type = (*item)["type"].asInt();
-    const int index = (*item)["index"].asInt();
+void TableDecoder::AddFound(const vxJson::Value& item, int type, const std::string& name,
+                            const vxJson::Value& entry, rapidjson::Value& out) {
+    const int index = item["index"].asInt();
     if (type != kTableType) {
         AddLeaf(type, name, offsets_[index], out);
     } else if (entry.isObject() || entry.isNull()) {
-        AddTable(*item, name, offsets_[index], entry["column"], entry["attributes"], out);
+        AddTable(item, name, offsets_[index], entry["column"], entry["attributes"], out);
     } else {
         // A table selected as if it were a leaf: whether its text can have members, the value says.
         vxJson::Value copy(entry);
         copy["column"];
         copy["attributes"];
         const vxJson::Value& members = copy;
-        AddTable(*item, name, offsets_[index], members["column"], members["attributes"], out);
+        AddTable(item, name, offsets_[index], members["column"], members["attributes"], out);
     }
 }
 

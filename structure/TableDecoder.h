@@ -23,11 +23,13 @@ class TableDecoder {
     /// passed over.
     void AddSelected(const vxJson::Value& entry, rapidjson::Value& out);
 
-    /// Does the same for the entry that a selection of everything has for an item with a name.
+    /// Does the same for the entry that a selection of everything has for an item: none if its name
+    /// is no string.
     void AddItem(const vxJson::Value& item, rapidjson::Value& out);
 
   private:
-    void Add(std::string name, const vxJson::Value& entry, rapidjson::Value& out);
+    void AddFound(const vxJson::Value& item, int type, const std::string& name,
+                  const vxJson::Value& entry, rapidjson::Value& out);
     void AddLeaf(int type, const std::string& name, const vxJson::Value& offset,
                  rapidjson::Value& out);
     void AddTable(const vxJson::Value& item, const std::string& name, const vxJson::Value& offsets,
