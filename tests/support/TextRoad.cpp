@@ -124,32 +124,6 @@ bool IsJsonString(const char* bytes, std::size_t length) {
     return !document.Parse(text.c_str()).HasParseError() && document.IsString();
 }
 
-/// Whether all `bin` of an object stay within their quotation marks, and how deep the object is.
-struct Survey {
-    bool intact = true;
-    std::size_t depth = 0;
-
-    explicit Survey(const msgpack::object& root) {
-        std::vector<OpenObject> open;
-        Visit(root, open);
-        while (!open.empty()) {
-            if (open.back().next == open.back().Count())
-                open.pop_back();
-            else
-                Visit(open.back().Take(), open);
-        }
-    }
-
-  private:
-    void Visit(const msgpack::object& object, std::vector<OpenObject>& open) {
-        if (object.type == msgpack::type::BIN)
-            intact = intact && IsJsonString(object.via.bin.ptr, object.via.bin.size);
-        if (!IsContainer(object)) return;
-        open.push_back({&object, 0});
-        depth = std::max(depth, open.size());
-    }
-};
-
 /// Walks packed bytes, keeps nothing, and raises what unpacking them would raise.
 struct WalkingVisitor : msgpack::null_visitor {
     void parse_error(std::size_t, std::size_t) { throw msgpack::parse_error("parse error"); }
@@ -258,21 +232,26 @@ void RenameTable(const std::map<DDKey, DDKey>& inverse, const std::string& parse
 
 }  // namespace
 
-void PrintObject(std::ostream& output, const msgpack::object& root) {
+Printed PrintObject(std::ostream& output, const msgpack::object& root) {
+    Printed printed;
     std::vector<OpenObject> open;
     const msgpack::object* object = &root;
     for (;;) {
         if (IsContainer(*object)) {
             open.push_back({object, 0});
+            printed.depth = std::max(printed.depth, open.size());
             output << (open.back().IsMap() ? '{' : '[');
         } else {
             PrintScalar(output, *object);
+            if (object->type == msgpack::type::BIN &&
+                !IsJsonString(object->via.bin.ptr, object->via.bin.size))
+                printed.isIntact = false;
         }
         while (!open.empty() && open.back().next == open.back().Count()) {
             output << (open.back().IsMap() ? '}' : ']');
             open.pop_back();
         }
-        if (open.empty()) return;
+        if (open.empty()) return printed;
         OpenObject& container = open.back();
         if (container.IsMap() && container.next % 2 == 1)
             output << ':';
@@ -297,16 +276,14 @@ msgpack::object_handle TextRoad::Unpack(const char* bytes, std::size_t length, s
 }
 
 rapidjson::Value TextRoad::ObjectToJson(const msgpack::object& object, Allocator& allocator) {
-    const Survey survey(object);
-    if (!survey.intact) return rapidjson::Value();
-
     std::stringstream stream;
     stream << std::fixed << std::setprecision(2);
-    PrintObject(stream, object);
+    const Printed printed = PrintObject(stream, object);
+    if (!printed.isIntact) return rapidjson::Value();
     const std::string text = stream.str();
 
     rapidjson::Document document(&allocator);
-    if (survey.depth <= kRecursiveDepth)
+    if (printed.depth <= kRecursiveDepth)
         document.Parse(text.c_str());
     else
         document.Parse<rapidjson::kParseIterativeFlag>(text.c_str());

@@ -12,8 +12,14 @@
 
 #include "variables/DDKey.h"
 
+/// What a print has met.
+struct Printed {
+    std::size_t depth = 0;
+    bool isIntact = true;  // each `bin` is a JSON string between its two quotation marks
+};
+
 /// Prints `object` as the stream's own state wants its floats. Text is escaped, `bin` is not.
-void PrintObject(std::ostream& output, const msgpack::object& object);
+Printed PrintObject(std::ostream& output, const msgpack::object& object);
 
 /// The road through text that defines every decoded document: unpack the object, print it, parse
 /// the text. Slow and simple on purpose; the operations that the library has as well are told here
