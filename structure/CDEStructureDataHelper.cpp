@@ -64,8 +64,9 @@ class BadCast : public msgpack::type_error {
 /// Reads a text in place.
 class TextBuffer : public std::streambuf {
   public:
-    explicit TextBuffer(std::string& text) {
-        setg(text.data(), text.data(), text.data() + text.size());
+    explicit TextBuffer(std::string_view text) {
+        char* const begin = const_cast<char*>(text.data());  // nothing is ever put back
+        setg(begin, begin, begin + text.size());
     }
 };
 
@@ -145,10 +146,9 @@ bool CDEStructureDataHelper::GetBinaryDataInfo(const std::string& blob, std::str
     if (unit.nested || !unit.found) throw BadCast();
     name = std::string(unit.name);
 
-    std::string text;
-    dataengine::SchemaPrinter printer(text);
+    dataengine::SchemaPrinter printer;
     msgpack::parse(blob.data(), blob.size(), taken, printer);
-    TextBuffer buffer(text);
+    TextBuffer buffer(printer.Text());
     std::istream stream(&buffer);
     vxJson::Reader reader;
     reader.parse(stream, schema, true);

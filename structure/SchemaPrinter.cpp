@@ -1,54 +1,57 @@
 #include "structure/SchemaPrinter.h"
 
+#include <array>
+
 namespace dataengine {
 namespace {
 
-/// The escape of a byte, or nothing for a byte that stands for itself.
-const char* ShortEscape(char byte) {
-    switch (byte) {
-        case '\b':
-            return "\\b";
-        case '\t':
-            return "\\t";
-        case '\n':
-            return "\\n";
-        case '\f':
-            return "\\f";
-        case '\r':
-            return "\\r";
-        case '"':
-            return "\\\"";
-        case '/':
-            return "\\/";
-        case '\\':
-            return "\\\\";
-        default:
-            return nullptr;
-    }
+/// How a byte stands in a quoted string: 0 as itself, 'u' as \u00xx, else behind a backslash.
+constexpr std::array<char, 256> MakeEscapes() {
+    std::array<char, 256> escapes{};
+    for (std::size_t byte = 0; byte < 32; ++byte) escapes[byte] = 'u';
+    escapes[127] = 'u';
+    escapes['\b'] = 'b';
+    escapes['\t'] = 't';
+    escapes['\n'] = 'n';
+    escapes['\f'] = 'f';
+    escapes['\r'] = 'r';
+    escapes['"'] = '"';
+    escapes['/'] = '/';
+    escapes['\\'] = '\\';
+    return escapes;
 }
+constexpr std::array<char, 256> kEscapes = MakeEscapes();
 
-bool IsControl(char byte) {
-    return static_cast<unsigned char>(byte) < 32 || byte == 127;
+char* WriteEscape(unsigned char byte, char* at) {
+    static constexpr char kHexDigits[] = "0123456789abcdef";
+    *at++ = '\\';
+    *at++ = kEscapes[byte];
+    if (kEscapes[byte] != 'u') return at;
+    *at++ = '0';
+    *at++ = '0';
+    *at++ = kHexDigits[byte >> 4];
+    *at++ = kHexDigits[byte & 15];
+    return at;
 }
 
 }  // namespace
 
 bool SchemaPrinter::visit_str(const char* bytes, std::uint32_t size) {
-    static constexpr char kHexDigits[] = "0123456789abcdef";
-    text_ += '"';
-    for (std::uint32_t i = 0; i < size; ++i) {
-        const char byte = bytes[i];
-        if (const char* escape = ShortEscape(byte)) {
-            text_ += escape;
-        } else if (IsControl(byte)) {
-            text_ += "\\u00";
-            text_ += kHexDigits[byte >> 4];
-            text_ += kHexDigits[byte & 15];
-        } else {
-            text_ += byte;
+    constexpr std::size_t kEscapeSize = 6;
+    char* at = Room(std::size_t{size} + 2);
+    *at++ = '"';
+    for (const char* const end = bytes + size; bytes != end; ++bytes) {
+        const auto byte = static_cast<unsigned char>(*bytes);
+        if (kEscapes[byte] == 0) {
+            *at++ = *bytes;
+            continue;
         }
+        TakeUntil(at);
+        at = WriteEscape(byte, Room(kEscapeSize + static_cast<std::size_t>(end - bytes)));
     }
-    return Put("\"");
+    *at++ = '"';
+    TakeUntil(at);
+    return true;
 }
 
 }  // namespace dataengine

@@ -1,8 +1,11 @@
 #pragma once
 
+#include <algorithm>
 #include <charconv>
 #include <cstdint>
+#include <cstring>
 #include <string>
+#include <string_view>
 
 #include "structure/CheckingVisitor.h"
 
@@ -21,7 +24,8 @@ namespace dataengine {
 /// The text is JSON where the object is, and else the reader's to refuse.
 class SchemaPrinter : public CheckingVisitor {
   public:
-    explicit SchemaPrinter(std::string& text) : text_(text) {}
+    /// The text so far.
+    std::string_view Text() const { return {buffer_.data(), size_}; }
 
     bool visit_nil() { return Put("null"); }
     bool visit_boolean(bool value) { return Put(value ? "true" : "false"); }
@@ -31,8 +35,8 @@ class SchemaPrinter : public CheckingVisitor {
     bool visit_float64(double value) { return PutNumber(value, std::chars_format::general, 6); }
     bool visit_str(const char* bytes, std::uint32_t size);
     bool visit_bin(const char* bytes, std::uint32_t size) {
-        text_ += '"';
-        if (size != 0) text_.append(bytes, size);
+        Put("\"");
+        Put({bytes, size});
         return Put("\"");
     }
     bool visit_ext(const char*, std::uint32_t) { return Put("EXT"); }
@@ -46,24 +50,30 @@ class SchemaPrinter : public CheckingVisitor {
     bool end_map() { return Put("}"); }
 
   private:
-    bool Put(const char* text) {
-        text_ += text;
+    /// Makes room for `count` more bytes and returns where they go.
+    char* Room(std::size_t count) {
+        if (buffer_.size() - size_ < count) buffer_.resize(2 * buffer_.size() + count + 256);
+        return &buffer_[size_];
+    }
+    void TakeUntil(const char* end) { size_ = static_cast<std::size_t>(end - buffer_.data()); }
+
+    bool Put(std::string_view text) {
+        char* const at = Room(text.size());
+        TakeUntil(std::copy(text.begin(), text.end(), at));
         return true;
     }
     /// No value's text ends in an opening bracket, so one can only belong to the container itself.
-    bool Separate(char opening) {
-        if (text_.back() != opening) text_ += ", ";
-        return true;
-    }
+    bool Separate(char opening) { return buffer_[size_ - 1] == opening || Put(", "); }
     template <typename... Arguments>
     bool PutNumber(Arguments... arguments) {
-        char digits[32];
-        const auto end = std::to_chars(digits, digits + sizeof digits, arguments...);
-        text_.append(digits, end.ptr);
+        constexpr std::size_t kLongest = 32;
+        char* const at = Room(kLongest);
+        TakeUntil(std::to_chars(at, at + kLongest, arguments...).ptr);
         return true;
     }
 
-    std::string& text_;
+    std::string buffer_;  // larger than the text in it
+    std::size_t size_ = 0;
 };
 
 }  // namespace dataengine
