@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "contracts/Values.h"
+#include "structure/ParseJson.h"
 #include "structure/RenderJson.h"
 
 using dataengine::NullValue;
@@ -12,9 +13,9 @@ using dataengine::TimeValue;
 
 namespace {
 
-/// Parses the zero-terminated `text` into `document` as Parse with its default flags does, result,
-/// error code and offset included, but without recursion on depth.
-void ParseInto(rapidjson::Document& document, const char* text) {
+/// Lets `document` fail on `text`, which does not parse, as Parse with its default flags does: the
+/// value stays, error code and offset tell. Without recursion on depth.
+void FailToParse(rapidjson::Document& document, const char* text) {
     // The iterative parser takes a text whose root is one of these for an empty one. The recursive
     // one stops right there.
     const char* const root = text + std::strspn(text, " \t\n\r");
@@ -23,6 +24,18 @@ void ParseInto(rapidjson::Document& document, const char* text) {
     } else {
         document.Parse<rapidjson::kParseDefaultFlags | rapidjson::kParseIterativeFlag>(text);
     }
+}
+
+/// Parses the zero-terminated `text` into `document`, which does not do so itself: it would not
+/// notice the end of memory. But only its own parse sets and clears its parse error.
+void ParseInto(rapidjson::Document& document, const char* text) {
+    rapidjson::Value value;
+    if (!dataengine::ParseJson(text, value, document.GetAllocator())) {
+        FailToParse(document, text);
+        return;
+    }
+    if (document.HasParseError()) document.Parse("null");
+    static_cast<rapidjson::Value&>(document) = std::move(value);
 }
 
 }  // namespace
