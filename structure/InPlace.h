@@ -2,7 +2,9 @@
 
 #include <rapidjson/document.h>
 
+#include <cstdint>
 #include <cstring>
+#include <limits>
 #include <new>
 
 namespace dataengine {
@@ -48,6 +50,22 @@ class GenericDocument<UTF8<>, dataengine::JsonPool, dataengine::InPlace> {
         return reinterpret_cast<Value*>(members);
     }
 
+    /// Makes `value` a number. The flags that tell which types hold it are put together without a
+    /// branch: in a column of counters their sizes follow no pattern.
+    static void MakeInteger(Value& value, std::uint64_t number) {
+        value.data_.n.u64 = number;
+        value.data_.f.flags = static_cast<std::uint16_t>(
+            Value::kNumberUint64Flag | FlagIf(number <= kMost<std::int64_t>, Value::kInt64Flag) |
+            FlagIf(number <= kMost<std::uint32_t>, Value::kUintFlag) |
+            FlagIf(number <= kMost<std::int32_t>, Value::kIntFlag));
+    }
+    static void MakeNegativeInteger(Value& value, std::int64_t number) {
+        value.data_.n.i64 = number;
+        const bool fits = number >= std::numeric_limits<std::int32_t>::min();
+        value.data_.f.flags =
+            static_cast<std::uint16_t>(Value::kNumberInt64Flag | FlagIf(fits, Value::kIntFlag));
+    }
+
     /// Makes `value` a string of `size` bytes, copied.
     static void MakeString(Value& value, const char* bytes, SizeType size, Pool& pool) {
         char* text = StringOf(value, size, pool);
@@ -84,6 +102,13 @@ class GenericDocument<UTF8<>, dataengine::JsonPool, dataengine::InPlace> {
     }
 
   private:
+    template <typename Integer>
+    static constexpr std::uint64_t kMost = std::uint64_t{std::numeric_limits<Integer>::max()};
+
+    static unsigned FlagIf(bool condition, unsigned flag) {
+        return flag & (0u - unsigned{condition});
+    }
+
     /// Makes `value` a string of `size` bytes and returns their place.
     static char* StringOf(Value& value, SizeType size, Pool& pool) {
         if (Value::ShortString::Usable(size)) {

@@ -41,11 +41,12 @@ class ValueDecoder : public CheckingVisitor {
         return true;
     }
     bool visit_positive_integer(std::uint64_t value) {
-        new (slot_++) rapidjson::Value(value);
+        Builder::MakeInteger(*slot_++, value);
         return true;
     }
     bool visit_negative_integer(std::int64_t value) {
-        new (slot_++) rapidjson::Value(value);
+        if (value >= 0) return visit_positive_integer(static_cast<std::uint64_t>(value));
+        Builder::MakeNegativeInteger(*slot_++, value);
         return true;
     }
     bool visit_float32(float value) { return PutFloat(static_cast<double>(value), sizeof value); }
