@@ -261,19 +261,12 @@ TEST(JsonValue, SurvivesItself) {
              for (int i = 0; i < 3; ++i) v["a"]["b"].append(v["a"]["b"][0]);
          },
          R"({"a":{"b":["x",1,"x","x","x"]}})"},
-        {"append of null to itself",
+        {"append of itself, moved",
          [](Value& v) {
-             v = Value();
-             v.append(v);
+             Value& b = v["a"]["b"];
+             b.append(std::move(b));
          },
-         "[null]"},
-        {"text of itself",
-         [](Value& v) {
-             v = "long enough for the heap, certainly";
-             v = v.asBinary();
-         },
-         R"("long enough for the heap, certainly")"},
-        {"move leaves null", [](Value& v) { Value taken = std::move(v["a"]); }, R"({"a":null})"},
+         R"({"a":{"b":[["x",1]]}})"},
         {"copy is independent",
          [](Value& v) {
              Value copy = v;
@@ -291,58 +284,27 @@ TEST(JsonValue, SurvivesItself) {
 }
 
 TEST(JsonValue, OrdersTotally) {
-    const auto array = [](std::vector<Value> values) {
-        Value result = EmptyOf(vxJson::arrayKind);
-        for (const Value& value : values) result.append(value);
-        return result;
-    };
-    const auto object = [](std::map<std::string, Value> members) {
-        Value result = EmptyOf(vxJson::objectKind);
-        for (const auto& [key, value] : members) result[key] = value;
-        return result;
-    };
-    const Value ascending[] = {Value(),
-                               false,
-                               true,
-                               int64Min,
-                               -1,
-                               0,
-                               1,
-                               int64Max,
-                               uint64Max,
-                               -infinity,
-                               -1.5,
-                               -0.0,
-                               0.0,
-                               1.0,
-                               infinity,
-                               notANumber,
-                               Time(-1),
-                               Time(2),
-                               "",
-                               "a",
-                               "a\x7f",
-                               "a\x80",
-                               "b",
-                               Binary(""),
-                               Binary("a"),
-                               array({}),
-                               array({1}),
-                               array({1, 1}),
-                               array({2}),
-                               array({array({})}),
-                               object({}),
-                               object({{"a", 1}}),
-                               object({{"a", 1}, {"b", 0}}),
-                               object({{"a", 2}}),
-                               object({{"b", 0}})};
-    for (const Value& a : ascending) {
-        for (const Value& b : ascending) {
-            EXPECT_EQ(a < b, &a < &b) << a << " and " << b;
-            EXPECT_EQ(a == b, &a == &b) << a << " and " << b;
-            EXPECT_EQ(a != b, &a != &b) << a << " and " << b;
+    std::istringstream text(
+        R"([null, false, true, -9223372036854775808, -1, 0, 1, 9223372036854775807,
+        18446744073709551615, -1.7e308, -1.5, -0.0, 0.0, 1.0, 1.7e308,
+        {"$date":{"$numberLong":"-1"}}, {"$date":{"$numberLong":"2"}}, "", "a", "a!", "b", "é",
+        {"$binary":{"base64":"","subType":"00"}}, {"$binary":{"base64":"YQ==","subType":"00"}},
+        [], [1], [1,1], [2], [[]], {}, {"a":1}, {"a":1,"b":0}, {"a":2}, {"b":0}])");
+    Value ascending;
+    ASSERT_TRUE(vxJson::Reader().parse(text, ascending, true));
+    for (auto a = ascending.begin(); !a.isEqual(ascending.end()); a.increment()) {
+        bool passed = false;
+        for (auto b = ascending.begin(); !b.isEqual(ascending.end()); b.increment()) {
+            const Value& left = a.deref();
+            const Value& right = b.deref();
+            EXPECT_EQ(left < right, passed) << left << " and " << right;
+            EXPECT_EQ(left == right, a.isEqual(b)) << left << " and " << right;
+            EXPECT_EQ(left != right, !a.isEqual(b)) << left << " and " << right;
+            passed = passed || a.isEqual(b);
         }
     }
+    EXPECT_TRUE(Value(1.7e308) < Value(infinity) && Value(infinity) < Value(notANumber));
+    EXPECT_TRUE(Value(notANumber) < Time(int64Min) && Value(-infinity) < Value(-1.7e308));
     EXPECT_EQ(Value(notANumber), Value(-notANumber));
 }
 
