@@ -121,17 +121,21 @@ Value::Value(const char* bytes, int length) : Value() {
 // replaces each of them by a shallow copy of its own and goes on inside it, while it is still in
 // the cache. The destructor ignores what is still borrowed, so a failure on the way leaks nothing.
 Value::Value(const Value& other) : Value(other, Shallow()) {
-    std::vector<Cursor> open;
-    Value* value = this;
-    for (;;) {
-        if (value->tag_ == Tag::borrowed) {
-            value->OwnBorrowed();
-            open.emplace_back(*value->plain_.container);
+    if (tag_ != Tag::borrowed) return;
+    OwnBorrowed();
+    std::vector<Cursor> open = {Cursor(*plain_.container)};
+    while (!open.empty()) {
+        Cursor at = open.back();
+        while (!at.AtEnd() && at.GetValue().tag_ != Tag::borrowed) at.Advance();
+        if (at.AtEnd()) {
+            open.pop_back();
+            continue;
         }
-        while (!open.empty() && open.back().AtEnd()) open.pop_back();
-        if (open.empty()) return;
-        value = const_cast<Value*>(&open.back().GetValue());
-        open.back().Advance();
+        auto& child = const_cast<Value&>(at.GetValue());
+        at.Advance();
+        open.back() = at;
+        child.OwnBorrowed();
+        open.emplace_back(*child.plain_.container);
     }
 }
 

@@ -345,8 +345,8 @@ class VXUTIL_EXPORT Reader {
     /// into `root`. Returns false and leaves `root` null if it is not, or if the stream fails.
     ///
     /// Integers from -2^63 to 2^64-1 stay integers; every other number becomes the nearest double,
-    /// and one too large for that is an error. Of members with equal keys the last one wins. Bytes
-    /// from 0x80 on are passed on as they are.
+    /// and one too large for that is an error, as is a zero with such an exponent (0e999). Of
+    /// members with equal keys the last one wins. Bytes from 0x80 on are passed on as they are.
     ///
     /// With `extended`, the texts of binary and time values that toString writes turn back into
     /// these kinds. That holds for their exact form alone; anything else stays a plain object.

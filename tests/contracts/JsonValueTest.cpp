@@ -16,7 +16,6 @@ constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 constexpr long long intMax = std::numeric_limits<int>::max();
 constexpr long long int64Min = std::numeric_limits<long long>::min();
-constexpr long long int64Max = std::numeric_limits<long long>::max();
 constexpr unsigned long long uint64Max = std::numeric_limits<unsigned long long>::max();
 
 static_assert(!std::is_constructible_v<Value, std::nullptr_t>);
