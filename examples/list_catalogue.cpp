@@ -16,7 +16,7 @@ Prints group, qualified name and text of every name in the catalogue, in order a
 
 class Listing {
   public:
-    explicit Listing(std::string_view wanted) : wanted_(wanted) {}
+    explicit Listing(const std::string& wanted) : wanted_(wanted) {}
 
     void row(std::string_view group, const std::string& name, const std::string& text) {
         if (contains(name) || contains(text))
@@ -28,7 +28,7 @@ class Listing {
   private:
     bool contains(std::string_view text) const { return text.find(wanted_) != text.npos; }
 
-    std::string_view wanted_;
+    std::string wanted_;
     std::ostringstream rows_;
 };
 
