@@ -1,6 +1,7 @@
 #pragma once
 
 #include <VxUtil/vxJson.h>
+#include <endian.h>
 
 #include <algorithm>
 #include <cstring>
@@ -24,19 +25,24 @@ inline Value::Value(const Value& other, Shallow) : tag_(other.tag_), plain_() {
 
 namespace detail {
 
-/// Up to eight bytes of a text from `position` on as a big-endian number, padded with zeros.
+inline std::uint64_t LoadFour(const char* bytes) noexcept {
+    std::uint32_t number = 0;
+    std::memcpy(&number, bytes, sizeof number);
+    return be32toh(number);
+}
+
+/// Up to eight bytes of a text from `position` on as a big-endian number, padded with zeros. What
+/// is shorter is put together from overlapping loads: lookups spend their time here.
 inline std::uint64_t LoadBytes(std::string_view text, std::size_t position) noexcept {
-    std::uint64_t number = 0;
-    if (text.size() >= position + 8) {
-        for (std::size_t i = 0; i < 8; ++i) {
-            number = number << 8 | static_cast<unsigned char>(text[position + i]);
-        }
-        return number;
-    }
-    for (std::size_t i = position; i < text.size(); ++i) {
-        number |= std::uint64_t{static_cast<unsigned char>(text[i])} << (56 - 8 * (i - position));
-    }
-    return number;
+    if (text.size() <= position) return 0;
+    const char* const bytes = text.data() + position;
+    const std::size_t size = text.size() - position;
+    if (size >= 8) return LoadFour(bytes) << 32 | LoadFour(bytes + 4);
+    if (size >= 4) return LoadFour(bytes) << 32 | LoadFour(bytes + size - 4) << (64 - 8 * size);
+    const auto at = [bytes](std::size_t i) {
+        return std::uint64_t{static_cast<unsigned char>(bytes[i])} << (56 - 8 * i);
+    };
+    return at(0) | at(size / 2) | at(size - 1);
 }
 
 /// A key with its first sixteen bytes as two numbers: where these differ between two keys, they

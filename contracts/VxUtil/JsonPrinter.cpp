@@ -8,7 +8,7 @@
 
 #include "Base64.h"
 #include "JsonContainers.h"
-#include "RapidJsonAllocator.h"
+#include "contracts/RapidJsonAllocator.h"
 
 namespace vxJson::detail {
 
@@ -119,8 +119,9 @@ inline void PutN(TextStream& stream, char c, std::size_t count) {
 }
 
 using Utf8 = rapidjson::UTF8<>;
-using CompactWriter = rapidjson::Writer<TextStream, Utf8, Utf8, RapidJsonAllocator>;
-using StyledWriter = rapidjson::PrettyWriter<TextStream, Utf8, Utf8, RapidJsonAllocator>;
+using CompactWriter = rapidjson::Writer<TextStream, Utf8, Utf8, dataengine::RapidJsonAllocator>;
+using StyledWriter =
+    rapidjson::PrettyWriter<TextStream, Utf8, Utf8, dataengine::RapidJsonAllocator>;
 
 }  // namespace
 
@@ -173,7 +174,7 @@ class Printer {
                 PrintBinary(value.text_, writer, text);
                 break;
             case Value::Tag::time:
-                PrintTime(value.asString(), writer, text);
+                PrintTime(std::to_string(value.plain_.signedNumber), writer, text);
                 break;
             default:
                 writer.Null();

@@ -7,7 +7,7 @@
 
 #include "Base64.h"
 #include "JsonContainers.h"
-#include "RapidJsonAllocator.h"
+#include "contracts/RapidJsonAllocator.h"
 
 namespace vxJson {
 
@@ -171,7 +171,7 @@ bool Reader::parse(std::istream& input, Value& root, bool extended) {
     if (!ReadAll(input, text)) return false;
     Value parsed;
     detail::Builder builder(parsed, extended);
-    rapidjson::GenericReader<rapidjson::UTF8<>, rapidjson::UTF8<>, detail::RapidJsonAllocator>
+    rapidjson::GenericReader<rapidjson::UTF8<>, rapidjson::UTF8<>, dataengine::RapidJsonAllocator>
         reader;
     rapidjson::InsituStringStream stream(text.data());
     constexpr unsigned flags = rapidjson::kParseIterativeFlag | rapidjson::kParseInsituFlag |

@@ -248,7 +248,6 @@ std::string Value::asString() const {
         case Tag::binary:
             return text_;
         case Tag::time:
-            return std::to_string(plain_.signedNumber);
         case Tag::array:
         case Tag::object:
             FailKind("asString", "a text or what can be written as one");
@@ -345,7 +344,9 @@ void Value::FailKind(const char* operation, const char* wanted) const {
 }
 
 void Value::FailRange(const char* operation) const {
-    throw Error(std::string(operation) + ": " + KindName(type()) + " " + asString() +
+    const std::string number =
+        tag_ == Tag::time ? std::to_string(plain_.signedNumber) : toString(false);
+    throw Error(std::string(operation) + ": " + KindName(type()) + " " + number +
                 " is not a whole number in range");
 }
 

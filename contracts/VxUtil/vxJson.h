@@ -167,8 +167,7 @@ class VXUTIL_EXPORT Value {
     /// text, 0 or false.
     /// @{
 
-    /// The bytes of a string or binary value; "true" or "false"; a number as it is printed; a time
-    /// as decimal milliseconds.
+    /// The bytes of a string or binary value; "true" or "false"; a number as it is printed.
     std::string asString() const;
     /// From an integer, a whole double and a time, each if in range, and from a bool.
     int asInt() const;
