@@ -1,0 +1,25 @@
+#pragma once
+
+#include <algorithm>
+#include <sstream>
+#include <string>
+#include <vector>
+
+/// A table of test cases written as text: a row per line, its fields between " | ". Blanks around a
+/// field are dropped, and so are empty lines and those that begin with #.
+inline std::vector<std::vector<std::string>> Rows(const std::string& table) {
+    std::vector<std::vector<std::string>> rows;
+    std::istringstream lines(table);
+    for (std::string line; std::getline(lines, line);) {
+        std::vector<std::string> fields;
+        for (std::size_t from = 0; from <= line.size();) {
+            const std::size_t bar = std::min(line.find(" | ", from), line.size());
+            const std::size_t first = std::min(line.find_first_not_of(' ', from), bar);
+            const std::size_t last = line.find_last_not_of(' ', bar - 1);
+            fields.push_back(first < bar ? line.substr(first, last - first + 1) : "");
+            from = bar + 3;
+        }
+        if (fields != std::vector<std::string>{""} && line[0] != '#') rows.push_back(fields);
+    }
+    return rows;
+}
