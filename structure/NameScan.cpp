@@ -4,7 +4,7 @@
 
 namespace dataengine {
 
-const vxJson::Value* NameScan::Find(const std::string& name) {
+const vxJson::Value* NameScan::Find(const std::string& name, const vxJson::Value* bearer) {
     if (!isArray_) return nullptr;
     RememberPassed();
     const std::size_t hash = std::hash<std::string>()(name);
@@ -14,7 +14,7 @@ const vxJson::Value* NameScan::Find(const std::string& name) {
 
     while (!next_.isEqual(end_)) {
         const vxJson::Value& item = next_.deref();
-        const bool found = NameOf(item) == name;
+        const bool found = &item == bearer || NameOf(item) == name;
         const bool gapless = remembered_.isEqual(next_);
         next_.increment();
         if (!found) continue;

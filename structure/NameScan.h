@@ -20,8 +20,9 @@ class NameScan {
           next_(list.begin()),
           end_(list.end()) {}
 
-    /// The first item of that name, or null if there is none or the list is no array.
-    const vxJson::Value* Find(const std::string& name);
+    /// The first item of that name, or null if there is none or the list is no array. `bearer` may
+    /// be an item that is known to have it.
+    const vxJson::Value* Find(const std::string& name, const vxJson::Value* bearer = nullptr);
 
   private:
     /// A remembered item; none where `item` is null.

@@ -36,8 +36,11 @@ class Members {
     rapidjson::Value* slot_;
 };
 
-void StripMark(std::string& name) {
-    if (!name.empty() && name.front() == '$') name.erase(0, 1);
+/// Takes the mark off a name, and tells whether it had one.
+bool StripMark(std::string& name) {
+    if (name.empty() || name.front() != '$') return false;
+    name.erase(0, 1);
+    return true;
 }
 
 }  // namespace
@@ -63,8 +66,8 @@ void TableDecoder::AddItem(const vxJson::Value& item, rapidjson::Value& out) {
     const vxJson::Value& name = item["name"];
     if (!name.isString()) return;
     std::string text = name.asString();
-    StripMark(text);
-    const vxJson::Value* found = items_.Find(text);
+    const bool marked = StripMark(text);
+    const vxJson::Value* found = items_.Find(text, marked ? nullptr : &item);
     if (found == nullptr) return;
     const int type = (*found)["type"].asInt();
     // An item with columns is selected as a table, any other as a leaf.
@@ -124,16 +127,17 @@ void TableDecoder::DecodeChildren(const vxJson::Value& selection, const vxJson::
     for (auto position = names.begin(); !position.isEqual(end); position.increment()) {
         const vxJson::Value& entry = position.deref();
         if (!all) {
-            AddChild(scan, entry.asString(), offsets, list);
-        } else if (entry["name"].isString()) {
-            AddChild(scan, entry["name"].asString(), offsets, list);
+            AddChild(scan, entry.asString(), nullptr, offsets, list);
+        } else if (const vxJson::Value& name = entry["name"]; name.isString()) {
+            AddChild(scan, name.asString(), &entry, offsets, list);
         }
     }
 }
 
 void TableDecoder::AddChild(NameScan& children, const std::string& name,
-                            const vxJson::Value& offsets, rapidjson::Value& list) {
-    const vxJson::Value* child = children.Find(name);
+                            const vxJson::Value* bearer, const vxJson::Value& offsets,
+                            rapidjson::Value& list) {
+    const vxJson::Value* child = children.Find(name, bearer);
     if (child == nullptr) return;
 
     const int type = (*child)["type"].asInt();

@@ -37,8 +37,8 @@ class TableDecoder {
                   rapidjson::Value& out);
     void DecodeChildren(const vxJson::Value& selection, const vxJson::Value& children,
                         const vxJson::Value& offsets, rapidjson::Value& list);
-    void AddChild(NameScan& children, const std::string& name, const vxJson::Value& offsets,
-                  rapidjson::Value& list);
+    void AddChild(NameScan& children, const std::string& name, const vxJson::Value* bearer,
+                  const vxJson::Value& offsets, rapidjson::Value& list);
     rapidjson::Value DecodeAt(int offset);
 
     const char* bytes_;
