@@ -10,8 +10,8 @@
 /// belongs to: `DataEngineNames::MetaRecord::devId` is "devId". Equal texts of two records are two
 /// constants.
 ///
-/// Each name is a `const std::string&`. The strings are built when the library is loaded, before any
-/// other code of it runs, and last until it is unloaded; a source that includes this header
+/// Each name is a `const std::string&`. The strings are built when the library is loaded, before
+/// any other code of it runs, and last until it is unloaded; a source that includes this header
 /// initialises nothing. Any thread may read them.
 namespace DataEngineNames {
 #define BLOCK_BEGIN(block) namespace block {

@@ -12,8 +12,8 @@
 /// `StoreNames::Operator::gt` is "$gt". Equal texts of two records are two constants. Texts stand
 /// as the platform stores them, misspellings included.
 ///
-/// Each name is a `const std::string&`. The strings are built when the library is loaded, before any
-/// other code of it runs, and last until it is unloaded; a source that includes this header
+/// Each name is a `const std::string&`. The strings are built when the library is loaded, before
+/// any other code of it runs, and last until it is unloaded; a source that includes this header
 /// initialises nothing. Any thread may read them.
 namespace StoreNames {
 #define BLOCK_BEGIN(block) namespace block {
