@@ -6,9 +6,15 @@ include(CMakePackageConfigHelpers)
 # dataengine_install_package(package target includes): the files of one package.
 function(dataengine_install_package package target includes)
     set(folder ${CMAKE_INSTALL_LIBDIR}/cmake/${package})
+    set(headers)
+    get_target_property(sets ${target} INTERFACE_HEADER_SETS)
+    foreach(set IN LISTS sets)
+        list(APPEND headers FILE_SET ${set}
+             DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${includes} COMPONENT development)
+    endforeach()
     install(TARGETS ${target} EXPORT ${package}
         LIBRARY COMPONENT runtime NAMELINK_COMPONENT development
-        FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${includes} COMPONENT development)
+        ${headers})
     install(EXPORT ${package} NAMESPACE ${package}:: FILE ${package}Targets.cmake
         DESTINATION ${folder} COMPONENT development)
 
@@ -29,10 +35,13 @@ file(RELATIVE_PATH pkgconfig_prefix
      ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
 string(REGEX REPLACE "/$" "" pkgconfig_prefix ${pkgconfig_prefix})
 
-dataengine_install_package(DataEngine dataengine dataengine)
+# How pkg-config knows a platform's own utility library, if at all, is the platform's affair.
+set(pkgconfig_requires RapidJSON)
 if(DATAENGINE_VXUTIL STREQUAL "bundled")
+    string(APPEND pkgconfig_requires " VxUtil")
     dataengine_install_package(VxUtil VxUtil "")
 endif()
+dataengine_install_package(DataEngine dataengine dataengine)
 
 if(PROJECT_IS_TOP_LEVEL)
     include(cmake/Packages.cmake)
