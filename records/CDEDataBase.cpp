@@ -71,6 +71,7 @@ std::string CDEDataBase::TypeInt2Str(EnumDEDataType type) {
     return *kTypeNames[type];
 }
 
+// By value, as programs are linked to it. NOLINTNEXTLINE(performance-unnecessary-value-param)
 EnumDEDataType CDEDataBase::TypeStr2Int(std::string text) {
     for (int type = DEDataTypeNone; type <= DEDataTypeRaw; ++type) {
         if (text == *kTypeNames[type]) return static_cast<EnumDEDataType>(type);

@@ -112,7 +112,7 @@ inline void PutUnsafe(TextStream& stream, char c) {
 
 // Indentation. Its limit keeps the text of deeply nested values from growing with the square.
 inline void PutN(TextStream& stream, char c, std::size_t count) {
-    constexpr std::size_t widestIndent = 20 * 4;
+    constexpr std::size_t widestIndent = 80;
     count = std::min(count, widestIndent);
     stream.Reserve(count);
     while (count-- > 0) stream.PutUnsafe(c);
