@@ -11,6 +11,8 @@
 #include <stdexcept>
 #include <tuple>
 
+#include "tests/support/Printers.h"
+
 namespace {
 
 const char guidText[] = "01234567-89ab-cdef-fedc-ba9876543210";

@@ -3,7 +3,7 @@
 
 #include "structure/CDEStructureDataHelper.h"
 #include "tests/memory/Attempt.h"
-#include "tests/support/Texts.h"
+#include "tests/support/Printers.h"
 
 namespace {
 
