@@ -1,107 +1,93 @@
 #include <VxUtil/vxJson.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 #include <string>
 #include <tuple>
-#include <vector>
+#include <utility>
 
+#include "descriptors/CDETimeRange.h"
 #include "query/CDEDeviceDataQueryInfo.h"
 #include "query/CDEQueryResultMetaDataOnly.h"
 #include "query/CDEStructureQueryInfo.h"
+#include "tests/support/Rows.h"
 #include "tests/support/Texts.h"
 
 namespace {
 
 using Key = std::tuple<std::string, std::string, std::string, vxJson::Value>;
 
-// Few texts, so that ties are common: prefixes of each other, and a byte that is negative as char.
-Key RandomKey(std::mt19937& random) {
-    static const std::vector<std::string> texts = {"", "ab", "abc", "abd", "\x80", "B"};
-    const auto text = [&] { return texts[random() % texts.size()]; };
-    vxJson::Value param;
-    if (random() % 2) param["p"] = text();
-    return Key(text(), text(), text(), param);
-}
-
 template <typename T>
-T Build(const Key& key) {
+T Build(int day, const Key& key) {
+    vxJson::Value document;
+    document["day"] = day;
+    std::tie(document["devId"], document["type"], document["name"], document["param"]) = key;
     T object;
-    object.SetDeviceId(std::get<0>(key));
-    object.SetType(std::get<1>(key));
-    object.SetName(std::get<2>(key));
-    object.SetParam(std::get<3>(key));
+    object.LoadFromJson(document);
     return object;
 }
 
-CDEQueryResultMetaDataOnly Build(int day, const Key& key) {
-    auto object = Build<CDEQueryResultMetaDataOnly>(key);
-    object.SetDay(day);
-    return object;
-}
-
-TEST(Query, OrdersByDeviceTypeNameAndParam) {
+// The earlier day is less, and a later one leaves the answer to the other keys. Few texts, so that
+// ties are common: prefixes of each other, and a byte that is negative as char.
+TEST(Query, OrdersByDeviceTypeNameAndParamAndByDayOnOneSide) {
+    const std::string texts[] = {"", "ab", "abc", "abd", "\x80", "B"};
     std::mt19937 random(4);
+    const auto text = [&] { return texts[random() % 6]; };
+    const auto key = [&] {
+        vxJson::Value param;
+        if (random() % 2) param["p"] = text();
+        return Key(text(), text(), text(), param);
+    };
     for (int i = 0; i < 20000; ++i) {
-        const Key a = RandomKey(random);
+        const Key a = key();
         // Half of the time one field apart at most.
-        Key b = random() % 2 ? RandomKey(random) : a;
+        Key b = random() % 2 ? key() : a;
         if (random() % 2) std::get<2>(b) = "abd";
-        const bool less = a < b;
-        ASSERT_EQ(Build<CDEDeviceDataQueryInfo>(a) < Build<CDEDeviceDataQueryInfo>(b), less);
-        ASSERT_EQ(Build(7, a) < Build(7, b), less);
+        const int day = static_cast<int>(random() % 3) - 1;
+        ASSERT_EQ(Build<CDEDeviceDataQueryInfo>(day, a) < Build<CDEDeviceDataQueryInfo>(0, b),
+                  a < b);
+        ASSERT_EQ(
+            Build<CDEQueryResultMetaDataOnly>(day, a) < Build<CDEQueryResultMetaDataOnly>(0, b),
+            day < 0 || a < b)
+            << day;
     }
-}
-
-// The earlier day is less, and a later one leaves the answer to the other keys.
-TEST(Query, OrdersByDayOnOneSide) {
-    const Key a("a", "t", "n", vxJson::Value());
-    const Key b("b", "t", "n", vxJson::Value());
-    EXPECT_TRUE(Build(1, b) < Build(2, a));
-    EXPECT_TRUE(Build(2, a) < Build(1, b));
-    EXPECT_FALSE(Build(5, a) < Build(3, a));
-    EXPECT_TRUE(Build(3, a) < Build(5, a));
 }
 
 TEST(Query, TheIdentityLeavesOutAnEmptyName) {
-    const auto identity = [](const auto& object) {
+    const auto identity = [](auto object, const std::string& loaded) {
         vxJson::Value out = Json(R"({"name":"there"})");
+        object.LoadFromJson(Json(loaded));
         EXPECT_TRUE(object.GetQueryInfo(out));
         return out.toString(false);
     };
-    const Key named("d", "t", "n", vxJson::Value());
-    const Key unnamed("d", "t", "", vxJson::Value());
-    const std::string rest = R"("param":null,"type":"t"})";
-    EXPECT_EQ(identity(Build<CDEDeviceDataQueryInfo>(unnamed)),
-              R"({"devId":"d","name":"there",)" + rest);
-    EXPECT_EQ(identity(Build<CDEDeviceDataQueryInfo>(named)), R"({"devId":"d","name":"n",)" + rest);
-    EXPECT_EQ(identity(Build(3, unnamed)), R"({"day":3,"devId":"d","name":"there",)" + rest);
-    EXPECT_EQ(identity(Build(3, named)), R"({"day":3,"devId":"d","name":"n",)" + rest);
+    for (const auto& row : Rows(R"(
+        {"day":3,"devId":"d","type":"t"}            | "devId":"d","name":"there","param":null,"type":"t"}
+        {"day":3,"devId":"d","type":"t","name":"n"} | "devId":"d","name":"n","param":null,"type":"t"}
+    )")) {
+        EXPECT_EQ(identity(CDEDeviceDataQueryInfo(), row[0]), "{" + row[1]);
+        EXPECT_EQ(identity(CDEQueryResultMetaDataOnly(), row[0]), "{\"day\":3," + row[1]);
+    }
 }
 
 TEST(Query, PrintsFiveLines) {
-    EXPECT_EQ(Build(-3, Key("d", "t", "", vxJson::Value())).toPrintString(),
-              "day=-3\r\ndevId=d\r\ntype=t\r\nname=\r\nparam=" + vxJson::Value().toStyledString() +
-                  "\r\n");
     const vxJson::Value param = Json(R"({"p":[1,2]})");
-    const std::string longName(400, 'n');
-    EXPECT_EQ(Build(12, Key("", "", longName, param)).toPrintString(),
-              "day=12\r\ndevId=\r\ntype=\r\nname=" + longName +
-                  "\r\nparam=" + param.toStyledString() + "\r\n");
+    EXPECT_EQ(Build<CDEQueryResultMetaDataOnly>(-3, Key("d", "t", "", param)).toPrintString(),
+              "day=-3\r\ndevId=d\r\ntype=t\r\nname=\r\nparam=" + param.toStyledString() + "\r\n");
 }
 
 TEST(Query, MatchesDeviceTypes) {
-    using Types = std::vector<int>;
-    const auto matches = [](const Types& filter, int devType) {
+    for (const auto& row : Rows(R"(
+        [0]    | matches 5 | matches 0
+        [7,0]  | matches 5 | matches 0
+        [7,5]  | matches 5 | not 0
+        [7,-5] | not 5     | not 0
+        []     | not 5     | not 0
+    )")) {
         CDEStructureQueryInfo query;
-        query.SetDevTypes(filter);
-        return query.IsDevTypeMatch(devType);
-    };
-    for (const Types& filter : {Types{0}, Types{7, 0}, Types{7, 5}}) {
-        EXPECT_TRUE(matches(filter, 5)) << ::testing::PrintToString(filter);
-    }
-    for (const Types& filter : {Types{}, Types{7, 8}, Types{-5}}) {
-        EXPECT_FALSE(matches(filter, 5) || matches(filter, 0)) << ::testing::PrintToString(filter);
+        query.LoadFromJson(Json("{\"devTypes\":" + row[0] + "}"));
+        EXPECT_EQ(query.IsDevTypeMatch(5), row[1] == "matches 5") << row[0];
+        EXPECT_EQ(query.IsDevTypeMatch(0), row[2] == "matches 0") << row[0];
     }
 }
 
@@ -109,14 +95,20 @@ TEST(Query, DeviceTypesAddToWhatIsThere) {
     CDEStructureQueryInfo query;
     query.LoadFromJson(Json(R"({"devTypes":[4294967301,-1]})"));
     query.LoadFromJson(Json(R"({"devTypes":{"a":1}})"));
-    EXPECT_EQ(query.GetDevTypes(), (std::vector<int>{5, -1}));
     // The elements before one that does not convert have been read.
     EXPECT_THROW(query.LoadFromJson(Json(R"({"devTypes":[4,"x",5]})")), vxJson::Error);
-    EXPECT_EQ(query.GetDevTypes(), (std::vector<int>{5, -1, 4}));
-
     vxJson::Value target = Json(R"({"devTypes":["there"]})");
     query.SaveToJson(target);
     EXPECT_EQ(target["devTypes"].toString(false), R"(["there",5,-1,4])");
+}
+
+TEST(Query, ATimeRangeStartsAtItsEarlierTime) {
+    using Pair = std::pair<long long, long long>;
+    for (const auto& [a, b] : {Pair(5, 3), Pair(3, 5), Pair(1, -9007199254740993)}) {
+        const CDETimeRange range(a, b);
+        EXPECT_EQ(Pair(range.GetStartTime(), range.GetEndTime()), std::minmax({a, b})) << a;
+    }
+    EXPECT_EQ(CDETimeRange().GetStartTime() + CDETimeRange().GetEndTime(), 0);
 }
 
 }  // namespace

@@ -1,0 +1,259 @@
+#include <VxUtil/CDeviceIdentifier.h>
+#include <gtest/gtest.h>
+
+#include <initializer_list>
+#include <memory>
+#include <string>
+#include <thread>
+#include <tuple>
+#include <vector>
+
+#include "records/CDEDataBase.h"
+#include "records/CDEDataConfigFile.h"
+#include "records/CDEDataShowCommand.h"
+#include "records/CDEDataStructureData.h"
+#include "tests/support/Rows.h"
+#include "tests/support/Texts.h"
+
+namespace {
+
+const std::string kGuid = "0f1e2d3c-4b5a-6978-8796-a5b4c3d2e1f0";
+const std::string kNoGuid = "00000000-0000-0000-0000-000000000000";
+
+CDeviceIdentifier Device(const std::string& hostName) {
+    return {VX128Guid(kGuid), hostName, CVXDomain("Tenant_1")};
+}
+
+CDeviceIdentifier Node(const std::string& hostName) {
+    return {VX128Guid(), hostName};
+}
+
+vxJson::Value Status(const CDEDataBase& record) {
+    vxJson::Value out = Json(R"({"param":"replaced"})");
+    EXPECT_TRUE(record.GetDEStatus(out));
+    return out;
+}
+
+vxJson::Value DeviceData(CDEDataBase& record) {
+    const std::unique_ptr<vxJson::Value> view(record.GetDeviceDataJSon());
+    return *view;
+}
+
+TEST(Records, SettleTheirIdentityFromTheHostName) {
+    // host name of a node, the same afterwards | id, or - for the text of no GUID. Without a type,
+    // as in N::def, the id is not reached.
+    for (const auto& row : Rows(R"(
+                      |             | -
+        N             | N           | -
+        N:            | N:          | -
+        N:abc         | N:abc       | -
+        n:abc:def     | n:abc:def   | -
+        xN:abc:def    | xN:abc:def  | -
+        N:abc:def     |             | def
+        N:abc:def:ghi |             | def:ghi
+        N::def        |             | -
+    )")) {
+        SCOPED_TRACE(row[0]);
+        CDeviceIdentifier device = Node(row[0]);
+        CDEDataConfigFile file(device);
+        CDEDataShowCommand command(device);
+        CDEDataStructureData structure(device, DEDataTypeParser);
+        for (CDEDataBase* record :
+             std::initializer_list<CDEDataBase*>{&file, &command, &structure}) {
+            EXPECT_EQ(record->GetDevId(), row[2] == "-" ? kNoGuid : row[2]);
+            EXPECT_EQ(DeviceData(*record)["devName"].asString(), row[1]);
+        }
+        EXPECT_EQ(device.GetHostName(), row[0]);
+    }
+    CDEDataBase valid(Device("N:abc:def"), DEDataTypeRaw);
+    EXPECT_EQ(valid.GetDevId() + DeviceData(valid)["devName"].asString(), kGuid + "N:abc:def");
+    EXPECT_EQ(CDEDataBase(Node("N:abc:"), DEDataTypeRaw).GetDevId(), "");
+}
+
+TEST(Records, KeepTheNodeThatTheyWereBuiltFrom) {
+    CDEDataBase record(Node("N:abc:def"), DEDataTypeRaw);
+    record.SetDevId(Node("N:other:node"));
+    EXPECT_EQ(record.GetDevId() + DeviceData(record)["devName"].asString(), "defN:other:node");
+    record.SetDevId(Device("router1"));
+    EXPECT_EQ(record.GetDevId() + record.GetDomainDBName(), kGuid + "Tenant_1");
+    record.SetDomain(CVXDomain("Tenant_2"));
+    EXPECT_EQ(record.GetDomainDBName(), "Tenant_2");
+}
+
+TEST(Records, HaveATypeWithATextBothWays) {
+    int number = 0;
+    for (const std::string text :
+         {"none", "config", "cmd", "sysTable", "nctTable", "parser", "pingtrace", "raw"}) {
+        EXPECT_EQ(CDEDataBase::TypeStr2Int(text), number) << text;
+        EXPECT_EQ(CDEDataBase::TypeInt2Str(static_cast<EnumDEDataType>(number++)), text);
+    }
+    for (const int other : {-1, 8, 2147483647, -2147483647 - 1}) {
+        EXPECT_EQ(CDEDataBase::TypeInt2Str(static_cast<EnumDEDataType>(other)), "none") << other;
+    }
+    for (const std::string& other : {std::string("Config"), std::string("cmd\0", 4)}) {
+        EXPECT_EQ(CDEDataBase::TypeStr2Int(other), 0) << other;
+    }
+    EXPECT_EQ(CDEDataConfigFile().GetType(), 1);
+    EXPECT_EQ(CDEDataShowCommand().GetType(), 2);
+    EXPECT_EQ(CDEDataStructureData().GetType(), 0);
+}
+
+TEST(Records, StartWithTheirDefaults) {
+    CDEDataBase record;
+    EXPECT_EQ(record.GetDataSource(), -1);
+    EXPECT_TRUE(record.GetIsUpdateDataStatus() && record.GetJsonForGBAlert().isNull());
+    EXPECT_FALSE(record.IsNeedTrigger());
+    record.SetTriggerKey("key");
+    EXPECT_TRUE(record.IsNeedTrigger());
+    record.SetTime(1709251199999);  // the last millisecond of 29 February 2024
+    EXPECT_EQ(record.GetDay(), 29);
+    record.SetTime(record.GetTime() + 1);
+    EXPECT_EQ(record.GetDay(), 1);
+}
+
+TEST(Records, TellTheKindsOfTheirTasks) {
+    CDEDataBase record;
+    for (const std::string kinds : {"so", "", "oo", "s"}) {
+        SCOPED_TRACE(kinds);
+        std::vector<CDETaskInfo> tasks;
+        for (const char kind : kinds) tasks.push_back({"task", 3, kind == 'o', "extra"});
+        record.SetTaskInfo(tasks);
+        EXPECT_EQ(record.GetTaskInfo().size(), tasks.size());
+        EXPECT_EQ(record.HasOnDemandTask(), kinds.find('o') != std::string::npos);
+        EXPECT_EQ(record.HadSharedTask(), kinds.find('s') != std::string::npos);
+    }
+}
+
+// The stores hold these for years. Each is the 128-bit XXH3 of the text behind it.
+TEST(Records, HaveTheKeysThatStoresHold) {
+    CDeviceIdentifier device = Device("router1");
+    // 0f1e2d3c-4b5a-6978-8796-a5b4c3d2e1f0config
+    EXPECT_EQ(CDEDataConfigFile(device).GetMetaMD5(), "25f1e04d68c29c6355913e57ce991a00");
+
+    CDEDataShowCommand command(device);
+    command.SetCommand("show version");
+    command.SetData(std::string("up\0time", 7));
+    command.SetParam(Json(R"({"ignored":1})"));
+    // 0f1e2d3c-4b5a-6978-8796-a5b4c3d2e1f0cmdshow version
+    EXPECT_EQ(command.GetMetaMD5(), "1a0d67045f981bfec8153cd760f531b9");
+    EXPECT_EQ(command.GetDataMD5(), "39037af2199be66dd805b26abbd2eb59");  // up\0time
+
+    CDEDataStructureData structure(device, DEDataTypeParser);
+    structure.SetLocation("path/bgp");
+    // 0f1e2d3c-4b5a-6978-8796-a5b4c3d2e1f0parserpath/bgpnull
+    EXPECT_EQ(structure.GetMetaMD5(), "dc084ed024a9079e9b860fb2e1b9ab9e");
+    structure.SetParam(Json(R"({"vrf":"red","n":[1,-2]})"));
+    // 0f1e2d3c-4b5a-6978-8796-a5b4c3d2e1f0parserpath/bgp{"n":[1,-2],"vrf":"red"}
+    EXPECT_EQ(structure.GetMetaMD5(), "e7815b292fdb1172fce1a298b5f2879b");
+
+    // Only the key of a structure tells nodes apart.
+    CDeviceIdentifier one = Node("N:abc:def");
+    CDeviceIdentifier other = Node("N:abc:xyz");
+    EXPECT_EQ(CDEDataShowCommand(one).GetMetaMD5(), CDEDataShowCommand(other).GetMetaMD5());
+    EXPECT_NE(CDEDataStructureData(one, DEDataTypeRaw).GetMetaMD5(),
+              CDEDataStructureData(other, DEDataTypeRaw).GetMetaMD5());
+}
+
+TEST(Records, ComputeNoDataKeyForTablesAndConfigurationFiles) {
+    for (int type = -1; type <= 8; ++type) {
+        SCOPED_TRACE(type);
+        CDEDataBase record(Device(""), static_cast<EnumDEDataType>(type));
+        record.SetData("data");
+        const bool isTable = type == 3 || type == 4;
+        const std::string computed = record.GetDataMD5();
+        EXPECT_EQ(computed.empty(), isTable);
+        record.SetDataMD5CA("given");
+        EXPECT_EQ(record.GetDataMD5CA(), "given");
+        EXPECT_EQ(record.GetDataMD5(), isTable ? "given" : computed);
+    }
+    CDEDataConfigFile file(Device(""));
+    file.SetData("data");
+    file.SetType(DEDataTypeSysTable);
+    file.SetDataMD5CA("given");
+    EXPECT_EQ(file.GetDataMD5(), "");
+    file.SetDataMD5("checksum");
+    EXPECT_EQ(file.GetODJson()["md5"].asString(), "checksum");
+}
+
+TEST(Records, TakeADataKeyWhileAViewIsBuilt) {
+    CDEDataBase record(Device(""), DEDataTypeNctTable);
+    const std::string values[] = {std::string(100, 'a'), std::string(5000, 'b')};
+    record.SetDataMD5CA(values[0]);
+    std::thread writer([&] {
+        for (int i = 0; i < 500; ++i) record.SetDataMD5CA(values[i % 2]);
+    });
+    for (int i = 0; i < 500; ++i) {
+        const std::string seen = record.GetODJson()["md5"].asString();
+        ASSERT_TRUE(seen == values[0] || seen == values[1]) << seen;
+    }
+    writer.join();
+}
+
+// The store receives these texts.
+TEST(Records, HaveTheViewsThatStoresReceive) {
+    CDEDataBase blank;
+    blank.SetProperties(Json("[]"));
+    CDeviceIdentifier device = Device("router1");
+    CDEDataStructureData full(device, DEDataTypeParser);
+    full.SetLocation("path/bgp");
+    full.SetTime(1700000000123);
+    full.SetFlag(-7);
+    full.SetErrorLog("late");
+    full.SetData(std::string("a\0b", 3));
+    full.SetParam(Json(R"({"vrf":"red"})"));
+    full.SetProperties(Json(R"(["x"])"));
+    for (const auto& row : Rows(R"(
+        blank | GetDEStatus       | {"devId":"00000000-0000-0000-0000-000000000000","name":"","param":null,"type":"none"}
+        blank | GetODJson         | {"data":{"$binary":{"base64":"","subType":"00"}},"devId":"00000000-0000-0000-0000-000000000000","flag":0,"md5":"99aa06d3014798d86001c324468d497f","name":"","time":{"$date":{"$numberLong":"0"}},"type":"none"}
+        blank | GetDeviceDataJSon | {"content":"","devId":"00000000-0000-0000-0000-000000000000","devName":"","length":0,"name":"","subName":null,"type":"none","uploadDate":{"$date":{"$numberLong":"0"}}}
+        full  | GetDEStatus       | {"devId":"0f1e2d3c-4b5a-6978-8796-a5b4c3d2e1f0","name":"path/bgp","param":{"vrf":"red"},"props":["x"],"type":"parser"}
+        full  | GetODJson         | {"data":{"$binary":{"base64":"YQBi","subType":"00"}},"devId":"0f1e2d3c-4b5a-6978-8796-a5b4c3d2e1f0","errorLog":"late","flag":-7,"md5":"39797789ed4c7ea0d5a06cd078125351","name":"path/bgp","param":{"vrf":"red"},"props":["x"],"time":{"$date":{"$numberLong":"1700000000123"}},"type":"parser"}
+        full  | GetDeviceDataJSon | {"content":"a\u0000b","devId":"0f1e2d3c-4b5a-6978-8796-a5b4c3d2e1f0","devName":"router1","length":3,"name":"path/bgp","subName":{"vrf":"red"},"type":"parser","uploadDate":{"$date":{"$numberLong":"1700000000123"}}}
+    )")) {
+        CDEDataBase& record = row[0] == "blank" ? blank : full;
+        const vxJson::Value view = row[1] == "GetDEStatus" ? Status(record)
+                                   : row[1] == "GetODJson" ? record.GetODJson()
+                                                           : DeviceData(record);
+        EXPECT_EQ(view.toString(false), row.at(2)) << row[0] << " " << row[1];
+    }
+}
+
+TEST(Records, CutTheErrorLogOfTheView) {
+    for (const std::size_t size : {1024U, 1025U, 2000U}) {
+        CDEDataBase record;
+        const std::string log = std::string(size - 1, 'x') + "y";
+        record.SetErrorLog(log);
+        EXPECT_EQ(record.GetODJson()["errorLog"].asString(), log.substr(0, 1024)) << size;
+        EXPECT_EQ(record.GetErrorLog(), log) << size;
+    }
+}
+
+class NamedRecord : public CDEDataBase {
+  public:
+    using CDEDataBase::CDEDataBase;
+    std::string GetName() const override { return "own name"; }
+    std::string GetDataMD5() override { return "own key"; }
+    std::string GetDataMD5CA() override { return "own checksum"; }
+};
+
+TEST(Records, ReachTheOperationsOfASubclass) {
+    NamedRecord record(Device("router1"), DEDataTypeCmd);
+    CDEDataShowCommand sameName(Device("router1"));
+    sameName.SetCommand("own name");
+    EXPECT_EQ(record.GetMetaMD5(), sameName.GetMetaMD5());
+    EXPECT_EQ(record.GetODJson()["name"].asString(), "own name");
+    EXPECT_EQ(record.GetODJson()["md5"].asString(), "own key");
+    EXPECT_EQ(Status(record)["name"].asString(), "own name");
+    record.SetParam(Json("{}"));
+    EXPECT_TRUE(Status(record)["param"].isObject() && record.GetODJson()["param"].isNull());
+    // A system table gives its name as its type.
+    for (const auto& [type, text, name] : {std::tuple(DEDataTypeNctTable, "nctTable", "own name"),
+                                           std::tuple(DEDataTypeSysTable, "own name", "")}) {
+        record.SetType(type);
+        EXPECT_EQ(record.CDEDataBase::GetDataMD5(), "own checksum");
+        EXPECT_EQ(DeviceData(record)["type"].asString(), text);
+        EXPECT_EQ(DeviceData(record)["name"].asString(), name);
+    }
+}
+
+}  // namespace
