@@ -16,6 +16,8 @@
 
 namespace {
 
+using Info = CDEDeviceDataQueryInfo;
+using Meta = CDEQueryResultMetaDataOnly;
 using Key = std::tuple<std::string, std::string, std::string, vxJson::Value>;
 
 template <typename T>
@@ -45,12 +47,8 @@ TEST(Query, OrdersByDeviceTypeNameAndParamAndByDayOnOneSide) {
         Key b = random() % 2 ? key() : a;
         if (random() % 2) std::get<2>(b) = "abd";
         const int day = static_cast<int>(random() % 3) - 1;
-        ASSERT_EQ(Build<CDEDeviceDataQueryInfo>(day, a) < Build<CDEDeviceDataQueryInfo>(0, b),
-                  a < b);
-        ASSERT_EQ(
-            Build<CDEQueryResultMetaDataOnly>(day, a) < Build<CDEQueryResultMetaDataOnly>(0, b),
-            day < 0 || a < b)
-            << day;
+        ASSERT_EQ(Build<Info>(day, a) < Build<Info>(0, b), a < b);
+        ASSERT_EQ(Build<Meta>(day, a) < Build<Meta>(0, b), day < 0 || a < b) << day;
     }
 }
 
@@ -65,14 +63,14 @@ TEST(Query, TheIdentityLeavesOutAnEmptyName) {
         {"day":3,"devId":"d","type":"t"}            | "devId":"d","name":"there","param":null,"type":"t"}
         {"day":3,"devId":"d","type":"t","name":"n"} | "devId":"d","name":"n","param":null,"type":"t"}
     )")) {
-        EXPECT_EQ(identity(CDEDeviceDataQueryInfo(), row[0]), "{" + row[1]);
-        EXPECT_EQ(identity(CDEQueryResultMetaDataOnly(), row[0]), "{\"day\":3," + row[1]);
+        EXPECT_EQ(identity(Info(), row[0]), "{" + row[1]);
+        EXPECT_EQ(identity(Meta(), row[0]), "{\"day\":3," + row[1]);
     }
 }
 
 TEST(Query, PrintsFiveLines) {
     const vxJson::Value param = Json(R"({"p":[1,2]})");
-    EXPECT_EQ(Build<CDEQueryResultMetaDataOnly>(-3, Key("d", "t", "", param)).toPrintString(),
+    EXPECT_EQ(Build<Meta>(-3, Key("d", "t", "", param)).toPrintString(),
               "day=-3\r\ndevId=d\r\ntype=t\r\nname=\r\nparam=" + param.toStyledString() + "\r\n");
 }
 

@@ -101,7 +101,6 @@ TEST(Variables, NamesLoadInTheFormOfDecodedDocuments) {
         document["mappingVars"][0]["varFullName"] = row[1];
         VariableMappingDAO mapping;
         mapping.LoadFromJson(document);
-        EXPECT_EQ(std::to_string(mapping.GetMappingType()), row[4]);
         const MappingInstance loaded = mapping.GetAllMappingVariable().at(0);
         EXPECT_EQ(std::tie(loaded.varName, loaded.varFullName), std::tie(row[2], row[3]))
             << row[0] << " " << row[1] << " " << row[4];
