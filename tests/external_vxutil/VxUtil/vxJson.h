@@ -2,12 +2,11 @@
 
 #include <istream>
 #include <map>
-#include <memory>
 #include <string>
 #include <vector>
 
-// Just the operations of a JSON value that the data engine calls. An operation that is missing here
-// is one that a platform's own utility library need not have.
+// Just the operations of a JSON value that the data engine calls. One that is missing here is one
+// that a platform's own utility library need not have. Plain and slow: it exists to be linked.
 namespace vxJson {
 
 enum class ValueType : int {};  // null is 0, binary is 110; the other numbers are nobody's business
@@ -17,46 +16,62 @@ class ValueConstIterator;
 
 class Value {
   public:
-    Value(ValueType type, bool flag);
-    Value(const Value& other);
-    Value(const std::string& bytes, ValueType type);
-    Value(const char* bytes, int length);
-    Value(int number);
-    Value(unsigned long long time, bool flag);
-    ~Value();
+    Value(ValueType, bool) {}
+    Value(const Value&) = default;
+    Value(const std::string& bytes, ValueType) : kind_(Kind::binary), text_(bytes) {}
+    Value(const char* bytes, int length)
+        : kind_(Kind::binary), text_(bytes, static_cast<std::size_t>(length)) {}
+    Value(int number) : Value(Kind::number, number) {}
+    Value(unsigned long long time, bool) : Value(Kind::time, static_cast<long long>(time)) {}
+    ~Value() = default;
 
-    Value& operator=(const Value& other);
-    Value& operator=(const std::string& text);
-    Value& operator=(int number);
-    Value& operator=(long long number);
-    Value& operator=(unsigned long long number);
+    Value& operator=(const Value&) = default;
+    Value& operator=(const std::string& text) { return *this = Value(Kind::text, 0, text); }
+    Value& operator=(int number) { return *this = Value(number); }
+    Value& operator=(long long number) { return *this = Value(Kind::number, number); }
+    Value& operator=(unsigned long long number) { return *this = static_cast<long long>(number); }
 
-    Value& operator[](const char* key);
-    Value& operator[](const std::string& key);
-    const Value& operator[](const char* key) const;
-    const Value& operator[](const std::string& key) const;
-    const Value& operator[](int index) const;
+    Value& operator[](const char* key) { return (*this)[std::string(key)]; }
+    Value& operator[](const std::string& key) {
+        if (isNull()) kind_ = Kind::object;
+        return members_.try_emplace(key, ValueType(0), false).first->second;
+    }
+    const Value& operator[](const char* key) const { return (*this)[std::string(key)]; }
+    const Value& operator[](const std::string& key) const {
+        const auto found = members_.find(key);
+        return found == members_.end() ? Null() : found->second;
+    }
+    const Value& operator[](int index) const { return elements_.at(static_cast<unsigned>(index)); }
 
-    std::string asString() const;
-    int asInt() const;
-    long long asInt64() const;
-    bool asBool() const;
-    long long asTime() const;
-    const std::string& asBinary() const;
+    std::string asString() const { return text_; }
+    int asInt() const { return static_cast<int>(number_); }
+    long long asInt64() const { return number_; }
+    bool asBool() const { return number_ != 0; }
+    long long asTime() const { return number_; }
+    const std::string& asBinary() const { return text_; }
 
-    bool isNull() const;
-    bool isString() const;
-    bool isArray() const;
-    bool isObject() const;
-    bool empty() const;
-    unsigned int size() const;
+    bool isNull() const { return kind_ == Kind::null; }
+    bool isString() const { return kind_ == Kind::text; }
+    bool isArray() const { return kind_ == Kind::array; }
+    bool isObject() const { return kind_ == Kind::object; }
+    bool empty() const {
+        return isNull() || ((isArray() || isObject()) && elements_.empty() && members_.empty());
+    }
+    unsigned size() const { return static_cast<unsigned>(elements_.size()); }
 
     std::string toString(bool flag) const;
     std::string toStyledString() const;
-    bool operator<(const Value& other) const;
+    bool operator<(const Value& other) const { return toString(false) < other.toString(false); }
 
-    Value& append(const Value& element);
-    Value* append(Value* element);
+    Value& append(const Value& element) {
+        kind_ = Kind::array;
+        return elements_.emplace_back(element);
+    }
+    Value* append(Value* element) {
+        append(*element);
+        delete element;
+        return &elements_.back();
+    }
 
     ValueIterator begin();
     ValueIterator end();
@@ -64,40 +79,65 @@ class Value {
     ValueConstIterator end() const;
 
   private:
-    enum class Kind { null, boolean, number, real, text, binary, time, array, object };
+    enum class Kind { null, number, time, text, binary, array, object };
 
-    friend class ValueIteratorBase;
-    friend struct Access;
+    friend struct Text;
+
+    Value(Kind kind, long long number, const std::string& text = {})
+        : kind_(kind), number_(number), text_(text) {}
+    static const Value& Null() {
+        static const Value null(ValueType(0), false);
+        return null;
+    }
 
     Kind kind_ = Kind::null;
     long long number_ = 0;
-    double real_ = 0;
     std::string text_;
-    std::vector<std::unique_ptr<Value>> elements_;
-    std::map<std::string, std::unique_ptr<Value>> members_;
+    std::vector<Value> elements_;
+    std::map<std::string, Value> members_;
 };
 
 class ValueIteratorBase {
   public:
-    Value& deref() const;
-    void increment();
-    bool isEqual(const ValueIteratorBase& other) const;
+    Value& deref() const { return *place_; }
+    void increment() { ++place_; }
+    bool isEqual(const ValueIteratorBase& other) const { return place_ == other.place_; }
+
+  protected:
+    friend class Value;
+    explicit ValueIteratorBase(const Value* place) : place_(const_cast<Value*>(place)) {}
 
   private:
-    friend class Value;
-
-    // Walks the children that the value had when the walk began.
-    std::vector<Value*> children_;
-    std::size_t position_ = 0;
+    Value* place_;
 };
 
-class ValueIterator : public ValueIteratorBase {};
-class ValueConstIterator : public ValueIteratorBase {};
+class ValueIterator : public ValueIteratorBase {
+    using ValueIteratorBase::ValueIteratorBase;
+    friend class Value;
+};
+
+class ValueConstIterator : public ValueIteratorBase {
+    using ValueIteratorBase::ValueIteratorBase;
+    friend class Value;
+};
+
+inline ValueIterator Value::begin() {
+    return ValueIterator(elements_.data());
+}
+inline ValueIterator Value::end() {
+    return ValueIterator(elements_.data() + size());
+}
+inline ValueConstIterator Value::begin() const {
+    return ValueConstIterator(elements_.data());
+}
+inline ValueConstIterator Value::end() const {
+    return ValueConstIterator(elements_.data() + size());
+}
 
 class Reader {
   public:
-    Reader();
-    ~Reader();
+    Reader() = default;
+    ~Reader() = default;
     bool parse(std::istream& input, Value& root, bool flag);
 };
 
