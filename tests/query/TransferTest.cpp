@@ -112,7 +112,10 @@ struct Observer {
 template <typename T>
 std::string Load(T& object, const std::vector<vxJson::Value>& documents) {
     if constexpr (std::is_same_v<T, CDEQueryResultStructureData>) object.SetErrorLog("log");
-    if constexpr (std::is_same_v<T, CDEDeviceMetadata>) object.SetFlag(8), object.SetMD5CA("ca");
+    if constexpr (std::is_same_v<T, CDEDeviceMetadata>) {
+        object.SetFlag(8);
+        object.SetMD5CA("ca");
+    }
     try {
         for (const vxJson::Value& document : documents) EXPECT_TRUE(object.LoadFromJson(document));
     } catch (const vxJson::Error&) {
