@@ -7,11 +7,24 @@
 #include <map>
 #include <string>
 
+#include "tests/support/Ending.h"
 #include "variables/DDKey.h"
 
-// Each function calls one operation of CDEStructureDataHelper and the same of TextRoad with equal
-// arguments, and succeeds if they end alike: with the same result or an exception of the same
-// class, and with equal outputs, those of a failed call included.
+/// What the outputs hold before a call, so that an output left alone can be told.
+constexpr int kUntouched = 4711;
+
+/// What the library reads from the header of a packed buffer, and how that ended.
+struct Header {
+    std::string ending;
+    std::string name = "untouched";
+    vxJson::Value schema{kUntouched};
+    int offset = kUntouched;
+};
+Header ReadHeader(const std::string& blob);
+
+// Each of these functions calls one operation of CDEStructureDataHelper and the same of TextRoad
+// with equal arguments, and succeeds if they end alike: with the same result or an exception of the
+// same class, and with equal outputs, those of a failed call included.
 
 testing::AssertionResult SameHeaderOnBothRoads(const std::string& blob);
 

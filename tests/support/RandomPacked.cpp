@@ -6,18 +6,14 @@
 #include <limits>
 #include <string_view>
 
+#include "tests/support/Texts.h"
+
 namespace {
 
 constexpr int kGreatestDepth = 30;
 
-void AppendBigEndian(std::string& out, std::uint64_t number, int bytes) {
-    for (int shift = 8 * (bytes - 1); shift >= 0; shift -= 8)
-        out += static_cast<char>((number >> shift) & 0xff);
-}
-
-void AppendHeader(std::string& out, unsigned char header, std::uint64_t number, int bytes) {
-    out += static_cast<char>(header);
-    AppendBigEndian(out, number, bytes);
+std::string Headed(std::uint64_t header, std::uint64_t number, int count) {
+    return BigEndian(header, 1) + BigEndian(number, count);
 }
 
 /// What a length or count is written in: a header with the number in its low bits for numbers up
@@ -34,23 +30,22 @@ constexpr LengthForms kExtForms = {0, 0, 0xc7, 0xc8, 0xc9};
 constexpr LengthForms kArrayForms = {0x90, 15, 0, 0xdc, 0xdd};
 constexpr LengthForms kMapForms = {0x80, 15, 0, 0xde, 0xdf};
 
-/// Writes `number` in its shortest form, or in the one `wider` steps behind it.
-void AppendLength(std::string& out, const LengthForms& forms, std::uint64_t number,
-                  std::uint64_t wider) {
+/// `number` in its shortest form, or in the one `wider` steps behind it.
+std::string Sized(const LengthForms& forms, std::uint64_t number, std::uint64_t wider) {
     if (forms.fix != 0 && number <= forms.fixGreatest && wider-- == 0)
-        out += static_cast<char>(forms.fix | number);
-    else if (forms.one != 0 && number < 0x100 && wider-- == 0)
-        AppendHeader(out, forms.one, number, 1);
-    else if (number < 0x10000 && wider-- == 0)
-        AppendHeader(out, forms.two, number, 2);
-    else
-        AppendHeader(out, forms.four, number, 4);
+        return BigEndian(forms.fix | number, 1);
+    if (forms.one != 0 && number < 0x100 && wider-- == 0) return Headed(forms.one, number, 1);
+    if (number < 0x10000 && wider-- == 0) return Headed(forms.two, number, 2);
+    return Headed(forms.four, number, 4);
 }
 
-double FromBits(std::uint64_t bits) {
-    double number;
-    std::memcpy(&number, &bits, sizeof number);
-    return number;
+/// The bits of `from` as another type of its size.
+template <typename To, typename From>
+To Bits(From from) {
+    static_assert(sizeof(To) == sizeof(From));
+    To to;
+    std::memcpy(&to, &from, sizeof to);
+    return to;
 }
 
 using std::string_view_literals::operator""sv;
@@ -71,80 +66,50 @@ constexpr std::string_view kSpoilingBins[] = {
 std::string RandomPacked::Value() {
     maySpoil_ = OneIn(3);
     elementsLeft_ = OneIn(20) ? 1000 : 60;
-    std::string out;
-    AppendValue(out, OneIn(4) ? 0 : kGreatestDepth);
-    return out;
+    return Any(OneIn(4) ? 0 : kGreatestDepth);
 }
 
-void RandomPacked::AppendValue(std::string& out, int depth) {
+std::string RandomPacked::Any(int depth) {
     --elementsLeft_;
-    if (depth > 0 && elementsLeft_ > 0 && OneIn(3))
-        AppendContainer(out, depth);
-    else
-        AppendScalar(out);
+    return depth > 0 && elementsLeft_ > 0 && OneIn(3) ? Container(depth) : Scalar();
 }
 
-void RandomPacked::AppendContainer(std::string& out, int depth) {
+std::string RandomPacked::Container(int depth) {
     const bool map = OneIn(2);
     // A chain of containers with one element each is what reaches the greatest depth.
     const std::uint64_t count = OneIn(3) ? 1 : OneIn(30) ? Below(300) : Below(20);
-    AppendLength(out, map ? kMapForms : kArrayForms, count, OneIn(4) ? Below(3) : 0);
+    std::string packed = Sized(map ? kMapForms : kArrayForms, count, OneIn(4) ? Below(3) : 0);
     for (std::uint64_t i = 0; i < count; ++i) {
-        if (map) AppendKey(out, depth);
-        if (count == 1 && elementsLeft_ > 0 && depth > 1)
-            AppendContainer(out, depth - 1);
-        else
-            AppendValue(out, depth - 1);
+        if (map) packed += Key(depth);
+        const bool chain = count == 1 && elementsLeft_ > 0 && depth > 1;
+        packed += chain ? Container(depth - 1) : Any(depth - 1);
     }
+    return packed;
 }
 
-void RandomPacked::AppendKey(std::string& out, int depth) {
-    if (maySpoil_ && OneIn(60)) return AppendValue(out, depth - 1);
-    if (OneIn(2)) return AppendStr(out, std::string(1, static_cast<char>('a' + Below(4))));
-    if (OneIn(5)) return AppendBin(out, BinBytes());
-    AppendStr(out, Bytes());
+std::string RandomPacked::Key(int depth) {
+    if (maySpoil_ && OneIn(60)) return Any(depth - 1);
+    if (OneIn(2)) return Str(std::string(1, static_cast<char>('a' + Below(4))));
+    return OneIn(5) ? Bin() : Str(Bytes());
 }
 
-void RandomPacked::AppendScalar(std::string& out) {
-    switch (Below(maySpoil_ && OneIn(10) ? 10 : 9)) {
-        case 0:
-            out += static_cast<char>(0xc0);
-            return;
-        case 1:
-            out += static_cast<char>(OneIn(2) ? 0xc2 : 0xc3);
-            return;
-        case 2:
-        case 3:
-            return AppendInteger(out);
-        case 4:
-        case 5:
-            return AppendFloat(out);
-        case 6:
-        case 7:
-            return AppendStr(out, Bytes());
-        case 8:
-            return AppendBin(out, BinBytes());
-        default:
-            return AppendExt(out);
-    }
+std::string RandomPacked::Scalar() {
+    const std::uint64_t kind = Below(maySpoil_ && OneIn(10) ? 10 : 9);
+    if (kind == 0) return "\xc0";
+    if (kind == 1) return OneIn(2) ? "\xc2" : "\xc3";
+    if (kind < 4) return Integer();
+    if (kind < 6) return Float();
+    if (kind < 8) return Str(Bytes());
+    return kind == 8 ? Bin() : Ext();
 }
 
-void RandomPacked::AppendInteger(std::string& out) {
+std::string RandomPacked::Integer() {
     // Around a power of two, where the encodings and rapidjson's number flags change.
     const std::uint64_t number = (std::uint64_t{1} << Below(64)) + Below(5) - 2;
-    switch (Below(10)) {
-        case 0:
-            out += static_cast<char>(number & 0x7f);
-            return;
-        case 1:
-            out += static_cast<char>(0xe0 | (number & 0x1f));
-            return;
-        default:
-            break;
-    }
-    const int width = static_cast<int>(Below(4));
-    AppendHeader(out, static_cast<unsigned char>((OneIn(2) ? 0xcc : 0xd0) + width),
-                 OneIn(2) ? number : ~number, 1 << width);
+    if (OneIn(10)) return BigEndian(number & 0x7f, 1);
+    if (OneIn(10)) return BigEndian(number | 0xe0, 1);
+    const std::uint64_t width = Below(4);
+    return Headed((OneIn(2) ? 0xcc : 0xd0) + width, OneIn(2) ? number : ~number, 1 << width);
 }
 
 double RandomPacked::Double() {
@@ -154,7 +119,7 @@ double RandomPacked::Double() {
                                    static_cast<int>(Below(80)) - 80);
     switch (Below(12)) {
         case 0:  // any bits at all
-            return FromBits(engine_());
+            return Bits<double>(engine_());
         case 1:  // a tie between two hundredths, exact in binary
             return sign * (small + 0.125 + 0.25 * static_cast<double>(Below(4)));
         case 2:  // next to a tie that binary can't hold
@@ -169,10 +134,11 @@ double RandomPacked::Double() {
             return sign * std::nextafter(std::pow(10, static_cast<double>(Below(616)) - 307),
                                          OneIn(2) ? 0 : 1e308);
         case 7:  // subnormal
-            return sign * FromBits(Below(std::uint64_t{1} << 52));
+            return sign * Bits<double>(Below(std::uint64_t{1} << 52));
         case 8:  // either zero, and what rounds to it
-            return sign *
-                   (OneIn(2) ? 0 : 0.005 * FromBits((engine_() >> 12) | 0x3ff0000000000000) / 2);
+            return sign * (OneIn(2)
+                               ? 0
+                               : 0.005 * Bits<double>((engine_() >> 12) | 0x3ff0000000000000) / 2);
         case 9:  // the top of the range
             return sign * std::numeric_limits<double>::max() / static_cast<double>(1 + Below(20));
         default:
@@ -180,22 +146,16 @@ double RandomPacked::Double() {
     }
 }
 
-void RandomPacked::AppendFloat(std::string& out) {
+std::string RandomPacked::Float() {
     double number = Double();
     if (maySpoil_ && OneIn(30))
         number = OneIn(2) ? std::nan("") : -std::numeric_limits<double>::infinity();
     else if (!maySpoil_ && !std::isfinite(number))
         number = 0.125;
     const float narrow = static_cast<float>(number);
-    if (OneIn(3) && std::isfinite(narrow) == std::isfinite(number)) {
-        std::uint32_t bits;
-        std::memcpy(&bits, &narrow, sizeof bits);
-        AppendHeader(out, 0xca, bits, 4);
-    } else {
-        std::uint64_t bits;
-        std::memcpy(&bits, &number, sizeof bits);
-        AppendHeader(out, 0xcb, bits, 8);
-    }
+    if (OneIn(3) && std::isfinite(narrow) == std::isfinite(number))
+        return Headed(0xca, Bits<std::uint32_t>(narrow), 4);
+    return Headed(0xcb, Bits<std::uint64_t>(number), 8);
 }
 
 std::size_t RandomPacked::Length() {
@@ -219,8 +179,11 @@ std::string RandomPacked::Bytes() {
     return bytes;
 }
 
-std::string RandomPacked::BinBytes() {
-    if (maySpoil_ && OneIn(6)) return Bytes();
+std::string RandomPacked::Str(const std::string& bytes) {
+    return Sized(kStrForms, bytes.size(), OneIn(4) ? Below(4) : 0) + bytes;
+}
+
+std::string RandomPacked::Bin() {
     std::string bytes;
     if (OneIn(2)) bytes = kEscapedBins[Below(std::size(kEscapedBins))];
     if (maySpoil_ && OneIn(6)) bytes += kSpoilingBins[Below(std::size(kSpoilingBins))];
@@ -228,60 +191,29 @@ std::string RandomPacked::BinBytes() {
         const char byte = static_cast<char>(' ' + Below(95));
         if (byte != '"' && byte != '\\') bytes += byte;
     }
-    return bytes;
+    if (maySpoil_ && OneIn(6)) bytes = Bytes();
+    return Sized(kBinForms, bytes.size(), OneIn(4) ? Below(3) : 0) + bytes;
 }
 
-void RandomPacked::AppendStr(std::string& out, const std::string& bytes) {
-    AppendLength(out, kStrForms, bytes.size(), OneIn(4) ? Below(4) : 0);
-    out += bytes;
-}
-
-void RandomPacked::AppendBin(std::string& out, const std::string& bytes) {
-    AppendLength(out, kBinForms, bytes.size(), OneIn(4) ? Below(3) : 0);
-    out += bytes;
-}
-
-void RandomPacked::AppendExt(std::string& out) {
-    const std::size_t length = Below(20);
-    if (OneIn(2)) {
-        const std::uint64_t power = Below(5);
-        out += static_cast<char>(0xd4 + power);
-        out.append(1 + (std::size_t{1} << power), Byte());
-    } else {
-        AppendLength(out, kExtForms, length, Below(3));
-        out.append(1 + length, Byte());
-    }
+std::string RandomPacked::Ext() {
+    const std::uint64_t power = Below(5), length = Below(20);
+    if (OneIn(2)) return BigEndian(0xd4 + power, 1) + std::string(1 + (1u << power), Byte());
+    return Sized(kExtForms, length, Below(3)) + std::string(1 + length, Byte());
 }
 
 std::string RandomPacked::Mutated(std::string bytes) {
-    constexpr unsigned char kHeaders[] = {0xc1, 0xc0, 0x80, 0x90, 0xa0, 0xc4, 0xc6,
-                                          0xc7, 0xc9, 0xca, 0xcb, 0xcf, 0xd3, 0xd4,
-                                          0xdb, 0xdc, 0xdd, 0xde, 0xdf, 0xff};
+    constexpr std::string_view kHeaders =
+        "\xc1\xc0\x80\x90\xa0\xc4\xc6\xc7\xc9\xca\xcb\xcf\xd3\xd4\xdb\xdc\xdd\xde\xdf\xff";
     for (std::uint64_t edits = 1 + Below(4); edits > 0; --edits) {
         const std::size_t at = Below(bytes.size() + 1);
-        if (at == bytes.size()) {
-            bytes += Byte();
-            continue;
-        }
-        switch (Below(6)) {
-            case 0:
-                bytes[at] = static_cast<char>(bytes[at] ^ (1 << Below(8)));
-                break;
-            case 1:
-                bytes[at] = static_cast<char>(kHeaders[Below(std::size(kHeaders))]);
-                break;
-            case 2:
-                bytes[at] = Byte();
-                break;
-            case 3:
-                bytes.insert(at, 1, static_cast<char>(kHeaders[Below(std::size(kHeaders))]));
-                break;
-            case 4:
-                bytes.erase(at, 1 + Below(8));
-                break;
-            default:
-                bytes.insert(at, bytes.substr(at, 1 + Below(16)));
-        }
+        const char header = kHeaders[Below(kHeaders.size())];
+        const std::uint64_t kind = at == bytes.size() ? 2 : Below(6);
+        if (kind == 0) bytes[at] = static_cast<char>(bytes[at] ^ (1 << Below(8)));
+        if (kind == 1) bytes[at] = header;
+        if (kind == 2) bytes.replace(at, 1, 1, Byte());
+        if (kind == 3) bytes.insert(at, 1, header);
+        if (kind == 4) bytes.erase(at, 1 + Below(8));
+        if (kind == 5) bytes.insert(at, bytes.substr(at, 1 + Below(16)));
     }
     return bytes;
 }

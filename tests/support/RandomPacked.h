@@ -29,20 +29,19 @@ class RandomPacked {
     std::string Cut(const std::string& bytes) { return bytes.substr(0, Below(bytes.size())); }
 
   private:
-    void AppendValue(std::string& out, int depth);
-    void AppendScalar(std::string& out);
-    void AppendInteger(std::string& out);
-    void AppendFloat(std::string& out);
-    void AppendStr(std::string& out, const std::string& bytes);
-    void AppendBin(std::string& out, const std::string& bytes);
-    void AppendExt(std::string& out);
-    void AppendKey(std::string& out, int depth);
-    void AppendContainer(std::string& out, int depth);
+    std::string Any(int depth);
+    std::string Container(int depth);
+    std::string Key(int depth);
+    std::string Scalar();
+    std::string Integer();
+    std::string Float();
+    std::string Str(const std::string& bytes);
+    std::string Bin();
+    std::string Ext();
 
     double Double();
     std::size_t Length();
     std::string Bytes();
-    std::string BinBytes();
     char Byte() { return static_cast<char>(Below(256)); }
 
     std::mt19937_64 engine_;

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <algorithm>
+#include <fstream>
 #include <sstream>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -22,4 +24,11 @@ inline std::vector<std::vector<std::string>> Rows(const std::string& table) {
         if (fields != std::vector<std::string>{""} && line[0] != '#') rows.push_back(fields);
     }
     return rows;
+}
+
+/// The table that a file holds.
+inline std::vector<std::vector<std::string>> RowsOf(const std::string& file) {
+    std::ostringstream table;
+    if (!(table << std::ifstream(file).rdbuf())) throw std::runtime_error("no table in " + file);
+    return Rows(table.str());
 }

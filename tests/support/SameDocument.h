@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 #include <rapidjson/document.h>
 
-/// Compares two values as strictly as rapidjson can tell them apart: kinds, number flags, the bits
-/// of doubles, string bytes and lengths, element and member order, repeated keys. A failure tells
-/// the path of the first difference. Depth is bounded by memory alone.
+/// Compares two values as strictly as rapidjson can tell them apart: kinds, number flags, the
+/// digits of doubles, string bytes and lengths, element and member order, repeated keys. A failure
+/// tells the positions that lead to the first difference. Depth is bounded by memory alone.
 testing::AssertionResult SameDocument(const rapidjson::Value& left, const rapidjson::Value& right);

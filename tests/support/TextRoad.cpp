@@ -6,9 +6,10 @@
 #include <algorithm>
 #include <cstdint>
 #include <iomanip>
+#include <msgpack.hpp>
 #include <ostream>
 #include <sstream>
-#include <utility>
+#include <string_view>
 
 namespace {
 
@@ -41,79 +42,34 @@ bool IsContainer(const msgpack::object& object) {
 }
 
 void PrintByte(std::ostream& output, char byte) {
-    switch (byte) {
-        case '\b':
-            output << "\\b";
-            return;
-        case '\t':
-            output << "\\t";
-            return;
-        case '\n':
-            output << "\\n";
-            return;
-        case '\f':
-            output << "\\f";
-            return;
-        case '\r':
-            output << "\\r";
-            return;
-        case '"':
-            output << "\\\"";
-            return;
-        case '/':
-            output << "\\/";
-            return;
-        case '\\':
-            output << "\\\\";
-            return;
-        default:
-            break;
-    }
+    constexpr std::string_view kShort = "\b\t\n\f\r\"/\\";
     const unsigned code = static_cast<unsigned char>(byte);
-    if (code >= 32 && code != 127) {
+    if (code >= 32 && code != 127 && byte != '"' && byte != '/' && byte != '\\') {
         output << byte;
-        return;
+    } else if (const std::size_t at = kShort.find(byte); at != std::string_view::npos) {
+        output << '\\' << "btnfr\"/\\"[at];
+    } else {
+        const std::ios::fmtflags flags = output.flags();
+        output << "\\u" << std::hex << std::setw(4) << std::setfill('0') << code;
+        output.flags(flags);
     }
-    const std::ios::fmtflags flags = output.flags();
-    output << "\\u" << std::hex << std::setw(4) << std::setfill('0') << code;
-    output.flags(flags);
 }
 
 void PrintScalar(std::ostream& output, const msgpack::object& object) {
-    switch (object.type) {
-        case msgpack::type::NIL:
-            output << "null";
-            break;
-        case msgpack::type::BOOLEAN:
-            output << (object.via.boolean ? "true" : "false");
-            break;
-        case msgpack::type::POSITIVE_INTEGER:
-            output << object.via.u64;
-            break;
-        case msgpack::type::NEGATIVE_INTEGER:
-            output << object.via.i64;
-            break;
-        case msgpack::type::FLOAT32:
-        case msgpack::type::FLOAT64:
-            output << object.via.f64;
-            break;
-        case msgpack::type::STR:
-            output << '"';
-            for (std::uint32_t i = 0; i < object.via.str.size; ++i)
-                PrintByte(output, object.via.str.ptr[i]);
-            output << '"';
-            break;
-        case msgpack::type::BIN:
-            output << '"';
-            output.write(object.via.bin.ptr, object.via.bin.size);
-            output << '"';
-            break;
-        case msgpack::type::EXT:
-            output << "EXT";
-            break;
-        default:
-            output << "#<UNKNOWN " << static_cast<unsigned>(object.type) << '>';
-    }
+    namespace type = msgpack::type;
+    const auto kind = object.type;
+    if (kind == type::NIL) output << "null";
+    if (kind == type::BOOLEAN) output << (object.via.boolean ? "true" : "false");
+    if (kind == type::POSITIVE_INTEGER) output << object.via.u64;
+    if (kind == type::NEGATIVE_INTEGER) output << object.via.i64;
+    if (kind == type::FLOAT32 || kind == type::FLOAT64) output << object.via.f64;
+    if (kind == type::EXT) output << "EXT";
+    if (kind != type::STR && kind != type::BIN) return;
+    output << '"';
+    if (kind == type::BIN) output.write(object.via.bin.ptr, object.via.bin.size);
+    for (std::uint32_t i = 0; kind == type::STR && i < object.via.str.size; ++i)
+        PrintByte(output, object.via.str.ptr[i]);
+    output << '"';
 }
 
 /// True if the bytes between two quotation marks are one JSON string and nothing else.
@@ -132,6 +88,85 @@ struct WalkingVisitor : msgpack::null_visitor {
     }
 };
 
+/// What a print has met.
+struct Printed {
+    std::size_t depth = 0;
+    bool isIntact = true;  // each `bin` is a JSON string between its two quotation marks
+};
+
+/// Prints `object` as the stream's own state wants its floats. Text is escaped, `bin` is not.
+Printed PrintObject(std::ostream& output, const msgpack::object& root) {
+    Printed printed;
+    std::vector<OpenObject> open;
+    const msgpack::object* object = &root;
+    for (;;) {
+        if (IsContainer(*object)) {
+            open.push_back({object, 0});
+            printed.depth = std::max(printed.depth, open.size());
+            output << (open.back().IsMap() ? '{' : '[');
+        } else {
+            PrintScalar(output, *object);
+            if (object->type == msgpack::type::BIN &&
+                !IsJsonString(object->via.bin.ptr, object->via.bin.size))
+                printed.isIntact = false;
+        }
+        while (!open.empty() && open.back().next == open.back().Count()) {
+            output << (open.back().IsMap() ? '}' : ']');
+            open.pop_back();
+        }
+        if (open.empty()) return printed;
+        OpenObject& container = open.back();
+        if (container.IsMap() && container.next % 2 == 1)
+            output << ':';
+        else if (container.next > 0)
+            output << ", ";
+        object = &container.Take();
+    }
+}
+
+/// Unpacks the object at the start of `length` bytes and says in `taken` how many it took.
+///
+/// msgpack allocates what an array declares before it looks for the elements. No object can hold
+/// more elements or bytes than there are bytes left, so that is the limit set for it; past the
+/// limit, the bytes are walked without keeping them, to raise what they would have raised.
+msgpack::object_handle Unpack(const char* bytes, std::size_t length, std::size_t& taken) {
+    bool referenced = false;
+    taken = 0;
+    try {
+        return msgpack::unpack(bytes, length, taken, referenced, nullptr, nullptr,
+                               msgpack::unpack_limit(length, length));
+    } catch (const msgpack::size_overflow&) {
+        WalkingVisitor visitor;
+        std::size_t offset = 0;
+        msgpack::parse(bytes, length, offset, visitor);
+        throw;
+    }
+}
+
+/// The value of `object` in `allocator`; null for whatever does not print as JSON.
+rapidjson::Value ObjectToJson(const msgpack::object& object, TextRoad::Allocator& allocator) {
+    std::stringstream stream;
+    stream << std::fixed << std::setprecision(2);
+    const Printed printed = PrintObject(stream, object);
+    if (!printed.isIntact) return rapidjson::Value();
+    const std::string text = stream.str();
+
+    rapidjson::Document document(&allocator);
+    if (printed.depth <= kRecursiveDepth)
+        document.Parse(text.c_str());
+    else
+        document.Parse<rapidjson::kParseIterativeFlag>(text.c_str());
+    rapidjson::Value value;
+    value.Swap(document);
+    return value;
+}
+
+template <typename List, typename Action>
+void ForEach(List& list, const Action& action) {
+    for (auto it = list.begin(), end = list.end(); !it.isEqual(end); it.increment())
+        action(it.deref());
+}
+
 rapidjson::Value CopiedText(const std::string& text, TextRoad::Allocator& allocator) {
     return rapidjson::Value(text.c_str(), allocator);  // up to a first zero byte
 }
@@ -140,53 +175,55 @@ rapidjson::Value ValueAt(const char* buf, int len, const vxJson::Value& offset,
                          TextRoad::Allocator& allocator) {
     const std::int64_t at = offset.asInt();
     if (at < 0 || at > len) throw msgpack::insufficient_bytes("insufficient bytes");
-    std::size_t taken = 0;
+    std::size_t taken;
     const msgpack::object_handle handle =
-        TextRoad::Unpack(buf + at, static_cast<std::size_t>(len - at), taken);
-    return TextRoad::ObjectToJson(handle.get(), allocator);
+        Unpack(buf + at, static_cast<std::size_t>(len - at), taken);
+    return ObjectToJson(handle.get(), allocator);
 }
 
-rapidjson::Value GetTableData(const vxJson::Value& selection, const vxJson::Value& children,
+/// The type and name of an item and, unless it is a table, its value.
+rapidjson::Value ElementOf(const vxJson::Value& item, const std::string& name,
+                           const vxJson::Value& offsets, const char* buf, int len,
+                           TextRoad::Allocator& allocator) {
+    const int type = item["type"].asInt();
+    const int index = item["index"].asInt();
+    rapidjson::Value element(rapidjson::kObjectType);
+    element.AddMember("type", type, allocator);
+    element.AddMember("name", CopiedText(name, allocator), allocator);
+    if (type != kTableType)
+        element.AddMember("value", ValueAt(buf, len, offsets[index], allocator), allocator);
+    return element;
+}
+
+/// The elements of a table's columns or attributes; a null `selection` becomes one of all names.
+rapidjson::Value GetTableData(vxJson::Value& selection, const vxJson::Value& children,
                               const vxJson::Value& offsets, const char* buf, int len,
                               TextRoad::Allocator& allocator) {
+    if (selection.isNull()) {
+        ForEach(children, [&](const vxJson::Value& child) {
+            if (child["name"].isString()) selection.append(child["name"]);
+        });
+    }
     rapidjson::Value result(rapidjson::kArrayType);
     if (!selection.isArray()) return result;
-    for (auto it = selection.begin(), end = selection.end(); !it.isEqual(end); it.increment()) {
-        const std::string name = it.deref().asString();
+    ForEach(selection, [&](const vxJson::Value& entry) {
+        const std::string name = entry.asString();
         const vxJson::Value* child = TextRoad::GetChildItemByName(name, children);
-        if (child == nullptr) continue;
-        const int type = (*child)["type"].asInt();
-        const int index = (*child)["index"].asInt();
-        rapidjson::Value element(rapidjson::kObjectType);
-        element.AddMember("type", type, allocator);
-        element.AddMember("name", CopiedText(name, allocator), allocator);
-        if (type != kTableType)
-            element.AddMember("value", ValueAt(buf, len, offsets[index], allocator), allocator);
-        result.PushBack(element, allocator);
-    }
+        if (child == nullptr) return;
+        result.PushBack(ElementOf(*child, name, offsets, buf, len, allocator), allocator);
+    });
     return result;
 }
 
-void AppendNames(const vxJson::Value& children, vxJson::Value& selection) {
-    for (auto it = children.begin(), end = children.end(); !it.isEqual(end); it.increment()) {
-        const vxJson::Value& child = it.deref();
-        if (child["name"].isString()) selection.append(child["name"]);
-    }
-}
-
 vxJson::Value EverythingIn(const vxJson::Value& schema) {
-    vxJson::Value selection(static_cast<vxJson::ValueType>(0), false);
-    for (auto it = schema.begin(), end = schema.end(); !it.isEqual(end); it.increment()) {
-        const vxJson::Value& item = it.deref();
-        if (!item["name"].isString()) continue;
-        if (item["column"].isArray()) {
-            vxJson::Value entry(static_cast<vxJson::ValueType>(0), false);
-            entry["table"] = item["name"];
-            selection.append(entry);
-        } else {
+    vxJson::Value selection;
+    ForEach(schema, [&](const vxJson::Value& item) {
+        if (!item["name"].isString()) return;
+        if (item["column"].isArray())
+            selection.append(vxJson::Value())["table"] = item["name"];
+        else
             selection.append(item["name"]);
-        }
-    }
+    });
     return selection;
 }
 
@@ -232,89 +269,19 @@ void RenameTable(const std::map<DDKey, DDKey>& inverse, const std::string& parse
 
 }  // namespace
 
-Printed PrintObject(std::ostream& output, const msgpack::object& root) {
-    Printed printed;
-    std::vector<OpenObject> open;
-    const msgpack::object* object = &root;
-    for (;;) {
-        if (IsContainer(*object)) {
-            open.push_back({object, 0});
-            printed.depth = std::max(printed.depth, open.size());
-            output << (open.back().IsMap() ? '{' : '[');
-        } else {
-            PrintScalar(output, *object);
-            if (object->type == msgpack::type::BIN &&
-                !IsJsonString(object->via.bin.ptr, object->via.bin.size))
-                printed.isIntact = false;
-        }
-        while (!open.empty() && open.back().next == open.back().Count()) {
-            output << (open.back().IsMap() ? '}' : ']');
-            open.pop_back();
-        }
-        if (open.empty()) return printed;
-        OpenObject& container = open.back();
-        if (container.IsMap() && container.next % 2 == 1)
-            output << ':';
-        else if (container.next > 0)
-            output << ", ";
-        object = &container.Take();
-    }
-}
-
-msgpack::object_handle TextRoad::Unpack(const char* bytes, std::size_t length, std::size_t& taken) {
-    bool referenced = false;
-    taken = 0;
-    try {
-        return msgpack::unpack(bytes, length, taken, referenced, nullptr, nullptr,
-                               msgpack::unpack_limit(length, length));
-    } catch (const msgpack::size_overflow&) {
-        WalkingVisitor visitor;
-        std::size_t offset = 0;
-        msgpack::parse(bytes, length, offset, visitor);
-        throw;
-    }
-}
-
-rapidjson::Value TextRoad::ObjectToJson(const msgpack::object& object, Allocator& allocator) {
-    std::stringstream stream;
-    stream << std::fixed << std::setprecision(2);
-    const Printed printed = PrintObject(stream, object);
-    if (!printed.isIntact) return rapidjson::Value();
-    const std::string text = stream.str();
-
-    rapidjson::Document document(&allocator);
-    if (printed.depth <= kRecursiveDepth)
-        document.Parse(text.c_str());
-    else
-        document.Parse<rapidjson::kParseIterativeFlag>(text.c_str());
-    rapidjson::Value value;
-    value.Swap(document);
-    return value;
-}
-
 bool TextRoad::GetBinaryDataInfo(const std::string& blob, std::string& name, vxJson::Value& schema,
                                  int& offset) {
     const char* bytes = blob.data();
-    std::size_t taken = 0;
+    std::size_t taken;
     if (Unpack(bytes, blob.size(), taken).get().as<std::int32_t>() != 1) return false;
     std::size_t at = taken;
 
-    {
-        const msgpack::object_handle handle = Unpack(bytes + at, blob.size() - at, taken);
-        const msgpack::object& object = handle.get();
-        if (object.type == msgpack::type::STR)
-            name = std::string(object.via.str.ptr, object.via.str.size);
-        else if (object.type == msgpack::type::BIN)
-            name = std::string(object.via.bin.ptr, object.via.bin.size);
-        else
-            throw msgpack::type_error();
-    }
+    name = Unpack(bytes + at, blob.size() - at, taken).get().as<std::string>();  // str or bin
     at += taken;
 
     const msgpack::object_handle handle = Unpack(bytes + at, blob.size() - at, taken);
     std::stringstream stream;
     PrintObject(stream, handle.get());
-    stream.seekg(0);
     vxJson::Reader reader;
     reader.parse(stream, schema, true);
     offset = static_cast<std::int32_t>(static_cast<std::uint32_t>(at + taken));
@@ -324,10 +291,8 @@ bool TextRoad::GetBinaryDataInfo(const std::string& blob, std::string& name, vxJ
 const vxJson::Value* TextRoad::GetChildItemByName(const std::string& name,
                                                   const vxJson::Value& list) {
     if (!list.isArray()) return nullptr;
-    for (auto it = list.begin(), end = list.end(); !it.isEqual(end); it.increment()) {
-        const vxJson::Value& item = it.deref();
-        if (item["name"].asString() == name) return &item;
-    }
+    for (auto it = list.begin(), end = list.end(); !it.isEqual(end); it.increment())
+        if (it.deref()["name"].asString() == name) return &it.deref();
     return nullptr;
 }
 
@@ -341,42 +306,25 @@ bool TextRoad::ParseBinaryDataToJson(const char* buf, int len, const vxJson::Val
 
     out.SetArray();
     Allocator& allocator = out.GetAllocator();
-    for (auto it = selection.begin(), end = selection.end(); !it.isEqual(end); it.increment()) {
-        vxJson::Value& entry = it.deref();
+    ForEach(selection, [&](vxJson::Value& entry) {
         std::string name = entry.isObject() ? entry["table"].asString() : entry.asString();
         if (name[0] == '$') name.erase(0, 1);
         const vxJson::Value* item = GetChildItemByName(name, schema);
-        if (item == nullptr) continue;
-        const int type = (*item)["type"].asInt();
-        const int index = (*item)["index"].asInt();
-
-        rapidjson::Value element(rapidjson::kObjectType);
-        element.AddMember("type", type, allocator);
-        element.AddMember("name", CopiedText(name, allocator), allocator);
-        if (type != kTableType) {
-            element.AddMember("value", ValueAt(buf, len, offsets[index], allocator), allocator);
-        } else {
-            const vxJson::Value& inner = offsets[index];
-            const vxJson::Value& columns = (*item)["column"];
-            vxJson::Value& columnSelection = entry["column"];
-            if (columnSelection.isNull()) AppendNames(columns, columnSelection);
-            element.AddMember("column",
-                              GetTableData(columnSelection, columns, inner, buf, len, allocator),
-                              allocator);
+        if (item == nullptr) return;
+        rapidjson::Value element = ElementOf(*item, name, offsets, buf, len, allocator);
+        if (element["type"] == kTableType) {
+            const vxJson::Value& inner = offsets[(*item)["index"].asInt()];
+            const auto children = [&](const char* key) {
+                return GetTableData(entry[key], (*item)[key], inner, buf, len, allocator);
+            };
+            element.AddMember("column", children("column"), allocator);
             element.AddMember("hashSort", (*item)["hashSort"].asBool(), allocator);
-            element.AddMember("hashColumns",
-                              CopiedText((*item)["hashColumns"].toString(false), allocator),
-                              allocator);
-            const vxJson::Value& attributes = (*item)["attributes"];
-            vxJson::Value& attributeSelection = entry["attributes"];
-            if (attributeSelection.isNull()) AppendNames(attributes, attributeSelection);
-            element.AddMember(
-                "attributes",
-                GetTableData(attributeSelection, attributes, inner, buf, len, allocator),
-                allocator);
+            const std::string hashColumns = (*item)["hashColumns"].toString(false);
+            element.AddMember("hashColumns", CopiedText(hashColumns, allocator), allocator);
+            element.AddMember("attributes", children("attributes"), allocator);
         }
         out.PushBack(element, allocator);
-    }
+    });
     return true;
 }
 

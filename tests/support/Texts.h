@@ -5,6 +5,7 @@
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
 
+#include <cstdint>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -37,5 +38,12 @@ inline std::string Hex(const std::string& digits) {
         bytes += static_cast<char>(std::stoi(pair, nullptr, 16));
         pair.clear();
     }
+    return bytes;
+}
+
+/// The lowest `count` bytes of a number, the highest of them first.
+inline std::string BigEndian(std::uint64_t number, int count) {
+    std::string bytes;
+    while (count-- > 0) bytes += static_cast<char>(number >> (8 * count));
     return bytes;
 }
