@@ -15,6 +15,7 @@
 /// Thread rule: none of its own; an object belongs to one thread at a time.
 class DATAENGINE_EXPORT IJsonSerialize {
   public:
+    /// Objects may be deleted through this interface.
     virtual ~IJsonSerialize() = default;
 
     /// Replaces the object's fields by what `source` holds.
@@ -24,9 +25,11 @@ class DATAENGINE_EXPORT IJsonSerialize {
     virtual bool SaveToJson(vxJson::Value& target) const = 0;
 
   protected:
+    /// For derived classes: the interface itself holds nothing. @{
     IJsonSerialize() = default;
     IJsonSerialize(const IJsonSerialize&) = default;
     IJsonSerialize(IJsonSerialize&&) = default;
     IJsonSerialize& operator=(const IJsonSerialize&) = default;
     IJsonSerialize& operator=(IJsonSerialize&&) = default;
+    /// @}
 };

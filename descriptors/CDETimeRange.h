@@ -16,7 +16,9 @@ class DATAENGINE_EXPORT CDETimeRange {
     /// The range between two times, given in either order.
     CDETimeRange(long long a, long long b) : startTime_(std::min(a, b)), endTime_(std::max(a, b)) {}
 
+    /// The earlier time, in milliseconds since the Unix epoch.
     long long GetStartTime() const { return startTime_; }
+    /// The later time, in milliseconds since the Unix epoch.
     long long GetEndTime() const { return endTime_; }
 
   private:

@@ -8,32 +8,45 @@
 
 /// Says which query an answer belongs to: day, device, type, name and parameter.
 ///
-/// A move leaves the source's texts empty and its day and parameter as they were.
+/// Setters copy; references that getters return lead into the object and live as long as it.
 ///
 /// Thread rule: an object belongs to one thread at a time.
 class DATAENGINE_EXPORT CDEQueryResultMetaDataOnly : public IJsonSerialize {
   public:
+    /// Empty texts and a null parameter.
     CDEQueryResultMetaDataOnly();
+    /// A move leaves the source's texts empty and its day and parameter as they were. An assignment
+    /// from itself changes nothing. @{
     CDEQueryResultMetaDataOnly(const CDEQueryResultMetaDataOnly&) = default;
     CDEQueryResultMetaDataOnly& operator=(const CDEQueryResultMetaDataOnly&) = default;
-    // Written out for the source's empty texts and kept parameter.
     CDEQueryResultMetaDataOnly(CDEQueryResultMetaDataOnly&& other);
     CDEQueryResultMetaDataOnly& operator=(CDEQueryResultMetaDataOnly&& other);
+    /// @}
 
+    /// The day of the data, stored unchecked. Set or load it before it is read. @{
     int GetDay() const { return day_; }
     void SetDay(int day) { day_ = day; }
+    /// @}
 
+    /// The name of the unit; empty for none. @{
     const std::string& GetName() const { return name_; }
     void SetName(const std::string& name) { name_ = name; }
+    /// @}
 
+    /// The parameter of the query. @{
     const vxJson::Value& GetParam() const { return param_; }
     void SetParam(const vxJson::Value& param) { param_ = param; }
+    /// @}
 
+    /// The device of the data. @{
     const std::string& GetDeviceId() const { return deviceId_; }
     void SetDeviceId(const std::string& deviceId) { deviceId_ = deviceId; }
+    /// @}
 
+    /// The type of the data. @{
     const std::string& GetType() const { return type_; }
     void SetType(const std::string& type) { type_ = type; }
+    /// @}
 
     /// Writes what the answer belongs to: as SaveToJson, but "name" only where it is not empty, so
     /// that a "name" already in `out` stays. Returns true.

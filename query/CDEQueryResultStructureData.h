@@ -23,30 +23,44 @@
 class DATAENGINE_EXPORT CDEQueryResultStructureData : public IJsonSerialize {
   public:
     CDEQueryResultStructureData() = default;
+    /// Not copied: the document isn't. @{
     CDEQueryResultStructureData(const CDEQueryResultStructureData&) = delete;
     CDEQueryResultStructureData& operator=(const CDEQueryResultStructureData&) = delete;
-    // Written out for the source's empty error text.
+    /// @}
+    /// Takes the document with its pool, and the error text. @{
     CDEQueryResultStructureData(CDEQueryResultStructureData&& other);
     CDEQueryResultStructureData& operator=(CDEQueryResultStructureData&& other);
+    /// @}
 
+    /// The document, for the decoder and for work with rapidjson; its allocator is its own. The
+    /// references are into the object. @{
     rapidjson::Document& GetData() { return data_; }
     const rapidjson::Document& GetData_RO() const { return data_; }
+    /// @}
 
+    /// The time of the data, in milliseconds since the Unix epoch. @{
     long long GetTime() const { return time_; }
     void SetTime(long long time) { time_ = time; }
+    /// @}
 
+    /// The flag word; nothing tests it. @{
     int GetFlag() const { return flag_; }
     void SetFlag(int flag) { flag_ = flag; }
+    /// @}
 
-    /// The error text stays here: it is in no JSON form.
+    /// The error text stays here: it is in no JSON form. @{
     const std::string& GetErrorLog() const { return errorLog_; }
     void SetErrorLog(const std::string& errorLog) { errorLog_ = errorLog; }
+    /// @}
 
+    /// The query that the document answers. The references are into the object; the setter copies.
+    /// @{
     const CDEQueryResultMetaDataOnly& GetResultMetaDataOnly() const { return resultMetaDataOnly_; }
     CDEQueryResultMetaDataOnly& Get_mutable_ResultMetaDataOnly() { return resultMetaDataOnly_; }
     void SetResultMetaDataOnly(const CDEQueryResultMetaDataOnly& resultMetaDataOnly) {
         resultMetaDataOnly_ = resultMetaDataOnly;
     }
+    /// @}
 
     /// Reads "time", "data", "flag" and "resultMetaDataOnly", whose object stays as it was if the
     /// key is absent or null. Returns true also if the text under "data", which ends at its first

@@ -41,8 +41,10 @@ class DATAENGINE_EXPORT CDEDataBase {
     /// name stays as it is.
     CDEDataBase(const CDeviceIdentifier& id, EnumDEDataType type);
 
+    /// Not copied and not moved: a record is handed on by reference. @{
     CDEDataBase(const CDEDataBase&) = delete;
     CDEDataBase& operator=(const CDEDataBase&) = delete;
+    /// @}
 
     virtual ~CDEDataBase();
 
@@ -100,25 +102,31 @@ class DATAENGINE_EXPORT CDEDataBase {
     /// `id` is not looked at.
     void SetDevId(const CDeviceIdentifier& id) { deviceIdentifier_ = id; }
 
+    /// Replaces the device's domain by a copy of `domain`.
     void SetDomain(const CVXDomain& domain) { deviceIdentifier_.SetDomain(domain); }
 
     /// The name of the database of the device's domain.
     std::string GetDomainDBName() { return deviceIdentifier_.GetDomain().GetDomainDBName(); }
 
+    /// What the record holds: part of its keys and views. @{
     EnumDEDataType GetType() const { return type_; }
     void SetType(EnumDEDataType type) { type_ = type; }
+    /// @}
 
-    /// The record's time, in the unit of TimerHelper.
+    /// The record's time, in the unit of TimerHelper. @{
     long long GetTime() { return time_; }
     void SetTime(long long time) { time_ = time; }
+    /// @}
 
     /// The day of the month of the record's time, 1 to 31, in UTC.
     int GetDay();
 
+    /// A further time, kept for the caller; it is in no view. @{
     long long GetRealDataTime() { return realDataTime_; }
     void SetRealDataTime(long long time) { realDataTime_ = time; }
+    /// @}
 
-    /// The tasks behind the record.
+    /// The tasks behind the record. The reference is into the record.
     const std::vector<CDETaskInfo>& GetTaskInfo() const { return taskInfo_; }
 
     /// Copies `taskInfo`, which is left as it is.
@@ -130,42 +138,63 @@ class DATAENGINE_EXPORT CDEDataBase {
     /// Whether at least one task is shared, that is, not on demand.
     bool HadSharedTask() const;
 
+    /// The caller's flag word; in the full view alone. @{
     int GetFlag() { return flag_; }
     void SetFlag(int flag) { flag_ = flag; }
+    /// @}
 
+    /// Where the data came from, kept for the caller; it is in no view. @{
     EnumDEDataSource GetDataSource() { return dataSource_; }
     void SetDataSource(EnumDEDataSource source) { dataSource_ = source; }
+    /// @}
 
-    /// The payload, as bytes. The references are into the record.
+    /// The payload, as bytes. The references are into the record. @{
     std::string& GetData() { return data_; }
     const std::string& GetData() const { return data_; }
     void SetData(const std::string& data) { data_ = data; }
+    /// @}
 
+    /// A key for the caller; empty if the record needs no trigger. The getter gives a copy. @{
     std::string GetTriggerKey() { return triggerKey_; }
     void SetTriggerKey(const std::string& key) { triggerKey_ = key; }
+    /// @}
 
     /// Whether a trigger key is set.
     bool IsNeedTrigger() { return !triggerKey_.empty(); }
 
-    /// The whole error text, however long.
+    /// The whole error text, however long; the getter gives a copy. @{
     std::string GetErrorLog() { return errorLog_; }
     void SetErrorLog(const std::string& log) { errorLog_ = log; }
+    /// @}
 
+    /// The record's parameters, null at first. The reference is into the record; the setter copies.
+    /// @{
     const vxJson::Value& GetParam() const { return param_; }
     void SetParam(const vxJson::Value& param) { param_ = param; }
+    /// @}
 
+    /// Further properties, null at first: "props" in the views. The references are into the record.
+    /// @{
     vxJson::Value& GetProperties() { return properties_; }
     const vxJson::Value& GetProperties() const { return properties_; }
     void SetProperties(const vxJson::Value& properties) { properties_ = properties; }
+    /// @}
 
+    /// Whether to update the data's status, kept for the caller; true at first. @{
     bool GetIsUpdateDataStatus() { return isUpdateDataStatus_; }
     void SetIsUpdateDataStatus(bool update) { isUpdateDataStatus_ = update; }
+    /// @}
 
+    /// An alert, kept for the caller; it is in no view. The reference is into the record. @{
     const std::string& GetGBAlert() { return gbAlert_; }
     void SetGBAlert(const std::string& alert) { gbAlert_ = alert; }
+    /// @}
 
+    /// An alert's JSON, kept for the caller; it is in no view. The reference is into the record;
+    /// the setter copies `json`, which is left as it is. @{
     vxJson::Value& GetJsonForGBAlert() { return jsonForGBAlert_; }
     void SetJsonForGBAlert(vxJson::Value& json) { jsonForGBAlert_ = json; }
+    /// @}
 
   private:
     void SettleIdentity();

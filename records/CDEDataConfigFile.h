@@ -18,8 +18,10 @@ class DATAENGINE_EXPORT CDEDataConfigFile : public CDEDataBase {
 
     /// The checksum given to SetDataMD5, whatever the type and the data are; empty until then.
     std::string GetDataMD5() override;
+    /// Sets the checksum that GetDataMD5 gives.
     void SetDataMD5(const std::string& checksum) { dataMD5_ = checksum; }
 
+    /// The same as CDEDataBase::SetData.
     void SetData(const std::string& data) { CDEDataBase::SetData(data); }
 
   private:

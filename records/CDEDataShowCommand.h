@@ -17,6 +17,7 @@ class DATAENGINE_EXPORT CDEDataShowCommand : public CDEDataBase {
 
     /// The command line.
     std::string GetName() const override;
+    /// Replaces the command line.
     void SetCommand(const std::string& command) { command_ = command; }
 
   private:

@@ -22,6 +22,7 @@ class DATAENGINE_EXPORT CDEDataStructureData : public CDEDataBase {
 
     /// The location.
     std::string GetName() const override;
+    /// Replaces the location.
     void SetLocation(const std::string& location) { location_ = location; }
 
   private:

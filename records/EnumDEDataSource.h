@@ -4,5 +4,5 @@
 /// any of them, and gives a meaning only to the default. The underlying type is fixed, so every
 /// 32-bit number is a legal value.
 enum EnumDEDataSource : int {
-    DEDataSourceUnset = -1,
+    DEDataSourceUnset = -1,  ///< The source of a new record.
 };

@@ -5,7 +5,7 @@
 /// The underlying type is fixed, so a number without an enumerator is a legal value; its text is
 /// "none".
 enum EnumDEDataType : int {
-    DEDataTypeNone = 0,
+    DEDataTypeNone = 0,       ///< Not said; the type of a new record.
     DEDataTypeConfig = 1,     ///< A configuration file.
     DEDataTypeCmd = 2,        ///< The output of a command.
     DEDataTypeSysTable = 3,   ///< A system table; its data checksum is set from outside.

@@ -8,7 +8,9 @@
 /// Thread rule: an object belongs to one thread at a time.
 class DATAENGINE_EXPORT CDataEngineCleanRemove : public IJsonSerialize {
   public:
+    /// Whether the rule is in force.
     bool GetChecked() const { return checked_; }
+    /// For how many months data is kept.
     int GetKeepMonth() const { return keepMonth_; }
 
     /// Reads "checked" and "keepMonth".

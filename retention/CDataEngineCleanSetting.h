@@ -10,7 +10,9 @@
 /// Thread rule: an object belongs to one thread at a time.
 class DATAENGINE_EXPORT CDataEngineCleanSetting : public IJsonSerialize {
   public:
+    /// The rule that thins out. The reference is into the object and shows later loads.
     const CDataEngineCleanShrink& GetShrink() const { return shrink_; }
+    /// The rule that removes. The reference is into the object and shows later loads.
     const CDataEngineCleanRemove& GetRemove() const { return remove_; }
 
     /// Reads "shrink" and "remove"; an absent one resets its rule.

@@ -8,8 +8,11 @@
 /// Thread rule: an object belongs to one thread at a time.
 class DATAENGINE_EXPORT CDataEngineCleanShrink : public IJsonSerialize {
   public:
+    /// Whether the rule is in force.
     bool GetChecked() const { return checked_; }
+    /// For how many months data is kept.
     int GetKeepMonth() const { return keepMonth_; }
+    /// How many pieces of data are kept.
     int GetKeepCount() const { return keepCount_; }
 
     /// Reads "checked", "keepMonth" and "keepCount".

@@ -19,10 +19,15 @@
 /// and Size read only, although they are not const.
 class DATAENGINE_EXPORT CVariableMapping {
   public:
+    /// No keys.
     CVariableMapping() = default;
+
+    /// Copies the whole map.
     CVariableMapping(const std::map<DDKey, std::vector<DDKey>>& mapping) : mapping_(mapping) {}
+    /// A deep copy. @{
     CVariableMapping(const CVariableMapping&) = default;
     CVariableMapping& operator=(const CVariableMapping&) = default;
+    /// @}
 
     /// Adds `var` behind the variables of `key`, which is created if it is not there.
     void AddMappingVar(const DDKey& key, const DDKey& var);
@@ -42,6 +47,7 @@ class DATAENGINE_EXPORT CVariableMapping {
     /// The number of keys, not of mapped variables.
     std::uint32_t Size() { return static_cast<std::uint32_t>(mapping_.size()); }
 
+    /// Removes every key.
     void Clear() { mapping_.clear(); }
 
   private:

@@ -18,11 +18,16 @@ class CDEStructureDataHelper;
 /// writes.
 class DATAENGINE_EXPORT DDKey {
   public:
+    /// Two empty texts.
     DDKey() = default;
+
+    /// Copies both texts.
     DDKey(const std::string& parserPath, const std::string& varFullName)
         : parserPath_(parserPath), varFullName_(varFullName) {}
+    /// Copies both texts. @{
     DDKey(const DDKey&) = default;
     DDKey& operator=(const DDKey&) = default;
+    /// @}
 
     /// Orders by parser path and, where these are equal, by full name; both as unsigned bytes, a
     /// prefix before the longer text.
@@ -31,7 +36,9 @@ class DATAENGINE_EXPORT DDKey {
         return order != 0 ? order < 0 : varFullName_ < other.varFullName_;
     }
 
+    /// A copy of the path of the parser.
     std::string GetParserPath() const { return parserPath_; }
+    /// A copy of the full name of the variable in that parser.
     std::string GetVarFullName() const { return varFullName_; }
 
   private:

@@ -16,21 +16,31 @@
 /// Thread rule: an object belongs to one thread at a time.
 class DATAENGINE_EXPORT ParserPriorityDAO {
   public:
+    /// An empty path, time stamp 0 and the largest place.
     ParserPriorityDAO() = default;
+
+    /// Copies every field. @{
     ParserPriorityDAO(const ParserPriorityDAO&) = default;
     ParserPriorityDAO& operator=(const ParserPriorityDAO&) = default;
+    /// @}
 
     /// Reads "devType", "path", "ts" and "order", all numbers as 32 bits. Returns true.
     bool LoadFromJson(const vxJson::Value& source);
 
+    /// The device type. Load it before it is read.
     int GetDevType() const { return devType_; }
 
+    /// The path of the parser; the getter gives a copy. @{
     std::string GetParserPath() const { return parserPath_; }
     void SetParserPath(const std::string& parserPath) { parserPath_ = parserPath; }
+    /// @}
 
+    /// The time stamp of the document; a load gives it 32 bits, sign-extended. @{
     long long GetTimeStamp() const { return timeStamp_; }
     void SetTimeStamp(long long timeStamp) { timeStamp_ = timeStamp; }
+    /// @}
 
+    /// The place of the parser in the order of its device type.
     std::uint32_t GetOrder() const { return order_; }
 
   private:

@@ -11,9 +11,11 @@ class VXUTIL_EXPORT CVXDomain {
   public:
     /// No domain: an empty name.
     CVXDomain() = default;
+
+    /// The domain whose data is in the database of this name.
     explicit CVXDomain(const std::string& domainDBName);
 
-    /// Valid while the domain lives and isn't assigned to.
+    /// The name of the database. Valid while the domain lives and isn't assigned to.
     const std::string& GetDomainDBName() const noexcept { return domainDBName_; }
 
   private:

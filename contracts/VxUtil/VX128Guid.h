@@ -18,14 +18,17 @@ class VXUTIL_EXPORT VX128Guid {
     /// on any other text.
     explicit VX128Guid(const std::string& text);
 
+    /// True unless all bytes are zero.
     bool IsValid() const noexcept { return *this != VX128Guid(); }
 
     /// The identifier in lower-case hexadecimal digits: 8-4-4-4-12 with true, 32 digits without
     /// hyphens with false. An invalid one gives zeros.
     std::string ToUUIDString(bool hyphens) const;
 
+    /// Whether the bytes are equal. @{
     bool operator==(const VX128Guid& other) const noexcept { return bytes_ == other.bytes_; }
     bool operator!=(const VX128Guid& other) const noexcept { return bytes_ != other.bytes_; }
+    /// @}
 
     /// The order of the texts.
     bool operator<(const VX128Guid& other) const noexcept { return bytes_ < other.bytes_; }

@@ -78,6 +78,7 @@ class VXUTIL_EXPORT Value {
 
     /// A string or, with 110, a binary value of these bytes. Throws Error on any other kind.
     Value(const std::string& bytes, ValueType type);
+    /// The same for the bytes up to the first zero byte.
     Value(const char* bytes, ValueType type) : Value(std::string(bytes), type) {}
 
     /// A binary value of exactly `length` bytes. Throws Error if `length` is negative.
@@ -89,6 +90,7 @@ class VXUTIL_EXPORT Value {
         plain_.signedNumber = static_cast<std::int64_t>(time);
     }
 
+    /// A bool, a double or an integer. @{
     Value(bool value) noexcept : tag_(Tag::boolean), plain_() { plain_.boolean = value; }
     Value(double value) noexcept : tag_(Tag::real), plain_() { plain_.real = value; }
     Value(int value) noexcept : Value(static_cast<long long>(value)) {}
@@ -104,9 +106,12 @@ class VXUTIL_EXPORT Value {
     Value(unsigned long long value) noexcept : tag_(Tag::natural), plain_() {
         plain_.unsignedNumber = value;
     }
+    /// @}
+    /// A string of these bytes; a `const char*` ends at its first zero byte. @{
     Value(const char* text) : Value(std::string(text)) {}
     Value(const std::string& text) : Value(std::string(text)) {}
     Value(std::string&& text) noexcept : tag_(Tag::string), text_(std::move(text)) {}
+    /// @}
 
     // No pointer but a text may turn into a bool, and no kind into an integer.
     template <class T, std::enable_if_t<!std::is_same_v<std::remove_cv_t<T>, char>, int> = 0>
@@ -120,6 +125,7 @@ class VXUTIL_EXPORT Value {
     /// Takes over what `other` holds and leaves it null.
     Value(Value&& other) noexcept : Value() { Take(other); }
 
+    /// Releases all that the value holds. Needs no memory and no recursion.
     ~Value() {
         if (HoldsText()) {
             text_.~basic_string();
@@ -128,6 +134,7 @@ class VXUTIL_EXPORT Value {
         }
     }
 
+    /// Replaces kind and content. A move leaves `other` null. @{
     Value& operator=(const Value& other) { return *this = Value(other); }
     Value& operator=(Value&& other) noexcept;
     Value& operator=(bool value) noexcept { return *this = Value(value); }
@@ -141,19 +148,22 @@ class VXUTIL_EXPORT Value {
     Value& operator=(const char* text) { return *this = Value(text); }
     Value& operator=(const std::string& text) { return *this = Value(text); }
     Value& operator=(std::string&& text) noexcept { return *this = Value(std::move(text)); }
+    /// @}
     template <class T, std::enable_if_t<!std::is_same_v<std::remove_cv_t<T>, char>, int> = 0>
     Value& operator=(T*) = delete;
     Value& operator=(std::nullptr_t) = delete;
     Value& operator=(ValueType) = delete;
 
     /// The member for `key`, added as null if it is absent; a null value becomes an object first.
-    /// Throws Error on a value that is neither null nor an object. Logarithmic.
+    /// Throws Error on a value that is neither null nor an object. Logarithmic. @{
     Value& operator[](const char* key) { return Member(key); }
     Value& operator[](const std::string& key) { return Member(key); }
+    /// @}
 
-    /// The member for `key`, or the null value if there is none, whatever the kind. Logarithmic.
+    /// The member for `key`, or the null value if there is none, whatever the kind. Logarithmic. @{
     const Value& operator[](const char* key) const noexcept { return Find(key); }
     const Value& operator[](const std::string& key) const noexcept { return Find(key); }
+    /// @}
 
     /// The element at `index`. An array that is too short is filled up with nulls, and a null value
     /// becomes an array first. Throws Error if `index` is negative, and on a value that is neither
@@ -182,11 +192,14 @@ class VXUTIL_EXPORT Value {
     const std::string& asBinary() const;
     /// @}
 
+    /// The kind of the value.
     ValueType type() const noexcept;
+    /// Whether the value is of this kind. Null is no array and no object. @{
     bool isNull() const noexcept { return tag_ == Tag::null; }
     bool isString() const noexcept { return tag_ == Tag::string; }
     bool isArray() const noexcept { return tag_ == Tag::array; }
     bool isObject() const noexcept { return tag_ == Tag::object; }
+    /// @}
 
     /// True for null and for an array or object without members; false for all else, "" included.
     bool empty() const noexcept { return isNull() || ((isArray() || isObject()) && size() == 0); }
@@ -206,15 +219,17 @@ class VXUTIL_EXPORT Value {
     std::string toStyledString() const;
 
     /// A total order: by kind, then numbers by value, texts by bytes, arrays and objects element by
-    /// element. Consistent with ==.
+    /// element. Consistent with ==. @{
     bool operator<(const Value& other) const { return Compare(other) < 0; }
     bool operator==(const Value& other) const { return Compare(other) == 0; }
     bool operator!=(const Value& other) const { return Compare(other) != 0; }
+    /// @}
 
     /// Adds a value at the end and returns the new element. A null value becomes an array first.
-    /// Throws Error on a value that is neither null nor an array.
+    /// Throws Error on a value that is neither null nor an array. @{
     Value& append(const Value& value) { return append(Value(value)); }
     Value& append(Value&& value);
+    /// @}
 
     /// Numbers by themselves, since append(0) would otherwise be the null pointer below.
     template <class T, std::enable_if_t<std::is_arithmetic_v<T>, int> = 0>
@@ -227,11 +242,12 @@ class VXUTIL_EXPORT Value {
     Value* append(Value* value);
 
     /// A walk over the elements of an array, or over the members of an object in the order of their
-    /// keys. A walk over any other kind visits nothing. The value must not change meanwhile.
+    /// keys. A walk over any other kind visits nothing. The value must not change meanwhile. @{
     ValueIterator begin();
     ValueIterator end();
     ValueConstIterator begin() const;
     ValueConstIterator end() const;
+    /// @}
 
   private:
     friend struct detail::Slot;
@@ -309,11 +325,14 @@ class VXUTIL_EXPORT ValueIteratorBase {
   public:
     /// The element at this place, which must not be the end.
     Value& deref() const noexcept;
+    /// Goes on to the next place. Not from the end.
     void increment() noexcept;
+    /// Whether both are at the same place of one walk.
     bool isEqual(const ValueIteratorBase& other) const noexcept;
 
   protected:
     friend class Value;
+    /// The first place of a walk, or its end.
     ValueIteratorBase(const Value& value, bool atEnd) noexcept;
 
   private:
@@ -322,11 +341,13 @@ class VXUTIL_EXPORT ValueIteratorBase {
     void* place_ = nullptr;
 };
 
+/// What begin and end of a value give.
 class VXUTIL_EXPORT ValueIterator : public ValueIteratorBase {
     friend class Value;
     using ValueIteratorBase::ValueIteratorBase;
 };
 
+/// What begin and end of a const value give: its elements are not to be written to.
 class VXUTIL_EXPORT ValueConstIterator : public ValueIteratorBase {
     friend class Value;
     using ValueIteratorBase::ValueIteratorBase;
@@ -337,8 +358,10 @@ class VXUTIL_EXPORT ValueConstIterator : public ValueIteratorBase {
 /// Thread rule: a reader keeps nothing between calls.
 class VXUTIL_EXPORT Reader {
   public:
+    /// A reader without state. @{
     Reader() = default;
     ~Reader() = default;
+    /// @}
 
     /// Reads the rest of `input`, which must be one JSON text and nothing else but white space,
     /// into `root`. Returns false and leaves `root` null if it is not, or if the stream fails.
