@@ -11,6 +11,7 @@
 #include "records/CDEDataConfigFile.h"
 #include "records/CDEDataShowCommand.h"
 #include "records/CDEDataStructureData.h"
+#include "schema/StoreNames.h"
 #include "tests/support/Rows.h"
 #include "tests/support/Texts.h"
 
@@ -225,6 +226,18 @@ TEST(Records, HaveTheViewsThatStoresReceive) {
                                                            : DeviceData(record);
         EXPECT_EQ(view.toString(false), row.at(2)) << row[0] << " " << row[1];
     }
+}
+
+TEST(Records, HaveTheKeysOfTheStoredDeviceData) {
+    namespace names = StoreNames::DeviceData;
+    CDEDataBase record;
+    vxJson::Value expected;
+    for (const std::string& key :
+         {names::devId, names::devName, names::type, names::name, names::uploadDate, names::subName,
+          names::content, names::length}) {
+        expected[key] = DeviceData(record)[key];
+    }
+    EXPECT_EQ(DeviceData(record), expected);
 }
 
 TEST(Records, CutTheErrorLogOfTheViewAndLeaveAnEmptyParameterOut) {
