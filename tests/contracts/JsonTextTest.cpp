@@ -135,8 +135,14 @@ TEST(JsonText, IsAsDeepAsItGets) {
     }
 }
 
-class ThrowingBuffer : public std::streambuf {
+// Gives a whole text, of as many bytes as are read at once, and fails behind it.
+class FailingBuffer : public std::streambuf {
+  public:
+    FailingBuffer() { setg(text_.data(), text_.data(), text_.data() + text_.size()); }
+
+  private:
     int_type underflow() override { throw std::runtime_error("device gone"); }
+    std::string text_ = "[1]" + std::string(4093, ' ');
 };
 
 TEST(JsonText, ReadsTheRestOfAStream) {
@@ -149,7 +155,7 @@ TEST(JsonText, ReadsTheRestOfAStream) {
     stream.str("[1]");
     stream.clear(std::ios::failbit);
     EXPECT_FALSE(Parse(stream, value, false)) << "it had failed before";
-    ThrowingBuffer buffer;
+    FailingBuffer buffer;
     std::istream broken(&buffer);
     EXPECT_FALSE(Parse(broken, value, false)) << "it fails";
 }
