@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <fstream>
+#include <iterator>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -26,9 +27,15 @@ inline std::vector<std::vector<std::string>> Rows(const std::string& table) {
     return rows;
 }
 
+/// The bytes of a file; none if it can't be read.
+inline std::string FileText(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
 /// The table that a file holds.
 inline std::vector<std::vector<std::string>> RowsOf(const std::string& file) {
-    std::ostringstream table;
-    if (!(table << std::ifstream(file).rdbuf())) throw std::runtime_error("no table in " + file);
-    return Rows(table.str());
+    const std::string table = FileText(file);
+    if (table.empty()) throw std::runtime_error("no table in " + file);
+    return Rows(table);
 }
