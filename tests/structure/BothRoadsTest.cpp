@@ -101,4 +101,19 @@ TEST(BothRoads, DecodeTheSameSelections) {
     }
 }
 
+// More names than a table of the first size remembers, half of them twice, asked for in schema
+// order, backwards, and by an odd step.
+TEST(BothRoads, FindTheFirstOfEachNameAmongMany) {
+    constexpr int kItems = 150;
+    vxJson::Value schema, backwards, stepping;
+    for (int i = 0; i < kItems; ++i) {
+        schema[i]["name"] = "name" + std::to_string(i % 100);
+        schema[i]["type"] = 100 + i;
+        backwards[i] = "name" + std::to_string(kItems - i);
+        stepping[i] = "name" + std::to_string(7 * i % kItems);
+    }
+    for (const vxJson::Value& fields : {vxJson::Value(), backwards, stepping})
+        EXPECT_TRUE(SameDecodingOnBothRoads("\x01", schema, Json("[0]"), fields));
+}
+
 }  // namespace

@@ -291,8 +291,10 @@ bool TextRoad::GetBinaryDataInfo(const std::string& blob, std::string& name, vxJ
 const vxJson::Value* TextRoad::GetChildItemByName(const std::string& name,
                                                   const vxJson::Value& list) {
     if (!list.isArray()) return nullptr;
-    for (auto it = list.begin(), end = list.end(); !it.isEqual(end); it.increment())
-        if (it.deref()["name"].asString() == name) return &it.deref();
+    for (auto it = list.begin(), end = list.end(); !it.isEqual(end); it.increment()) {
+        const vxJson::Value& item = it.deref();
+        if (item["name"].asString() == name) return &item;
+    }
     return nullptr;
 }
 
