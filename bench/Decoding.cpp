@@ -14,7 +14,7 @@
 #include "bench/Cases.h"
 #include "structure/CDEStructureDataHelper.h"
 #include "tests/support/SameDocument.h"
-#include "tests/support/TextRoad.h"
+#include "tests/support/TextRoute.h"
 
 namespace {
 
@@ -40,7 +40,7 @@ void Library(benchmark::State& state, const SharedUnit& unit) {
 }
 
 void Text(benchmark::State& state, const SharedUnit& unit) {
-    DecodeUnit(state, *unit, TextRoad::ParseBinaryDataToJson);
+    DecodeUnit(state, *unit, TextRoute::ParseBinaryDataToJson);
 }
 
 void Unpack(benchmark::State& state, const SharedUnit& unit) {
@@ -98,8 +98,8 @@ void RequireSameDocuments(const Unit& unit) {
     rapidjson::Document library, text;
     CDEStructureDataHelper::ParseBinaryDataToJson(unit.payload.data(), unit.Length(), unit.schema,
                                                   unit.offsets, kEverything, library);
-    TextRoad::ParseBinaryDataToJson(unit.payload.data(), unit.Length(), unit.schema, unit.offsets,
-                                    kEverything, text);
+    TextRoute::ParseBinaryDataToJson(unit.payload.data(), unit.Length(), unit.schema, unit.offsets,
+                                     kEverything, text);
     const testing::AssertionResult same = SameDocument(library, text);
     if (!same) throw std::runtime_error(same.message());
 }

@@ -5,7 +5,7 @@
 #include "bench/BenchData.h"
 #include "bench/Cases.h"
 #include "structure/CDEStructureDataHelper.h"
-#include "tests/support/TextRoad.h"
+#include "tests/support/TextRoute.h"
 
 namespace {
 
@@ -27,7 +27,7 @@ void Library(benchmark::State& state) {
 }
 
 void Plain(benchmark::State& state) {
-    ReadHeader(state, TextRoad::GetBinaryDataInfo);
+    ReadHeader(state, TextRoute::GetBinaryDataInfo);
 }
 
 }  // namespace

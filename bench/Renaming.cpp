@@ -10,7 +10,7 @@
 
 #include "bench/Cases.h"
 #include "structure/CDEStructureDataHelper.h"
-#include "tests/support/TextRoad.h"
+#include "tests/support/TextRoute.h"
 
 namespace {
 
@@ -99,7 +99,7 @@ void Library(benchmark::State& state) {
 }
 
 void Plain(benchmark::State& state) {
-    RenameDocument(state, TextRoad::PostDataProcessing);
+    RenameDocument(state, TextRoute::PostDataProcessing);
 }
 
 }  // namespace

@@ -7,7 +7,7 @@
 #include "bench/BenchData.h"
 #include "bench/Cases.h"
 #include "structure/CDEStructureDataHelper.h"
-#include "tests/support/TextRoad.h"
+#include "tests/support/TextRoute.h"
 
 namespace {
 
@@ -42,7 +42,7 @@ void Last(benchmark::State& state, int items) {
 void PlainWalk(benchmark::State& state, int items) {
     const Unit unit = ScalarLeaves(items);
     const std::string name = LastOf(items);
-    for (auto _ : state) benchmark::DoNotOptimize(TextRoad::GetChildItemByName(name, unit.schema));
+    for (auto _ : state) benchmark::DoNotOptimize(TextRoute::GetChildItemByName(name, unit.schema));
 }
 
 void Everything(benchmark::State& state, int items) {

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "contracts/Values.h"
+#include "contracts/detail/Values.h"
 
 using dataengine::TakeText;
 

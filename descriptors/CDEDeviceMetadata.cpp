@@ -1,6 +1,6 @@
 #include "descriptors/CDEDeviceMetadata.h"
 
-#include "contracts/Values.h"
+#include "contracts/detail/Values.h"
 
 using dataengine::NullValue;
 

@@ -4,7 +4,7 @@
 #include <sstream>
 
 #include "fuzz/Fuzz.h"
-#include "tests/support/BothRoads.h"
+#include "tests/support/BothDecoders.h"
 
 namespace {
 
@@ -20,7 +20,7 @@ vxJson::Value ValueOf(const std::string& text) {
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::vector<std::string> parts = SplitAtZeros(InputText(data, size), 4);
-    Require(
-        SameDecodingOnBothRoads(parts[3], ValueOf(parts[0]), ValueOf(parts[1]), ValueOf(parts[2])));
+    Require(SameDecodingOnBothDecoders(parts[3], ValueOf(parts[0]), ValueOf(parts[1]),
+                                       ValueOf(parts[2])));
     return 0;
 }

@@ -6,7 +6,7 @@
 #include <sstream>
 
 #include "fuzz/Fuzz.h"
-#include "tests/support/BothRoads.h"
+#include "tests/support/BothDecoders.h"
 
 namespace {
 
@@ -33,6 +33,6 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     rapidjson::Document document;
     document.Parse<rapidjson::kParseNanAndInfFlag>(parts[2].c_str());
     if (document.HasParseError()) return 0;
-    Require(SameRenamingOnBothRoads(MappingOf(parts[1]), parts[0], document));
+    Require(SameRenamingOnBothDecoders(MappingOf(parts[1]), parts[0], document));
     return 0;
 }

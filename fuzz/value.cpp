@@ -1,9 +1,9 @@
 // One packed value, decoded by the library and by way of text.
 
 #include "fuzz/Fuzz.h"
-#include "tests/support/BothRoads.h"
+#include "tests/support/BothDecoders.h"
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    Require(SameValueOnBothRoads(InputText(data, size)));
+    Require(SameValueOnBothDecoders(InputText(data, size)));
     return 0;
 }

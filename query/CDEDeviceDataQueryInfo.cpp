@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "contracts/Values.h"
+#include "contracts/detail/Values.h"
 #include "schema/DataEngineNames.h"
 
 namespace keys = DataEngineNames::MetaRecord;

@@ -1,6 +1,6 @@
 #include "query/CDEQueryResultRawDataPlusMetaData.h"
 
-#include "contracts/Values.h"
+#include "contracts/detail/Values.h"
 
 using dataengine::NullValue;
 

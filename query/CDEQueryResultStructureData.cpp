@@ -3,9 +3,9 @@
 #include <cstring>
 #include <utility>
 
-#include "contracts/Values.h"
-#include "structure/ParseJson.h"
-#include "structure/RenderJson.h"
+#include "contracts/detail/Values.h"
+#include "documents/ParseJson.h"
+#include "documents/RenderJson.h"
 
 using dataengine::NullValue;
 using dataengine::TakeText;

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "contracts/Values.h"
+#include "contracts/detail/Values.h"
 
 using dataengine::NullValue;
 

@@ -6,8 +6,8 @@
 #include <cstddef>
 #include <memory>
 
-#include "contracts/Values.h"
-#include "records/RecordChecksum.h"
+#include "contracts/detail/Values.h"
+#include "records/detail/RecordChecksum.h"
 #include "schema/DataEngineNames.h"
 
 using dataengine::BinaryValue;

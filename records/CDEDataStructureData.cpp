@@ -1,6 +1,6 @@
 #include "records/CDEDataStructureData.h"
 
-#include "records/RecordChecksum.h"
+#include "records/detail/RecordChecksum.h"
 
 CDEDataStructureData::CDEDataStructureData() = default;
 

@@ -2,7 +2,7 @@
 
 #include <iterator>
 
-#include "schema/NameArray.h"
+#include "schema/detail/NameArray.h"
 
 namespace {
 

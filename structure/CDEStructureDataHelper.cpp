@@ -6,16 +6,16 @@
 #include <string_view>
 #include <unordered_map>
 
-#include "structure/NameScan.h"
-#include "structure/RenderJson.h"
-#include "structure/SchemaPrinter.h"
-#include "structure/TableDecoder.h"
+#include "documents/RenderJson.h"
+#include "structure/detail/NameIndex.h"
+#include "structure/detail/SchemaPrinter.h"
+#include "structure/detail/SelectionDecoder.h"
 
 namespace {
 
-using dataengine::Builder;
 using dataengine::JsonPool;
 using dataengine::kTableType;
+using dataengine::RawValues;
 
 constexpr int kFormatVersion = 1;
 
@@ -99,8 +99,8 @@ std::string_view ReadText(const rapidjson::Value* value) {
 void WriteText(rapidjson::Value* value, std::string_view text, JsonPool& pool) {
     if (value == nullptr) return;
     const std::string_view written = UpToZero(text);
-    Builder::MakeString(*value, written.data(), static_cast<rapidjson::SizeType>(written.size()),
-                        pool);
+    RawValues::MakeString(*value, written.data(), static_cast<rapidjson::SizeType>(written.size()),
+                          pool);
 }
 
 /// The wanted names of one parser's variables, by the names that the variables have.
@@ -168,8 +168,8 @@ bool CDEStructureDataHelper::ParseBinaryDataToJson(const char* buf, int len,
     const vxJson::Value& entries = all ? schema : fields;
     JsonPool& pool = out.GetAllocator();
     out.SetArray();
-    Builder::Reserve(out, entries.size(), pool);
-    dataengine::TableDecoder decoder(buf, len, schema, offsets, pool);
+    RawValues::Reserve(out, entries.size(), pool);
+    dataengine::SelectionDecoder decoder(buf, len, schema, offsets, pool);
     const auto end = entries.end();
     for (auto position = entries.begin(); !position.isEqual(end); position.increment()) {
         const vxJson::Value& entry = position.deref();
@@ -184,7 +184,7 @@ bool CDEStructureDataHelper::ParseBinaryDataToJson(const char* buf, int len,
 
 const vxJson::Value* CDEStructureDataHelper::GetChildItemByName(const std::string& name,
                                                                 const vxJson::Value& list) {
-    return dataengine::NameScan(list).Find(name);
+    return dataengine::NameIndex(list).Find(name);
 }
 
 bool CDEStructureDataHelper::PostDataProcessing(const std::map<DDKey, DDKey>& mapping,

@@ -9,7 +9,7 @@ using vxJson::Value;
 
 constexpr char kOther[] = R"(["what stood here before, in many bytes"])";
 
-// Every kind, keys and texts too long for the room inside a string, and three levels.
+// Every kind, keys and texts too long for the space inside a string, and three levels.
 Value Rich() {
     Value value = Json(R"({"array":[1,-2,2.5,true,null,"a text of more than fifteen bytes",[[],{}]],
         "object with a key of many bytes":{"a":{"b":"another text of many bytes"}},"t":0})");

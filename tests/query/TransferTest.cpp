@@ -1,4 +1,4 @@
-// What every class with a JSON form shares, of this room and of its neighbours: loading, saving,
+// What every class with a JSON form shares, of every module: loading, saving,
 // moving and wrong kinds. classes.txt tells what is expected of each.
 #include <VxUtil/vxJson.h>
 #include <gtest/gtest.h>

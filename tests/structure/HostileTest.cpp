@@ -1,9 +1,9 @@
 #include <sys/resource.h>
 
-#include "structure/RenderJson.h"
+#include "documents/RenderJson.h"
 #include "tests/structure/Decode.h"
 #include "tests/structure/SampleUnit.h"
-#include "tests/support/BothRoads.h"
+#include "tests/support/BothDecoders.h"
 #include "tests/support/Rows.h"
 
 namespace {

@@ -1,7 +1,7 @@
 #include <limits>
 
 #include "structure/CDEStructureDataHelper.h"
-#include "tests/support/BothRoads.h"
+#include "tests/support/BothDecoders.h"
 #include "tests/support/Rows.h"
 #include "tests/support/Texts.h"
 
@@ -25,7 +25,7 @@ TEST(PostProcessing, RenamesAndRenders) {
         SCOPED_TRACE(row[0]);
         rapidjson::Document document;
         document.Parse(row[2].c_str());
-        EXPECT_TRUE(SameRenamingOnBothRoads(Mapping(row[1]), "p", document));
+        EXPECT_TRUE(SameRenamingOnBothDecoders(Mapping(row[1]), "p", document));
         Items items;
         CDEStructureDataHelper::PostDataProcessing(Mapping(row[1]), "p", document, items);
         std::string list;

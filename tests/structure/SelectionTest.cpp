@@ -1,6 +1,6 @@
 #include "structure/CDEStructureDataHelper.h"
 #include "tests/structure/SampleUnit.h"
-#include "tests/support/BothRoads.h"
+#include "tests/support/BothDecoders.h"
 #include "tests/support/Rows.h"
 
 namespace {

@@ -1,7 +1,7 @@
 #include <cstring>
 
 #include "tests/structure/Decode.h"
-#include "tests/support/BothRoads.h"
+#include "tests/support/BothDecoders.h"
 #include "tests/support/Rows.h"
 
 namespace {
@@ -33,7 +33,7 @@ TEST(Value, RoundsAtTheEdgesOfExactScalingAsTextDoes) {
         std::memcpy(&bits, &edge, sizeof bits);
         for (const std::uint64_t sign : {std::uint64_t{0}, std::uint64_t{1} << 63}) {
             for (std::uint64_t near = bits - 1; near <= bits + 1; ++near)
-                EXPECT_TRUE(SameValueOnBothRoads("\xcb" + BigEndian(sign | near, 8))) << edge;
+                EXPECT_TRUE(SameValueOnBothDecoders("\xcb" + BigEndian(sign | near, 8))) << edge;
         }
     }
 }

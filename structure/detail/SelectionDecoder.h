@@ -4,8 +4,8 @@
 
 #include <string>
 
-#include "structure/NameScan.h"
-#include "structure/ValueDecoder.h"
+#include "structure/detail/NameIndex.h"
+#include "structure/detail/ValueDecoder.h"
 
 namespace dataengine {
 
@@ -14,10 +14,10 @@ constexpr int kTableType = 11;
 
 /// One decoding of selected items out of a packed buffer, driven by its schema. All arguments are
 /// the caller's and must outlive it.
-class TableDecoder {
+class SelectionDecoder {
   public:
-    TableDecoder(const char* bytes, int size, const vxJson::Value& schema,
-                 const vxJson::Value& offsets, JsonPool& pool);
+    SelectionDecoder(const char* bytes, int size, const vxJson::Value& schema,
+                     const vxJson::Value& offsets, JsonPool& pool);
 
     /// Decodes what one entry of a selection names and pushes it to `out`; an unknown name is
     /// passed over.
@@ -37,13 +37,13 @@ class TableDecoder {
                   rapidjson::Value& out);
     void DecodeChildren(const vxJson::Value& selection, const vxJson::Value& children,
                         const vxJson::Value& offsets, rapidjson::Value& list);
-    void AddChild(NameScan& children, const std::string& name, const vxJson::Value* bearer,
+    void AddChild(NameIndex& children, const std::string& name, const vxJson::Value* bearer,
                   const vxJson::Value& offsets, rapidjson::Value& list);
     rapidjson::Value DecodeAt(int offset);
 
     const char* bytes_;
     int size_;
-    NameScan items_;
+    NameIndex items_;
     const vxJson::Value& offsets_;
     JsonPool& pool_;
     ValueDecoder values_;

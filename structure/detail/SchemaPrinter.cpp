@@ -1,4 +1,4 @@
-#include "structure/SchemaPrinter.h"
+#include "structure/detail/SchemaPrinter.h"
 
 #include <array>
 

@@ -7,16 +7,16 @@
 
 #include "Base64.h"
 #include "JsonContainers.h"
-#include "contracts/RapidJsonAllocator.h"
+#include "documents/RapidJsonAllocator.h"
 
 namespace vxJson {
 
 namespace detail {
 
 /// Builds a value from the events of rapidjson's reader. Each event returns whether to go on.
-class Builder {
+class ParseHandler {
   public:
-    Builder(Value& root, bool extended) : root_(root), extended_(extended) {}
+    ParseHandler(Value& root, bool extended) : root_(root), extended_(extended) {}
 
     bool Null() {
         Next();
@@ -82,7 +82,7 @@ class Builder {
     std::vector<Value*> open_;
 };
 
-bool Builder::RawNumber(const char* text, std::size_t length, bool /*copy*/) {
+bool ParseHandler::RawNumber(const char* text, std::size_t length, bool /*copy*/) {
     const char* const end = text + length;
     const auto isWhole = [end](std::from_chars_result result) {
         return result.ec == std::errc() && result.ptr == end;
@@ -114,7 +114,7 @@ bool Builder::RawNumber(const char* text, std::size_t length, bool /*copy*/) {
     return std::isfinite(number);
 }
 
-bool Builder::Key(const char* text, std::size_t length, bool /*copy*/) {
+bool ParseHandler::Key(const char* text, std::size_t length, bool /*copy*/) {
     Members& members = static_cast<Object*>(open_.back()->plain_.container)->members;
     const KeyView key(std::string_view(text, length));
     // Keys mostly come in order.
@@ -127,7 +127,7 @@ bool Builder::Key(const char* text, std::size_t length, bool /*copy*/) {
     return true;
 }
 
-void Builder::Convert(Value& value) {
+void ParseHandler::Convert(Value& value) {
     const Value& constant = value;
     if (constant.size() != 1) return;
     if (const Value& binary = constant["$binary"]; binary.size() == 2) {
@@ -170,7 +170,7 @@ bool Reader::parse(std::istream& input, Value& root, bool extended) {
     std::string text;
     if (!ReadAll(input, text)) return false;
     Value parsed;
-    detail::Builder builder(parsed, extended);
+    detail::ParseHandler builder(parsed, extended);
     rapidjson::GenericReader<rapidjson::UTF8<>, rapidjson::UTF8<>, dataengine::RapidJsonAllocator>
         reader;
     rapidjson::InsituStringStream stream(text.data());

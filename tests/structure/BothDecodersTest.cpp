@@ -1,7 +1,7 @@
 // Random input through the library and by way of text. Each seed is fixed; where a comparison
 // fails, its message names the input.
 
-#include "tests/support/BothRoads.h"
+#include "tests/support/BothDecoders.h"
 
 #include "tests/support/RandomPacked.h"
 #include "tests/support/Texts.h"
@@ -16,18 +16,19 @@ std::string SoundOrBroken(RandomPacked& random) {
     return bytes;
 }
 
-TEST(BothRoads, GiveTheSameValues) {
+TEST(BothDecoders, GiveTheSameValues) {
     RandomPacked random(1);
-    for (int i = 0; i < 20000; ++i) ASSERT_TRUE(SameValueOnBothRoads(SoundOrBroken(random))) << i;
+    for (int i = 0; i < 20000; ++i)
+        ASSERT_TRUE(SameValueOnBothDecoders(SoundOrBroken(random))) << i;
 }
 
-TEST(BothRoads, ReadTheSameHeaders) {
+TEST(BothDecoders, ReadTheSameHeaders) {
     const std::string names[] = {Hex("a1 78"), Hex("c4 02 78 00"), Hex("a0"), Hex("d9 00")};
     RandomPacked random(2);
     for (int i = 0; i < 3000; ++i) {
         const std::string version = random.OneIn(20) ? random.Value() : "\x01";
         const std::string name = random.OneIn(20) ? random.Value() : names[random.Below(4)];
-        ASSERT_TRUE(SameHeaderOnBothRoads(version + name + SoundOrBroken(random))) << i;
+        ASSERT_TRUE(SameHeaderOnBothDecoders(version + name + SoundOrBroken(random))) << i;
     }
 }
 
@@ -89,21 +90,21 @@ class RandomTexts {
     RandomPacked& random_;
 };
 
-TEST(BothRoads, DecodeTheSameSelections) {
+TEST(BothDecoders, DecodeTheSameSelections) {
     RandomPacked random(3);
     RandomTexts texts(random);
     for (int i = 0; i < 10000; ++i) {
         const std::string payload = random.OneIn(20) ? SoundOrBroken(random) : random.Value();
         const vxJson::Value schema = Json(texts.Schema());
         const vxJson::Value offsets = Json(texts.Offsets(payload.size()));
-        ASSERT_TRUE(SameDecodingOnBothRoads(payload, schema, offsets, Json(texts.Selection())))
+        ASSERT_TRUE(SameDecodingOnBothDecoders(payload, schema, offsets, Json(texts.Selection())))
             << i;
     }
 }
 
 // More names than a table of the first size remembers, half of them twice, asked for in schema
 // order, backwards, and by an odd step.
-TEST(BothRoads, FindTheFirstOfEachNameAmongMany) {
+TEST(BothDecoders, FindTheFirstOfEachNameAmongMany) {
     constexpr int kItems = 150;
     vxJson::Value schema, backwards, stepping;
     for (int i = 0; i < kItems; ++i) {
@@ -113,7 +114,7 @@ TEST(BothRoads, FindTheFirstOfEachNameAmongMany) {
         stepping[i] = "name" + std::to_string(7 * i % kItems);
     }
     for (const vxJson::Value& fields : {vxJson::Value(), backwards, stepping})
-        EXPECT_TRUE(SameDecodingOnBothRoads("\x01", schema, Json("[0]"), fields));
+        EXPECT_TRUE(SameDecodingOnBothDecoders("\x01", schema, Json("[0]"), fields));
 }
 
 }  // namespace

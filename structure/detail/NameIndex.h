@@ -12,9 +12,9 @@ namespace dataengine {
 /// match wins, and an item whose "name" has no text throws only if the walk would reach it. All
 /// lookups together read each item twice at the most. The list must outlive the scan and stay
 /// unchanged.
-class NameScan {
+class NameIndex {
   public:
-    explicit NameScan(const vxJson::Value& list)
+    explicit NameIndex(const vxJson::Value& list)
         : isArray_(list.isArray()),
           remembered_(list.begin()),
           next_(list.begin()),

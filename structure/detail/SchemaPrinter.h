@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "structure/CheckingVisitor.h"
+#include "structure/detail/CheckingVisitor.h"
 
 namespace dataengine {
 

@@ -17,7 +17,7 @@
 /// text alone would let some through: `a","b` in an array would pass for two elements.
 ///
 /// Thread rule: no state; calls with distinct outputs run side by side.
-class TextRoad {
+class TextRoute {
   public:
     using Allocator = rapidjson::MemoryPoolAllocator<rapidjson::CrtAllocator>;
 

@@ -22,7 +22,7 @@ struct Container;
 struct Array;
 struct Object;
 struct Slot;
-class Builder;
+class ParseHandler;
 class Printer;
 }  // namespace detail
 
@@ -251,7 +251,7 @@ class VXUTIL_EXPORT Value {
 
   private:
     friend struct detail::Slot;
-    friend class detail::Builder;
+    friend class detail::ParseHandler;
     friend class detail::Printer;
     friend class ValueIteratorBase;
 

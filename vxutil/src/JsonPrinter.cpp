@@ -8,7 +8,7 @@
 
 #include "Base64.h"
 #include "JsonContainers.h"
-#include "contracts/RapidJsonAllocator.h"
+#include "documents/RapidJsonAllocator.h"
 
 namespace vxJson::detail {
 

@@ -1,10 +1,10 @@
-#include "structure/ValueDecoder.h"
+#include "structure/detail/ValueDecoder.h"
 
 #include <rapidjson/reader.h>
 
 #include <charconv>
 
-#include "contracts/RapidJsonAllocator.h"
+#include "documents/RapidJsonAllocator.h"
 
 namespace dataengine {
 namespace {
@@ -19,7 +19,7 @@ class TokenHandler : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, Toke
         return true;
     }
     bool String(const char* bytes, rapidjson::SizeType size, bool) {
-        Builder::MakeString(slot_, bytes, size, pool_);
+        RawValues::MakeString(slot_, bytes, size, pool_);
         return true;
     }
 

@@ -6,7 +6,7 @@
 
 #include <vector>
 
-#include "contracts/RapidJsonAllocator.h"
+#include "documents/RapidJsonAllocator.h"
 
 namespace dataengine {
 

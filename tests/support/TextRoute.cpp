@@ -1,4 +1,4 @@
-#include "tests/support/TextRoad.h"
+#include "tests/support/TextRoute.h"
 
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
@@ -144,7 +144,7 @@ msgpack::object_handle Unpack(const char* bytes, std::size_t length, std::size_t
 }
 
 /// The value of `object` in `allocator`; null for whatever does not print as JSON.
-rapidjson::Value ObjectToJson(const msgpack::object& object, TextRoad::Allocator& allocator) {
+rapidjson::Value ObjectToJson(const msgpack::object& object, TextRoute::Allocator& allocator) {
     std::stringstream stream;
     stream << std::fixed << std::setprecision(2);
     const Printed printed = PrintObject(stream, object);
@@ -167,12 +167,12 @@ void ForEach(List& list, const Action& action) {
         action(it.deref());
 }
 
-rapidjson::Value CopiedText(const std::string& text, TextRoad::Allocator& allocator) {
+rapidjson::Value CopiedText(const std::string& text, TextRoute::Allocator& allocator) {
     return rapidjson::Value(text.c_str(), allocator);  // up to a first zero byte
 }
 
 rapidjson::Value ValueAt(const char* buf, int len, const vxJson::Value& offset,
-                         TextRoad::Allocator& allocator) {
+                         TextRoute::Allocator& allocator) {
     const std::int64_t at = offset.asInt();
     if (at < 0 || at > len) throw msgpack::insufficient_bytes("insufficient bytes");
     std::size_t taken;
@@ -184,7 +184,7 @@ rapidjson::Value ValueAt(const char* buf, int len, const vxJson::Value& offset,
 /// The type and name of an item and, unless it is a table, its value.
 rapidjson::Value ElementOf(const vxJson::Value& item, const std::string& name,
                            const vxJson::Value& offsets, const char* buf, int len,
-                           TextRoad::Allocator& allocator) {
+                           TextRoute::Allocator& allocator) {
     const int type = item["type"].asInt();
     const int index = item["index"].asInt();
     rapidjson::Value element(rapidjson::kObjectType);
@@ -198,7 +198,7 @@ rapidjson::Value ElementOf(const vxJson::Value& item, const std::string& name,
 /// The elements of a table's columns or attributes; a null `selection` becomes one of all names.
 rapidjson::Value GetTableData(vxJson::Value& selection, const vxJson::Value& children,
                               const vxJson::Value& offsets, const char* buf, int len,
-                              TextRoad::Allocator& allocator) {
+                              TextRoute::Allocator& allocator) {
     if (selection.isNull()) {
         ForEach(children, [&](const vxJson::Value& child) {
             if (child["name"].isString()) selection.append(child["name"]);
@@ -208,7 +208,7 @@ rapidjson::Value GetTableData(vxJson::Value& selection, const vxJson::Value& chi
     if (!selection.isArray()) return result;
     ForEach(selection, [&](const vxJson::Value& entry) {
         const std::string name = entry.asString();
-        const vxJson::Value* child = TextRoad::GetChildItemByName(name, children);
+        const vxJson::Value* child = TextRoute::GetChildItemByName(name, children);
         if (child == nullptr) return;
         result.PushBack(ElementOf(*child, name, offsets, buf, len, allocator), allocator);
     });
@@ -240,7 +240,7 @@ std::string TextOf(rapidjson::Value& value, const char* key) {
 }
 
 void SetText(rapidjson::Value& value, const char* key, const std::string& text,
-             TextRoad::Allocator& allocator) {
+             TextRoute::Allocator& allocator) {
     rapidjson::Value* member = MemberOf(value, key);
     if (member != nullptr) member->SetString(text.c_str(), allocator);
 }
@@ -251,7 +251,7 @@ int TypeOf(rapidjson::Value& item) {
 }
 
 void RenameTable(const std::map<DDKey, DDKey>& inverse, const std::string& parserPath,
-                 rapidjson::Value& item, TextRoad::Allocator& allocator) {
+                 rapidjson::Value& item, TextRoute::Allocator& allocator) {
     const std::string tableName = TextOf(item, "name");
     rapidjson::Value* columns = MemberOf(item, "column");
     if (columns == nullptr || !columns->IsArray()) return;
@@ -269,8 +269,8 @@ void RenameTable(const std::map<DDKey, DDKey>& inverse, const std::string& parse
 
 }  // namespace
 
-bool TextRoad::GetBinaryDataInfo(const std::string& blob, std::string& name, vxJson::Value& schema,
-                                 int& offset) {
+bool TextRoute::GetBinaryDataInfo(const std::string& blob, std::string& name, vxJson::Value& schema,
+                                  int& offset) {
     const char* bytes = blob.data();
     std::size_t taken;
     if (Unpack(bytes, blob.size(), taken).get().as<std::int32_t>() != 1) return false;
@@ -288,8 +288,8 @@ bool TextRoad::GetBinaryDataInfo(const std::string& blob, std::string& name, vxJ
     return true;
 }
 
-const vxJson::Value* TextRoad::GetChildItemByName(const std::string& name,
-                                                  const vxJson::Value& list) {
+const vxJson::Value* TextRoute::GetChildItemByName(const std::string& name,
+                                                   const vxJson::Value& list) {
     if (!list.isArray()) return nullptr;
     for (auto it = list.begin(), end = list.end(); !it.isEqual(end); it.increment()) {
         const vxJson::Value& item = it.deref();
@@ -298,9 +298,9 @@ const vxJson::Value* TextRoad::GetChildItemByName(const std::string& name,
     return nullptr;
 }
 
-bool TextRoad::ParseBinaryDataToJson(const char* buf, int len, const vxJson::Value& schema,
-                                     const vxJson::Value& offsets, const vxJson::Value& fields,
-                                     rapidjson::Document& out) {
+bool TextRoute::ParseBinaryDataToJson(const char* buf, int len, const vxJson::Value& schema,
+                                      const vxJson::Value& offsets, const vxJson::Value& fields,
+                                      rapidjson::Document& out) {
     if (!schema.isArray() || !offsets.isArray()) return false;
     vxJson::Value selection(fields);
     if (selection.isNull()) selection = EverythingIn(schema);
@@ -330,9 +330,9 @@ bool TextRoad::ParseBinaryDataToJson(const char* buf, int len, const vxJson::Val
     return true;
 }
 
-bool TextRoad::PostDataProcessing(const std::map<DDKey, DDKey>& mapping,
-                                  const std::string& parserPath, rapidjson::Document& document,
-                                  std::vector<std::string>& items) {
+bool TextRoute::PostDataProcessing(const std::map<DDKey, DDKey>& mapping,
+                                   const std::string& parserPath, rapidjson::Document& document,
+                                   std::vector<std::string>& items) {
     std::map<DDKey, DDKey> inverse;
     for (const auto& entry : mapping) inverse[entry.second] = entry.first;
     if (!document.IsArray()) return true;

@@ -22,21 +22,21 @@ struct Header {
 };
 Header ReadHeader(const std::string& blob);
 
-// Each of these functions calls one operation of CDEStructureDataHelper and the same of TextRoad
+// Each of these functions calls one operation of CDEStructureDataHelper and the same of TextRoute
 // with equal arguments, and succeeds if they end alike: with the same result or an exception of the
 // same class, and with equal outputs, those of a failed call included.
 
-testing::AssertionResult SameHeaderOnBothRoads(const std::string& blob);
+testing::AssertionResult SameHeaderOnBothDecoders(const std::string& blob);
 
-testing::AssertionResult SameDecodingOnBothRoads(const std::string& buffer,
-                                                 const vxJson::Value& schema,
-                                                 const vxJson::Value& offsets,
-                                                 const vxJson::Value& fields);
+testing::AssertionResult SameDecodingOnBothDecoders(const std::string& buffer,
+                                                    const vxJson::Value& schema,
+                                                    const vxJson::Value& offsets,
+                                                    const vxJson::Value& fields);
 
 /// Decodes `packed` as the one leaf of a unit.
-testing::AssertionResult SameValueOnBothRoads(const std::string& packed);
+testing::AssertionResult SameValueOnBothDecoders(const std::string& packed);
 
 /// `document` is copied for each road.
-testing::AssertionResult SameRenamingOnBothRoads(const std::map<DDKey, DDKey>& mapping,
-                                                 const std::string& parserPath,
-                                                 const rapidjson::Value& document);
+testing::AssertionResult SameRenamingOnBothDecoders(const std::map<DDKey, DDKey>& mapping,
+                                                    const std::string& parserPath,
+                                                    const rapidjson::Value& document);

@@ -11,21 +11,23 @@ namespace dataengine {
 
 using JsonPool = rapidjson::MemoryPoolAllocator<rapidjson::CrtAllocator>;
 
-/// Stands where a document names its stack allocator; see the specialisation below.
-struct InPlace;
+/// Tag in place of a document's stack allocator that selects the specialization below.
+struct RawAccess;
 
 }  // namespace dataengine
 
 RAPIDJSON_NAMESPACE_BEGIN
 
-/// Builds values directly in their final place, containers at their known size.
+/// Writes the storage of rapidjson values directly. An access trick: rapidjson's values befriend
+/// GenericDocument, and this specialization is not a document but a set of static functions that
+/// use that friendship.
 ///
-/// rapidjson opens the raw storage of a value to its documents, which gather elements on a stack
-/// and copy them into the pool when a container ends. Packed data announces every size up front, so
-/// this document has no stack: it takes the storage from the pool once and hands it out to be
-/// filled. Where the pool answers with a null pointer, it throws std::bad_alloc.
+/// A rapidjson document gathers elements on a stack and copies them into the pool when a container
+/// ends. Packed data declares every size in advance, so these functions take the final storage from
+/// the pool once and return it to be filled. They throw std::bad_alloc where rapidjson would write
+/// through a null pointer.
 template <>
-class GenericDocument<UTF8<>, dataengine::JsonPool, dataengine::InPlace> {
+class GenericDocument<UTF8<>, dataengine::JsonPool, dataengine::RawAccess> {
   public:
     using Pool = dataengine::JsonPool;
 
@@ -134,6 +136,6 @@ RAPIDJSON_NAMESPACE_END
 
 namespace dataengine {
 
-using Builder = rapidjson::GenericDocument<rapidjson::UTF8<>, JsonPool, InPlace>;
+using RawValues = rapidjson::GenericDocument<rapidjson::UTF8<>, JsonPool, RawAccess>;
 
 }  // namespace dataengine

@@ -8,8 +8,8 @@
 #include <utility>
 #include <vector>
 
-#include "contracts/RapidJsonAllocator.h"
-#include "structure/InPlace.h"
+#include "documents/RapidJsonAllocator.h"
+#include "documents/RawValues.h"
 
 namespace dataengine {
 
@@ -28,7 +28,7 @@ class ValueBuilder {
     bool Double(double value) { return Put(rapidjson::Value(value)); }
     bool RawNumber(const char*, rapidjson::SizeType, bool) { return false; }
     bool String(const char* bytes, rapidjson::SizeType size, bool) {
-        Builder::MakeString(finished_.emplace_back(), bytes, size, pool_);
+        RawValues::MakeString(finished_.emplace_back(), bytes, size, pool_);
         return true;
     }
     bool Key(const char* bytes, rapidjson::SizeType size, bool copy) {
@@ -38,13 +38,13 @@ class ValueBuilder {
     bool StartArray() { return true; }
     bool EndArray(rapidjson::SizeType count) {
         rapidjson::Value array;
-        MoveLast(count, Builder::MakeArray(array, count, pool_));
+        MoveLast(count, RawValues::MakeArray(array, count, pool_));
         return Put(std::move(array));
     }
     bool StartObject() { return true; }
     bool EndObject(rapidjson::SizeType count) {
         rapidjson::Value object;
-        MoveLast(2 * std::size_t{count}, Builder::MakeObject(object, count, pool_));
+        MoveLast(2 * std::size_t{count}, RawValues::MakeObject(object, count, pool_));
         return Put(std::move(object));
     }
 

@@ -1,10 +1,10 @@
-#include "structure/NameScan.h"
+#include "structure/detail/NameIndex.h"
 
 #include <functional>
 
 namespace dataengine {
 
-const vxJson::Value* NameScan::Find(const std::string& name, const vxJson::Value* bearer) {
+const vxJson::Value* NameIndex::Find(const std::string& name, const vxJson::Value* bearer) {
     if (!isArray_) return nullptr;
     RememberPassed();
     const std::size_t hash = std::hash<std::string>()(name);
@@ -27,7 +27,7 @@ const vxJson::Value* NameScan::Find(const std::string& name, const vxJson::Value
     return nullptr;
 }
 
-void NameScan::RememberPassed() {
+void NameIndex::RememberPassed() {
     for (; !remembered_.isEqual(next_); remembered_.increment()) {
         const vxJson::Value& item = remembered_.deref();
         const std::string name = NameOf(item);
@@ -35,7 +35,7 @@ void NameScan::RememberPassed() {
     }
 }
 
-void NameScan::Remember(std::size_t hash, const std::string& name, const vxJson::Value& item) {
+void NameIndex::Remember(std::size_t hash, const std::string& name, const vxJson::Value& item) {
     if (2 * (count_ + 1) > entries_.size()) Grow();
     Entry& entry = EntryOf(hash, name);
     if (entry.item != nullptr) return;
@@ -43,7 +43,7 @@ void NameScan::Remember(std::size_t hash, const std::string& name, const vxJson:
     ++count_;
 }
 
-void NameScan::Grow() {
+void NameIndex::Grow() {
     constexpr std::size_t kFirstSize = 32;
     std::vector<Entry> smaller(entries_.empty() ? kFirstSize : 2 * entries_.size());
     smaller.swap(entries_);
@@ -57,7 +57,7 @@ void NameScan::Grow() {
 }
 
 /// The entry of that name, or the free one where it belongs.
-NameScan::Entry& NameScan::EntryOf(std::size_t hash, const std::string& name) {
+NameIndex::Entry& NameIndex::EntryOf(std::size_t hash, const std::string& name) {
     const std::size_t mask = entries_.size() - 1;
     std::size_t position = hash & mask;
     while (entries_[position].item != nullptr &&

@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "structure/CheckingVisitor.h"
-#include "structure/InPlace.h"
-#include "structure/TwoDecimals.h"
+#include "documents/RawValues.h"
+#include "structure/detail/CheckingVisitor.h"
+#include "structure/detail/TwoDecimals.h"
 
 namespace dataengine {
 
@@ -41,12 +41,12 @@ class ValueDecoder : public CheckingVisitor {
         return true;
     }
     bool visit_positive_integer(std::uint64_t value) {
-        Builder::MakeInteger(*slot_++, value);
+        RawValues::MakeInteger(*slot_++, value);
         return true;
     }
     bool visit_negative_integer(std::int64_t value) {
         if (value >= 0) return visit_positive_integer(static_cast<std::uint64_t>(value));
-        Builder::MakeNegativeInteger(*slot_++, value);
+        RawValues::MakeNegativeInteger(*slot_++, value);
         return true;
     }
     bool visit_float32(float value) { return PutFloat(static_cast<double>(value), sizeof value); }
@@ -55,7 +55,7 @@ class ValueDecoder : public CheckingVisitor {
         left_ -= size;
         if (size == 0) return PutEmptyString();
         const auto spare = static_cast<std::size_t>(end_ - bytes) - size;
-        Builder::MakeString(*slot_++, bytes, size, spare, pool_);
+        RawValues::MakeString(*slot_++, bytes, size, spare, pool_);
         return true;
     }
     bool visit_bin(const char* bytes, std::uint32_t size);
@@ -64,7 +64,7 @@ class ValueDecoder : public CheckingVisitor {
     bool start_array(std::uint32_t count) {
         if (!Owe(count)) return false;
         open_.push_back(slot_);
-        slot_ = Builder::MakeArray(*slot_, count, pool_);
+        slot_ = RawValues::MakeArray(*slot_, count, pool_);
         return true;
     }
     bool end_array() {
@@ -74,7 +74,7 @@ class ValueDecoder : public CheckingVisitor {
     bool start_map(std::uint32_t count) {
         if (!Owe(2 * std::int64_t{count})) return false;
         open_.push_back(slot_);
-        slot_ = Builder::MakeObject(*slot_, count, pool_);
+        slot_ = RawValues::MakeObject(*slot_, count, pool_);
         return true;
     }
     bool end_map_key() { return slot_[-1].IsString(); }
@@ -95,7 +95,7 @@ class ValueDecoder : public CheckingVisitor {
     }
     /// msgpack may announce an empty string by a null pointer.
     bool PutEmptyString() {
-        Builder::MakeString(*slot_++, "", 0, pool_);
+        RawValues::MakeString(*slot_++, "", 0, pool_);
         return true;
     }
     bool PutFloat(double value, std::size_t size) {

@@ -1,17 +1,17 @@
-#include "structure/TableDecoder.h"
+#include "structure/detail/SelectionDecoder.h"
 
 #include <cstring>
 
-#include "contracts/Values.h"
+#include "contracts/detail/Values.h"
 
 namespace dataengine {
 namespace {
 
 /// Fills the members of an object of known size in place.
-class Members {
+class MemberWriter {
   public:
-    Members(rapidjson::Value& object, rapidjson::SizeType count, JsonPool& pool)
-        : slot_(Builder::MakeObject(object, count, pool)) {}
+    MemberWriter(rapidjson::Value& object, rapidjson::SizeType count, JsonPool& pool)
+        : slot_(RawValues::MakeObject(object, count, pool)) {}
 
     /// Adds a null member; `key` is referred to, not copied.
     rapidjson::Value& Add(rapidjson::Value::StringRefType key) {
@@ -29,7 +29,7 @@ class Members {
     /// Adds a text as documents take it: up to its first zero byte.
     void AddText(rapidjson::Value::StringRefType key, const std::string& text, JsonPool& pool) {
         const auto size = static_cast<rapidjson::SizeType>(std::strlen(text.c_str()));
-        Builder::MakeString(Add(key), text.c_str(), size, pool);
+        RawValues::MakeString(Add(key), text.c_str(), size, pool);
     }
 
   private:
@@ -45,8 +45,8 @@ bool StripMark(std::string& name) {
 
 }  // namespace
 
-TableDecoder::TableDecoder(const char* bytes, int size, const vxJson::Value& schema,
-                           const vxJson::Value& offsets, JsonPool& pool)
+SelectionDecoder::SelectionDecoder(const char* bytes, int size, const vxJson::Value& schema,
+                                   const vxJson::Value& offsets, JsonPool& pool)
     : bytes_(bytes),
       size_(size),
       items_(schema),
@@ -55,14 +55,14 @@ TableDecoder::TableDecoder(const char* bytes, int size, const vxJson::Value& sch
       values_(pool),
       everything_(NullValue()) {}
 
-void TableDecoder::AddSelected(const vxJson::Value& entry, rapidjson::Value& out) {
+void SelectionDecoder::AddSelected(const vxJson::Value& entry, rapidjson::Value& out) {
     std::string name = entry.isObject() ? entry["table"].asString() : entry.asString();
     StripMark(name);
     const vxJson::Value* item = items_.Find(name);
     if (item != nullptr) AddFound(*item, (*item)["type"].asInt(), name, entry, out);
 }
 
-void TableDecoder::AddItem(const vxJson::Value& item, rapidjson::Value& out) {
+void SelectionDecoder::AddItem(const vxJson::Value& item, rapidjson::Value& out) {
     const vxJson::Value& name = item["name"];
     if (!name.isString()) return;
     std::string text = name.asString();
@@ -75,8 +75,8 @@ void TableDecoder::AddItem(const vxJson::Value& item, rapidjson::Value& out) {
     AddFound(*found, type, text, asLeaf ? name : everything_, out);
 }
 
-void TableDecoder::AddFound(const vxJson::Value& item, int type, const std::string& name,
-                            const vxJson::Value& entry, rapidjson::Value& out) {
+void SelectionDecoder::AddFound(const vxJson::Value& item, int type, const std::string& name,
+                                const vxJson::Value& entry, rapidjson::Value& out) {
     const int index = item["index"].asInt();
     if (type != kTableType) {
         AddLeaf(type, name, offsets_[index], out);
@@ -92,20 +92,20 @@ void TableDecoder::AddFound(const vxJson::Value& item, int type, const std::stri
     }
 }
 
-void TableDecoder::AddLeaf(int type, const std::string& name, const vxJson::Value& offset,
-                           rapidjson::Value& out) {
+void SelectionDecoder::AddLeaf(int type, const std::string& name, const vxJson::Value& offset,
+                               rapidjson::Value& out) {
     rapidjson::Value leaf;
-    Members members(leaf, 3, pool_);
+    MemberWriter members(leaf, 3, pool_);
     members.AddTypeAndName(type, name, pool_);
     members.Add("value") = DecodeAt(offset.asInt());
     out.PushBack(leaf, pool_);
 }
 
-void TableDecoder::AddTable(const vxJson::Value& item, const std::string& name,
-                            const vxJson::Value& offsets, const vxJson::Value& column,
-                            const vxJson::Value& attributes, rapidjson::Value& out) {
+void SelectionDecoder::AddTable(const vxJson::Value& item, const std::string& name,
+                                const vxJson::Value& offsets, const vxJson::Value& column,
+                                const vxJson::Value& attributes, rapidjson::Value& out) {
     rapidjson::Value table;
-    Members members(table, 6, pool_);
+    MemberWriter members(table, 6, pool_);
     members.AddTypeAndName(kTableType, name, pool_);
     DecodeChildren(column, item["column"], offsets, members.Add("column"));
     members.Add("hashSort").SetBool(item["hashSort"].asBool());
@@ -114,15 +114,15 @@ void TableDecoder::AddTable(const vxJson::Value& item, const std::string& name,
     out.PushBack(table, pool_);
 }
 
-void TableDecoder::DecodeChildren(const vxJson::Value& selection, const vxJson::Value& children,
-                                  const vxJson::Value& offsets, rapidjson::Value& list) {
+void SelectionDecoder::DecodeChildren(const vxJson::Value& selection, const vxJson::Value& children,
+                                      const vxJson::Value& offsets, rapidjson::Value& list) {
     list.SetArray();
     const bool all = selection.isNull();
     if (!all && !selection.isArray()) return;
 
     const vxJson::Value& names = all ? children : selection;
-    Builder::Reserve(list, names.size(), pool_);
-    NameScan scan(children);
+    RawValues::Reserve(list, names.size(), pool_);
+    NameIndex scan(children);
     const auto end = names.end();
     for (auto position = names.begin(); !position.isEqual(end); position.increment()) {
         const vxJson::Value& entry = position.deref();
@@ -134,9 +134,9 @@ void TableDecoder::DecodeChildren(const vxJson::Value& selection, const vxJson::
     }
 }
 
-void TableDecoder::AddChild(NameScan& children, const std::string& name,
-                            const vxJson::Value* bearer, const vxJson::Value& offsets,
-                            rapidjson::Value& list) {
+void SelectionDecoder::AddChild(NameIndex& children, const std::string& name,
+                                const vxJson::Value* bearer, const vxJson::Value& offsets,
+                                rapidjson::Value& list) {
     const vxJson::Value* child = children.Find(name, bearer);
     if (child == nullptr) return;
 
@@ -144,13 +144,13 @@ void TableDecoder::AddChild(NameScan& children, const std::string& name,
     const int index = (*child)["index"].asInt();
     const bool table = type == kTableType;  // tables don't nest: such a child has no value
     rapidjson::Value object;
-    Members members(object, table ? 2 : 3, pool_);
+    MemberWriter members(object, table ? 2 : 3, pool_);
     members.AddTypeAndName(type, name, pool_);
     if (!table) members.Add("value") = DecodeAt(offsets[index].asInt());
     list.PushBack(object, pool_);
 }
 
-rapidjson::Value TableDecoder::DecodeAt(int offset) {
+rapidjson::Value SelectionDecoder::DecodeAt(int offset) {
     if (offset < 0 || offset > size_) throw msgpack::insufficient_bytes("insufficient bytes");
     return values_.Decode(bytes_ + offset, static_cast<std::size_t>(size_ - offset));
 }

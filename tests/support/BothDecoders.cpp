@@ -1,8 +1,8 @@
-#include "tests/support/BothRoads.h"
+#include "tests/support/BothDecoders.h"
 
 #include "structure/CDEStructureDataHelper.h"
 #include "tests/support/SameDocument.h"
-#include "tests/support/TextRoad.h"
+#include "tests/support/TextRoute.h"
 #include "tests/support/Texts.h"
 
 namespace {
@@ -43,8 +43,8 @@ Header ReadHeader(const std::string& blob) {
     return HeaderBy(CDEStructureDataHelper::GetBinaryDataInfo, blob);
 }
 
-testing::AssertionResult SameHeaderOnBothRoads(const std::string& blob) {
-    const Header library = ReadHeader(blob), text = HeaderBy(TextRoad::GetBinaryDataInfo, blob);
+testing::AssertionResult SameHeaderOnBothDecoders(const std::string& blob) {
+    const Header library = ReadHeader(blob), text = HeaderBy(TextRoute::GetBinaryDataInfo, blob);
     auto same = Same("ending", library.ending, text.ending);
     if (same) same = Same("name", library.name, text.name);
     if (same) same = Same("offset", std::to_string(library.offset), std::to_string(text.offset));
@@ -54,10 +54,10 @@ testing::AssertionResult SameHeaderOnBothRoads(const std::string& blob) {
     return same ? same : same << "\nof the bytes " << InHex(blob);
 }
 
-testing::AssertionResult SameDecodingOnBothRoads(const std::string& buffer,
-                                                 const vxJson::Value& schema,
-                                                 const vxJson::Value& offsets,
-                                                 const vxJson::Value& fields) {
+testing::AssertionResult SameDecodingOnBothDecoders(const std::string& buffer,
+                                                    const vxJson::Value& schema,
+                                                    const vxJson::Value& offsets,
+                                                    const vxJson::Value& fields) {
     const auto endingBy = [&](const auto& parse, rapidjson::Document& out) {
         out.SetInt(kUntouched);
         return EndingOf([&] {
@@ -67,7 +67,7 @@ testing::AssertionResult SameDecodingOnBothRoads(const std::string& buffer,
     };
     rapidjson::Document library, text;
     auto same = Same("ending", endingBy(CDEStructureDataHelper::ParseBinaryDataToJson, library),
-                     endingBy(TextRoad::ParseBinaryDataToJson, text));
+                     endingBy(TextRoute::ParseBinaryDataToJson, text));
     if (same) same = SameDocument(library, text);
     if (same) return same;
     return same << "\nof the bytes " << InHex(buffer) << "\nwith the schema "
@@ -75,15 +75,15 @@ testing::AssertionResult SameDecodingOnBothRoads(const std::string& buffer,
                 << "\nand the selection " << fields.toString(false);
 }
 
-testing::AssertionResult SameValueOnBothRoads(const std::string& packed) {
+testing::AssertionResult SameValueOnBothDecoders(const std::string& packed) {
     static const vxJson::Value kSchema = Json(R"([{"name": "leaf", "type": 1, "index": 0}])");
     static const vxJson::Value kOffsets = Json("[0]");
-    return SameDecodingOnBothRoads(packed, kSchema, kOffsets, vxJson::Value());
+    return SameDecodingOnBothDecoders(packed, kSchema, kOffsets, vxJson::Value());
 }
 
-testing::AssertionResult SameRenamingOnBothRoads(const std::map<DDKey, DDKey>& mapping,
-                                                 const std::string& parserPath,
-                                                 const rapidjson::Value& document) {
+testing::AssertionResult SameRenamingOnBothDecoders(const std::map<DDKey, DDKey>& mapping,
+                                                    const std::string& parserPath,
+                                                    const rapidjson::Value& document) {
     std::vector<std::string> libraryItems = {"first"}, textItems = libraryItems;
     const auto endingBy = [&](const auto& process, rapidjson::Document& renamed, auto& items) {
         renamed.CopyFrom(document, renamed.GetAllocator());
@@ -92,7 +92,7 @@ testing::AssertionResult SameRenamingOnBothRoads(const std::map<DDKey, DDKey>& m
     rapidjson::Document library, text;
     auto same =
         Same("ending", endingBy(CDEStructureDataHelper::PostDataProcessing, library, libraryItems),
-             endingBy(TextRoad::PostDataProcessing, text, textItems));
+             endingBy(TextRoute::PostDataProcessing, text, textItems));
     if (same) same = SameDocument(library, text);
     if (same)
         same = Same("list of items", libraryItems == textItems,
