@@ -1,68 +1,81 @@
 #include "Base64.h"
 
 #include <array>
-#include <cstddef>
 #include <cstdint>
 
 namespace vxJson::detail {
 
 namespace {
 
-constexpr std::string_view alphabet =
-    "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+constexpr char kAlphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 
-constexpr std::uint8_t noDigit = 64;
+// Its high bits show in an OR of digits, which are below 64.
+constexpr std::uint8_t kNoDigit = 0xff;
 
 constexpr std::array<std::uint8_t, 256> MakeDigits() {
     std::array<std::uint8_t, 256> digits{};
-    for (auto& digit : digits) digit = noDigit;
-    for (std::size_t i = 0; i < alphabet.size(); ++i) {
-        digits[static_cast<unsigned char>(alphabet[i])] = static_cast<std::uint8_t>(i);
-    }
+    for (auto& digit : digits) digit = kNoDigit;
+    for (std::uint8_t i = 0; i < 64; ++i) digits[static_cast<unsigned char>(kAlphabet[i])] = i;
     return digits;
 }
-constexpr std::array<std::uint8_t, 256> digits = MakeDigits();
+constexpr std::array<std::uint8_t, 256> kDigits = MakeDigits();
+
+std::uint32_t Byte(const char* at) {
+    return static_cast<unsigned char>(*at);
+}
+
+std::uint32_t Digit(const char* at) {
+    return kDigits[static_cast<unsigned char>(*at)];
+}
 
 }  // namespace
 
-std::string EncodeBase64(std::string_view bytes) {
-    std::string text;
-    text.reserve((bytes.size() + 2) / 3 * 4);
-    for (std::size_t i = 0; i < bytes.size(); i += 3) {
-        const std::size_t count = bytes.size() - i < 3 ? bytes.size() - i : 3;
-        std::uint32_t group = 0;
-        for (std::size_t j = 0; j < 3; ++j) {
-            group = group << 8 | (j < count ? static_cast<unsigned char>(bytes[i + j]) : 0u);
-        }
-        for (std::size_t j = 0; j < 4; ++j) {
-            text.push_back(j <= count ? alphabet[group >> (18 - 6 * j) & 63] : '=');
-        }
+void EncodeBase64(std::string_view bytes, char* out) noexcept {
+    const char* at = bytes.data();
+    const char* const end = at + bytes.size();
+    for (; end - at >= 3; at += 3, out += 4) {
+        const std::uint32_t group = Byte(at) << 16 | Byte(at + 1) << 8 | Byte(at + 2);
+        out[0] = kAlphabet[group >> 18];
+        out[1] = kAlphabet[group >> 12 & 63];
+        out[2] = kAlphabet[group >> 6 & 63];
+        out[3] = kAlphabet[group & 63];
     }
-    return text;
+    if (at == end) return;
+    const bool two = end - at == 2;
+    const std::uint32_t group = Byte(at) << 16 | (two ? Byte(at + 1) << 8 : 0);
+    out[0] = kAlphabet[group >> 18];
+    out[1] = kAlphabet[group >> 12 & 63];
+    out[2] = two ? kAlphabet[group >> 6 & 63] : '=';
+    out[3] = '=';
 }
 
 bool DecodeBase64(std::string_view text, std::string& bytes) {
     if (text.size() % 4 != 0) return false;
     std::size_t padding = 0;
-    while (padding < 2 && padding < text.size() && text[text.size() - 1 - padding] == '=') {
+    while (padding < 2 && padding < text.size() && text[text.size() - 1 - padding] == '=')
         ++padding;
+    bytes.resize(text.size() / 4 * 3 - padding);
+    const char* at = text.data();
+    const char* const end = at + text.size() - (padding > 0 ? 4 : 0);
+    char* out = bytes.data();
+    std::uint32_t seen = 0;
+    for (; at != end; at += 4, out += 3) {
+        const std::uint32_t a = Digit(at), b = Digit(at + 1), c = Digit(at + 2), d = Digit(at + 3);
+        seen |= a | b | c | d;
+        const std::uint32_t group = a << 18 | b << 12 | c << 6 | d;
+        out[0] = static_cast<char>(group >> 16);
+        out[1] = static_cast<char>(group >> 8);
+        out[2] = static_cast<char>(group);
     }
-    text.remove_suffix(padding);
-    bytes.clear();
-    bytes.reserve(text.size() / 4 * 3 + 2);
-    std::uint32_t bits = 0;
-    unsigned count = 0;
-    for (const char c : text) {
-        const std::uint8_t digit = digits[static_cast<unsigned char>(c)];
-        if (digit == noDigit) return false;
-        bits = bits << 6 | digit;
-        count += 6;
-        if (count < 8) continue;
-        count -= 8;
-        bytes.push_back(static_cast<char>(bits >> count & 255));
-        bits &= (1u << count) - 1;
+    if (padding > 0) {
+        const std::uint32_t a = Digit(at), b = Digit(at + 1), c = padding == 1 ? Digit(at + 2) : 0;
+        const std::uint32_t group = a << 18 | b << 12 | c << 6;
+        out[0] = static_cast<char>(group >> 16);
+        if (padding == 1) out[1] = static_cast<char>(group >> 8);
+        seen |= a | b | c;
+        if ((group & (padding == 1 ? 0xffu : 0xffffu)) != 0) return false;
     }
-    return bits == 0;
+    return seen < 64;
 }
 
 }  // namespace vxJson::detail

@@ -1,14 +1,23 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
 namespace vxJson::detail {
 
-std::string EncodeBase64(std::string_view bytes);
+/// Returns the length of the Base64 text of `count` bytes.
+constexpr std::size_t Base64Length(std::size_t count) {
+    return (count + 2) / 3 * 4;
+}
 
-/// Decodes into `bytes` and returns true if `text` is what EncodeBase64 writes for them: padded, of
-/// the standard alphabet, with no bit set that stands for nothing.
+/// Writes the padded Base64 text of `bytes` to `out`, which has room for Base64Length(bytes.size())
+/// characters.
+void EncodeBase64(std::string_view bytes, char* out) noexcept;
+
+/// Decodes `text` into `bytes`. Returns whether `text` is what EncodeBase64 writes for them:
+/// padded, in the standard alphabet, without stray bits in the last digit. Otherwise `bytes` is
+/// unspecified.
 bool DecodeBase64(std::string_view text, std::string& bytes);
 
 }  // namespace vxJson::detail

@@ -1,20 +1,18 @@
-#include <rapidjson/prettywriter.h>
-#include <rapidjson/writer.h>
-
 #include <array>
 #include <charconv>
 #include <cmath>
 #include <ostream>
 
 #include "Base64.h"
+#include "Hex.h"
 #include "JsonContainers.h"
-#include "documents/RapidJsonAllocator.h"
 
 namespace vxJson::detail {
 
 namespace {
 
-// How each byte stands in a JSON string: 0 as itself, 'u' as \u00XX, else behind a backslash.
+// The form of each byte in a JSON string: 0 for the byte itself, 'u' for \u00XX, any other
+// character for that character after a backslash.
 constexpr std::array<char, 256> MakeEscapes() {
     std::array<char, 256> escapes{};
     for (std::size_t i = 0; i < 0x20; ++i) escapes[i] = 'u';
@@ -27,48 +25,30 @@ constexpr std::array<char, 256> MakeEscapes() {
     escapes['\\'] = '\\';
     return escapes;
 }
-constexpr std::array<char, 256> escapes = MakeEscapes();
+constexpr std::array<char, 256> kEscapes = MakeEscapes();
 
-/// The output stream of the rapidjson writers. These set brackets, commas and indents; strings and
-/// numbers are put in whole, since the writers go byte by byte and reserve six bytes for each byte
-/// of a string, counted in 32 bits.
-class TextStream {
+/// Text that grows at its end.
+class TextBuffer {
   public:
-    using Ch = char;
-
     void Put(char c) {
         Reserve(1);
-        PutUnsafe(c);
-    }
-    void PutUnsafe(char c) { *at_++ = c; }
-    void Flush() {}
-
-    void Reserve(std::size_t count) {
-        if (static_cast<std::size_t>(end_ - at_) < count) Grow(count);
+        *at_++ = c;
     }
 
-    void PutRun(const char* from, const char* to) {
-        const auto length = static_cast<std::size_t>(to - from);
-        Reserve(length);
-        std::copy(from, to, at_);
-        at_ += length;
+    void Put(std::string_view text) {
+        Reserve(text.size());
+        at_ = std::copy(text.begin(), text.end(), at_);
     }
 
-    void PutQuoted(std::string_view text) {
-        Reserve(text.size() + 2);
-        PutUnsafe('"');
-        const char* run = text.data();
-        const char* const end = run + text.size();
-        for (const char* at = run; at != end; ++at) {
-            const auto byte = static_cast<unsigned char>(*at);
-            if (escapes[byte] == 0) continue;
-            PutRun(run, at);
-            PutEscaped(byte);
-            run = at + 1;
-        }
-        PutRun(run, end);
-        Put('"');
+    /// Lets `write` fill up to `count` bytes from a given place on; it returns the end.
+    template <typename Write>
+    void PutUpTo(std::size_t count, Write write) {
+        Reserve(count);
+        at_ = write(at_);
     }
+
+    /// The last character of a text that is not empty.
+    char Last() const { return at_[-1]; }
 
     std::string Take() {
         text_.resize(Size());
@@ -78,6 +58,10 @@ class TextStream {
   private:
     std::size_t Size() const { return static_cast<std::size_t>(at_ - text_.data()); }
 
+    void Reserve(std::size_t count) {
+        if (static_cast<std::size_t>(end_ - at_) < count) Grow(count);
+    }
+
     void Grow(std::size_t count) {
         const std::size_t size = Size();
         text_.resize(2 * size + count + 64);
@@ -85,168 +69,188 @@ class TextStream {
         end_ = text_.data() + text_.size();
     }
 
-    void PutEscaped(unsigned char byte) {
-        static const char digits[] = "0123456789ABCDEF";
-        Reserve(6);
-        PutUnsafe('\\');
-        PutUnsafe(escapes[byte]);
-        if (escapes[byte] != 'u') return;
-        PutUnsafe('0');
-        PutUnsafe('0');
-        PutUnsafe(digits[byte >> 4]);
-        PutUnsafe(digits[byte & 15]);
-    }
-
     std::string text_;
     char* at_ = text_.data();
     char* end_ = at_;
 };
 
-// What rapidjson calls on a stream instead of its slower defaults.
-inline void PutReserve(TextStream& stream, std::size_t count) {
-    stream.Reserve(count);
-}
-inline void PutUnsafe(TextStream& stream, char c) {
-    stream.PutUnsafe(c);
-}
-
-// Indentation. Its limit keeps the text of deeply nested values from growing with the square.
-inline void PutN(TextStream& stream, char c, std::size_t count) {
-    constexpr std::size_t widestIndent = 80;
-    count = std::min(count, widestIndent);
-    stream.Reserve(count);
-    while (count-- > 0) stream.PutUnsafe(c);
-}
-
-using Utf8 = rapidjson::UTF8<>;
-using CompactWriter = rapidjson::Writer<TextStream, Utf8, Utf8, dataengine::RapidJsonAllocator>;
-using StyledWriter =
-    rapidjson::PrettyWriter<TextStream, Utf8, Utf8, dataengine::RapidJsonAllocator>;
-
 }  // namespace
 
+/// Prints values with an explicit stack, so that their depth doesn't matter.
 class Printer {
   public:
-    template <class Writer>
-    static std::string Print(const Value& root) {
-        TextStream text;
-        Writer writer(text);
-        std::vector<Cursor> open;
-        const Value* value = &root;
-        for (;;) {
-            if (value->HoldsContainer()) {
-                open.emplace_back(*value->plain_.container);
-                open.back().InObject() ? writer.StartObject() : writer.StartArray();
+    explicit Printer(bool styled) : styled_(styled) {}
+
+    std::string Print(const Value& root) {
+        PutValue(root);
+        while (!open_.empty()) {
+            Cursor& top = open_.back();
+            if (top.AtEnd()) {
+                Close(top.InObject() ? '}' : ']');
+                open_.pop_back();
+                continue;
+            }
+            if (top.InObject()) {
+                PutKey(top.GetKey());
             } else {
-                PrintPlain(*value, writer, text);
+                StartChild();
             }
-            for (; !open.empty() && open.back().AtEnd(); open.pop_back()) {
-                open.back().InObject() ? writer.EndObject() : writer.EndArray();
-            }
-            if (open.empty()) return text.Take();
-            Cursor& top = open.back();
-            if (top.InObject()) PrintText(top.GetKey(), writer, text);
-            value = &top.GetValue();
+            const Value& child = top.GetValue();
             top.Advance();
+            PutValue(child);
         }
+        return text_.Take();
     }
 
   private:
-    template <class Writer>
-    static void PrintPlain(const Value& value, Writer& writer, TextStream& text) {
+    // Opens a container that has children; prints any other value whole.
+    void PutValue(const Value& value) {
         switch (value.tag_) {
             case Value::Tag::boolean:
-                writer.Bool(value.plain_.boolean);
-                break;
+                return text_.Put(value.plain_.boolean ? "true" : "false");
             case Value::Tag::negative:
-                PrintNumber(value.plain_.signedNumber, writer, text);
-                break;
+                return PutInteger(value.plain_.signedNumber);
             case Value::Tag::natural:
-                PrintNumber(value.plain_.unsignedNumber, writer, text);
-                break;
+                return PutInteger(value.plain_.unsignedNumber);
             case Value::Tag::real:
-                PrintDouble(value.plain_.real, writer, text);
-                break;
+                return PutDouble(value.plain_.real);
             case Value::Tag::string:
-                PrintText(value.text_, writer, text);
-                break;
+                return PutString(value.text_);
             case Value::Tag::binary:
-                PrintBinary(value.text_, writer, text);
-                break;
+                return PutBinary(value.text_);
             case Value::Tag::time:
-                PrintTime(std::to_string(value.plain_.signedNumber), writer, text);
-                break;
+                return PutTime(value.plain_.signedNumber);
+            case Value::Tag::array:
+            case Value::Tag::object:
+                return PutContainer(*value.plain_.container);
             default:
-                writer.Null();
-                break;
+                return text_.Put("null");
         }
     }
 
-    // The longest numbers are a double without an exponent, a sign, "0.00000" and 17 digits, and an
-    // integer, of twenty bytes.
-    using Digits = std::array<char, 32>;
+    void PutContainer(const Container& container) {
+        const Cursor cursor(container);
+        if (cursor.AtEnd()) return text_.Put(cursor.InObject() ? "{}" : "[]");
+        open_.push_back(cursor);
+        Open(cursor.InObject() ? '{' : '[');
+    }
 
-    // An empty raw value makes the writer set what goes before a value.
-    template <class Number, class Writer>
-    static void PrintNumber(Number number, Writer& writer, TextStream& text) {
-        Digits digits;
-        writer.RawValue("", 0, rapidjson::kNumberType);
-        text.PutRun(digits.data(),
-                    std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr);
+    void Open(char bracket) {
+        text_.Put(bracket);
+        ++depth_;
+    }
+
+    void Close(char bracket) {
+        --depth_;
+        if (styled_) PutNewLine();
+        text_.Put(bracket);
+    }
+
+    void StartChild() {
+        // A bracket is the last character only before the first child.
+        if (text_.Last() != '{' && text_.Last() != '[') text_.Put(',');
+        if (styled_) PutNewLine();
+    }
+
+    void PutKey(std::string_view key) {
+        StartChild();
+        PutString(key);
+        text_.Put(':');
+        if (styled_) text_.Put(' ');
+    }
+
+    // The limit keeps the text of deeply nested values in proportion to the value.
+    void PutNewLine() {
+        constexpr std::size_t kDeepestIndent = 20;
+        const std::size_t width = 4 * std::min(depth_, kDeepestIndent);
+        text_.Put('\n');
+        text_.PutUpTo(width, [width](char* at) { return std::fill_n(at, width, ' '); });
+    }
+
+    template <typename Integer>
+    void PutInteger(Integer number) {
+        constexpr std::size_t kLongest = 20;
+        text_.PutUpTo(kLongest,
+                      [number](char* at) { return std::to_chars(at, at + kLongest, number).ptr; });
     }
 
     // The shortest text that reads back as the same double, with an exponent where a reader would
     // have to count zeros.
-    template <class Writer>
-    static void PrintDouble(double number, Writer& writer, TextStream& text) {
-        if (!std::isfinite(number)) {
-            writer.Null();
-            return;
-        }
+    void PutDouble(double number) {
+        if (!std::isfinite(number)) return text_.Put("null");
         const double size = std::fabs(number);
         const bool isPlain = size == 0 || (size >= 1e-6 && size < 1e21);
-        Digits digits;
-        char* end =
-            std::to_chars(digits.data(), digits.data() + digits.size(), number,
-                          isPlain ? std::chars_format::fixed : std::chars_format::scientific)
-                .ptr;
-        if (isPlain && std::find(digits.data(), end, '.') == end) {
-            *end++ = '.';
-            *end++ = '0';
+        // A sign, "0.00000" and 17 digits.
+        constexpr std::size_t kLongest = 25;
+        text_.PutUpTo(kLongest, [=](char* at) {
+            const auto format = isPlain ? std::chars_format::fixed : std::chars_format::scientific;
+            char* end = std::to_chars(at, at + kLongest, number, format).ptr;
+            if (isPlain && std::find(at, end, '.') == end) {
+                *end++ = '.';
+                *end++ = '0';
+            }
+            return end;
+        });
+    }
+
+    void PutString(std::string_view string) {
+        text_.Put('"');
+        const char* run = string.data();
+        const char* const end = run + string.size();
+        for (const char* at = run; at != end; ++at) {
+            const auto byte = static_cast<unsigned char>(*at);
+            if (kEscapes[byte] == 0) continue;
+            text_.Put({run, static_cast<std::size_t>(at - run)});
+            PutEscaped(byte);
+            run = at + 1;
         }
-        writer.RawValue("", 0, rapidjson::kNumberType);
-        text.PutRun(digits.data(), end);
+        text_.Put({run, static_cast<std::size_t>(end - run)});
+        text_.Put('"');
     }
 
-    template <class Writer>
-    static void PrintText(std::string_view string, Writer& writer, TextStream& text) {
-        writer.RawValue("", 0, rapidjson::kStringType);
-        text.PutQuoted(string);
+    void PutEscaped(unsigned char byte) {
+        text_.Put('\\');
+        text_.Put(kEscapes[byte]);
+        if (kEscapes[byte] != 'u') return;
+        const char digit = vxutil::kHexDigits[byte & 15];
+        text_.Put(byte < 0x10 ? "000" : "001");
+        text_.Put(digit < 'a' ? digit : static_cast<char>(digit - 'a' + 'A'));
     }
 
-    template <class Writer>
-    static void PrintBinary(const std::string& bytes, Writer& writer, TextStream& text) {
-        writer.StartObject();
-        PrintText("$binary", writer, text);
-        writer.StartObject();
-        PrintText("base64", writer, text);
-        PrintText(EncodeBase64(bytes), writer, text);
-        PrintText("subType", writer, text);
-        PrintText("00", writer, text);
-        writer.EndObject();
-        writer.EndObject();
+    void PutBinary(const std::string& bytes) {
+        Open('{');
+        PutKey("$binary");
+        Open('{');
+        PutKey("base64");
+        const std::size_t length = Base64Length(bytes.size());
+        text_.Put('"');
+        text_.PutUpTo(length, [&bytes, length](char* at) {
+            EncodeBase64(bytes, at);
+            return at + length;
+        });
+        text_.Put('"');
+        PutKey("subType");
+        text_.Put("\"00\"");
+        Close('}');
+        Close('}');
     }
 
-    template <class Writer>
-    static void PrintTime(const std::string& milliseconds, Writer& writer, TextStream& text) {
-        writer.StartObject();
-        PrintText("$date", writer, text);
-        writer.StartObject();
-        PrintText("$numberLong", writer, text);
-        PrintText(milliseconds, writer, text);
-        writer.EndObject();
-        writer.EndObject();
+    void PutTime(std::int64_t milliseconds) {
+        Open('{');
+        PutKey("$date");
+        Open('{');
+        PutKey("$numberLong");
+        text_.Put('"');
+        PutInteger(milliseconds);
+        text_.Put('"');
+        Close('}');
+        Close('}');
     }
+
+    const bool styled_;
+    TextBuffer text_;
+    std::size_t depth_ = 0;
+    std::vector<Cursor> open_;
 };
 
 }  // namespace vxJson::detail
@@ -254,11 +258,11 @@ class Printer {
 namespace vxJson {
 
 std::string Value::toString(bool flag) const {
-    return flag ? toStyledString() : detail::Printer::Print<detail::CompactWriter>(*this);
+    return detail::Printer(flag).Print(*this);
 }
 
 std::string Value::toStyledString() const {
-    return detail::Printer::Print<detail::StyledWriter>(*this);
+    return toString(true);
 }
 
 std::ostream& operator<<(std::ostream& output, const Value& value) {

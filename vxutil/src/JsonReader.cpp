@@ -4,14 +4,30 @@
 #include <cmath>
 #include <istream>
 #include <limits>
+#include <new>
 
 #include "Base64.h"
 #include "JsonContainers.h"
-#include "documents/RapidJsonAllocator.h"
 
 namespace vxJson {
 
 namespace detail {
+
+/// The allocator of the reader's stack, which throws std::bad_alloc. The default one of rapidjson
+/// returns null, which its stack writes through.
+class StackAllocator {
+  public:
+    static const bool kNeedFree = true;
+
+    void* Malloc(std::size_t size) { return ::operator new(size); }
+    void* Realloc(void* block, std::size_t oldSize, std::size_t size) {
+        void* const grown = ::operator new(size);
+        if (block != nullptr) std::memcpy(grown, block, std::min(oldSize, size));
+        ::operator delete(block);
+        return grown;
+    }
+    static void Free(void* block) { ::operator delete(block); }
+};
 
 /// Builds a value from the events of rapidjson's reader. Each event returns whether to go on.
 class ParseHandler {
@@ -171,8 +187,7 @@ bool Reader::parse(std::istream& input, Value& root, bool extended) {
     if (!ReadAll(input, text)) return false;
     Value parsed;
     detail::ParseHandler builder(parsed, extended);
-    rapidjson::GenericReader<rapidjson::UTF8<>, rapidjson::UTF8<>, dataengine::RapidJsonAllocator>
-        reader;
+    rapidjson::GenericReader<rapidjson::UTF8<>, rapidjson::UTF8<>, detail::StackAllocator> reader;
     rapidjson::InsituStringStream stream(text.data());
     constexpr unsigned flags = rapidjson::kParseIterativeFlag | rapidjson::kParseInsituFlag |
                                rapidjson::kParseNumbersAsStringsFlag;

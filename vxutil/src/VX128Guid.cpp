@@ -3,20 +3,14 @@
 #include <cstddef>
 #include <stdexcept>
 
+#include "Hex.h"
+
 namespace {
 
 constexpr std::size_t textLength = 36;
 
 bool IsHyphenAt(std::size_t position) {
     return position == 8 || position == 13 || position == 18 || position == 23;
-}
-
-// The value of a hexadecimal digit, or -1.
-int DigitValue(char c) {
-    if (c >= '0' && c <= '9') return c - '0';
-    if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-    if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-    return -1;
 }
 
 }  // namespace
@@ -33,7 +27,7 @@ VX128Guid::VX128Guid(const std::string& text) {
             if (text[i] != '-') fail();
             continue;
         }
-        const int value = DigitValue(text[i]);
+        const int value = vxutil::HexValue(text[i]);
         if (value < 0) fail();
         std::uint8_t& byte = bytes_[digits++ / 2];
         byte = static_cast<std::uint8_t>(byte << 4 | value);
@@ -41,13 +35,11 @@ VX128Guid::VX128Guid(const std::string& text) {
 }
 
 std::string VX128Guid::ToUUIDString(bool hyphens) const {
-    static const char digits[] = "0123456789abcdef";
     std::string text;
     text.reserve(textLength);
     for (std::size_t i = 0; i < bytes_.size(); ++i) {
         if (hyphens && (i == 4 || i == 6 || i == 8 || i == 10)) text.push_back('-');
-        text.push_back(digits[bytes_[i] >> 4]);
-        text.push_back(digits[bytes_[i] & 15]);
+        vxutil::AppendHex(text, bytes_[i]);
     }
     return text;
 }
