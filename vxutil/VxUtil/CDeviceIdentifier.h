@@ -6,29 +6,28 @@
 #include <VxUtil/VX128Guid.h>
 #include <VxUtil/VxUtilExport.h>
 
-/// Who a device is: its 128-bit identifier, its host name and its domain. A plain value: a copy is
-/// independent of its source.
+/// The identity of a device: its 128-bit identifier, its host name and its domain. A plain value
+/// class; a copy is independent of its source.
 ///
-/// The references that getters return stay valid while the object lives, and show what is set
-/// later.
+/// Returned references remain valid for the lifetime of the object and see later changes.
 ///
-/// Thread rule: distinct objects may be used at the same time.
+/// Thread safety: distinct objects may be used concurrently.
 class VXUTIL_EXPORT CDeviceIdentifier {
   public:
-    /// Nobody: an invalid identifier, no host name, no domain.
+    /// Constructs a blank identity: an invalid identifier, no host name, no domain.
     CDeviceIdentifier() = default;
 
-    /// Copies all three parts.
+    /// Constructs an identity from copies of its three parts.
     CDeviceIdentifier(const VX128Guid& deviceId, const std::string& hostName,
                       const CVXDomain& domain = {});
 
-    /// The 128-bit identifier.
+    /// Returns the 128-bit identifier.
     const VX128Guid& GetDeviceId() const noexcept { return deviceId_; }
-    /// The host name; the setter copies. @{
+    /// The host name. The setter copies its argument. @{
     const std::string& GetHostName() const noexcept { return hostName_; }
     void SetHostName(const std::string& hostName);
     /// @}
-    /// The domain; the setter copies. @{
+    /// The domain. The setter copies its argument. @{
     const CVXDomain& GetDomain() const noexcept { return domain_; }
     void SetDomain(const CVXDomain& domain);
     /// @}

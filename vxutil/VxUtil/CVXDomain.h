@@ -6,16 +6,17 @@
 
 /// The domain that a device belongs to: the name of the database that holds its data.
 ///
-/// Thread rule: distinct objects may be used at the same time.
+/// Thread safety: distinct objects may be used concurrently.
 class VXUTIL_EXPORT CVXDomain {
   public:
-    /// No domain: an empty name.
+    /// Constructs a domain with an empty database name.
     CVXDomain() = default;
 
-    /// The domain whose data is in the database of this name.
+    /// Constructs the domain whose data is in the database `domainDBName`.
     explicit CVXDomain(const std::string& domainDBName);
 
-    /// The name of the database. Valid while the domain lives and isn't assigned to.
+    /// Returns the name of the database. The reference remains valid until the domain is assigned
+    /// to or destroyed.
     const std::string& GetDomainDBName() const noexcept { return domainDBName_; }
 
   private:

@@ -2,10 +2,10 @@
 
 #include <string>
 
-/// The identity of a node that has no valid VX128Guid. An empty type means that there is none.
+/// The identity of a node without a valid VX128Guid. An empty type means no identity.
 ///
-/// Thread rule: distinct objects may be used at the same time.
+/// Thread safety: distinct objects may be used concurrently.
 struct NodeIdentify {
     std::string nodeType;  ///< The first part of the node's name.
-    std::string nodeId;    ///< The second part, which stands for the device.
+    std::string nodeId;    ///< The second part: the text identifier of the device.
 };

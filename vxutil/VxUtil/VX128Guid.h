@@ -6,31 +6,32 @@
 
 #include <VxUtil/VxUtilExport.h>
 
-/// A 128-bit identifier. One whose bytes are all zero is invalid and names nothing.
+/// A 128-bit identifier. An identifier of zero bytes only is invalid.
 ///
-/// Thread rule: distinct objects may be used at the same time.
+/// Thread safety: distinct objects may be used concurrently.
 class VXUTIL_EXPORT VX128Guid {
   public:
-    /// The invalid identifier.
+    /// Constructs the invalid identifier.
     VX128Guid() = default;
 
-    /// Reads the form of 8-4-4-4-12 hexadecimal digits, in any case. Throws std::invalid_argument
-    /// on any other text.
+    /// Parses 8-4-4-4-12 hexadecimal digits, in upper or lower case.
+    ///
+    /// Throws std::invalid_argument if `text` has another form.
     explicit VX128Guid(const std::string& text);
 
-    /// True unless all bytes are zero.
+    /// Returns whether any byte is not zero.
     bool IsValid() const noexcept { return *this != VX128Guid(); }
 
-    /// The identifier in lower-case hexadecimal digits: 8-4-4-4-12 with true, 32 digits without
-    /// hyphens with false. An invalid one gives zeros.
+    /// Returns the identifier in lower-case hexadecimal digits: 8-4-4-4-12 if `hyphens` is true,
+    /// else 32 digits. The digits of an invalid identifier are zeros.
     std::string ToUUIDString(bool hyphens) const;
 
-    /// Whether the bytes are equal. @{
+    /// Compare the bytes. @{
     bool operator==(const VX128Guid& other) const noexcept { return bytes_ == other.bytes_; }
     bool operator!=(const VX128Guid& other) const noexcept { return bytes_ != other.bytes_; }
     /// @}
 
-    /// The order of the texts.
+    /// Orders identifiers as their text does.
     bool operator<(const VX128Guid& other) const noexcept { return bytes_ < other.bytes_; }
 
   private:

@@ -7,17 +7,17 @@ struct Division {
     long long remainder;
 };
 
-// Division towards minus infinity: the remainder is never negative.
+// Rounds towards minus infinity: the remainder is never negative.
 constexpr Division FloorDivide(long long number, long long divisor) {
     const long long remainder = number % divisor;
     if (remainder >= 0) return {number / divisor, remainder};
     return {number / divisor - 1, remainder + divisor};
 }
 
-// Years are counted from March 1st here, so that a leap day is the last of its year, and in eras of
-// 400 years, after which the calendar repeats.
-constexpr long long daysOfEra = 146097;
-constexpr long long epochDay = 719468;  // 1970-01-01, counted from 0000-03-01
+// Years start on March 1st here, so that a leap day is the last day of its year. They are counted
+// in eras of 400 years, after which the calendar repeats.
+constexpr long long kDaysOfEra = 146097;
+constexpr long long kEpochDay = 719468;  // 1970-01-01, counted from 0000-03-01
 
 constexpr bool IsLeapYear(long long year) {
     return year % 4 == 0 && (year % 100 != 0 || year % 400 == 0);
@@ -25,11 +25,13 @@ constexpr bool IsLeapYear(long long year) {
 
 }  // namespace
 
+// gmtime_r computes the same, but its first call in a process reads the environment and the time
+// zone files, and every call takes a lock that all threads share.
 std::tm TimerHelper::Time2UTCTm(long long time) noexcept {
     const Division day = FloorDivide(time, 24LL * 60 * 60 * 1000);
     const long long second = day.remainder / 1000;
 
-    const Division era = FloorDivide(day.quotient + epochDay, daysOfEra);
+    const Division era = FloorDivide(day.quotient + kEpochDay, kDaysOfEra);
     const long long dayOfEra = era.remainder;
     const long long yearOfEra =
         (dayOfEra - dayOfEra / 1460 + dayOfEra / 36524 - dayOfEra / 146096) / 365;
