@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr std::size_t textLength = 36;
+constexpr std::size_t kTextLength = 36;
 
 bool IsHyphenAt(std::size_t position) {
     return position == 8 || position == 13 || position == 18 || position == 23;
@@ -17,12 +17,12 @@ bool IsHyphenAt(std::size_t position) {
 
 VX128Guid::VX128Guid(const std::string& text) {
     const auto fail = [&text] {
-        throw std::invalid_argument("VX128Guid: \"" + text.substr(0, 2 * textLength) +
+        throw std::invalid_argument("VX128Guid: \"" + text.substr(0, 2 * kTextLength) +
                                     "\" is not of the form 8-4-4-4-12 hexadecimal digits");
     };
-    if (text.size() != textLength) fail();
+    if (text.size() != kTextLength) fail();
     std::size_t digits = 0;
-    for (std::size_t i = 0; i < textLength; ++i) {
+    for (std::size_t i = 0; i < kTextLength; ++i) {
         if (IsHyphenAt(i)) {
             if (text[i] != '-') fail();
             continue;
@@ -36,7 +36,7 @@ VX128Guid::VX128Guid(const std::string& text) {
 
 std::string VX128Guid::ToUUIDString(bool hyphens) const {
     std::string text;
-    text.reserve(textLength);
+    text.reserve(kTextLength);
     for (std::size_t i = 0; i < bytes_.size(); ++i) {
         if (hyphens && (i == 4 || i == 6 || i == 8 || i == 10)) text.push_back('-');
         vxutil::AppendHex(text, bytes_[i]);
