@@ -15,6 +15,10 @@ class DATAENGINE_EXPORT CDETimeRange {
 
     /// The range between two times, given in either order.
     CDETimeRange(long long a, long long b) : startTime_(std::min(a, b)), endTime_(std::max(a, b)) {}
+    /// Copies both times; a move is a copy. @{
+    CDETimeRange(const CDETimeRange&) = default;
+    CDETimeRange& operator=(const CDETimeRange&) = default;
+    /// @}
 
     /// The earlier time, in milliseconds since the Unix epoch.
     long long GetStartTime() const { return startTime_; }

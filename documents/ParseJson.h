@@ -13,8 +13,32 @@
 
 namespace dataengine {
 
+/// Tag in place of a value's allocator that selects the specialization below.
+struct ParseResultAccess;
+
+}  // namespace dataengine
+
+RAPIDJSON_NAMESPACE_BEGIN
+
+/// Sets the parse result of a document, which rapidjson lets only its own parse do. An access
+/// trick: documents befriend GenericValue, and this specialization is not a value but one function
+/// that uses that friendship.
+template <>
+class GenericValue<UTF8<>, dataengine::ParseResultAccess> {
+  public:
+    static void Set(Document& document, const ParseResult& result) {
+        document.parseResult_ = result;
+    }
+};
+
+RAPIDJSON_NAMESPACE_END
+
+namespace dataengine {
+
+using ParseResultOf = rapidjson::GenericValue<rapidjson::UTF8<>, ParseResultAccess>;
+
 /// Builds a value in a pool from the events of a rapidjson reader, as a document does, but throws
-/// std::bad_alloc where memory ends. Documents write through the null pointer that they get there.
+/// std::bad_alloc when memory runs out, where a document writes through a null pointer.
 class ValueBuilder {
   public:
     explicit ValueBuilder(JsonPool& pool) : pool_(pool) {}
@@ -48,7 +72,7 @@ class ValueBuilder {
         return Put(std::move(object));
     }
 
-    /// The value, once all events have come.
+    /// The value, valid after the last event.
     rapidjson::Value& Root() { return finished_.back(); }
 
   private:
@@ -66,19 +90,38 @@ class ValueBuilder {
     }
 
     JsonPool& pool_;
-    std::vector<rapidjson::Value> finished_;  // and not yet in a container; names too
+    std::vector<rapidjson::Value> finished_;  // values and names that no container holds yet
 };
 
 /// Parses the zero-terminated `text` with rapidjson's default flags, but without recursion, into
-/// `value`, which is left as it is if the text doesn't parse.
-inline bool ParseJson(const char* text, rapidjson::Value& value, JsonPool& pool) {
+/// `value`, which is unchanged if the text does not parse. The value's storage is in `pool`, and so
+/// is what was built before an error.
+///
+/// Returns the code and offset that rapidjson's recursive parser reports. Throws std::bad_alloc if
+/// memory runs out.
+inline rapidjson::ParseResult ParseJson(const char* text, rapidjson::Value& value, JsonPool& pool) {
     rapidjson::GenericReader<rapidjson::UTF8<>, rapidjson::UTF8<>, RapidJsonAllocator> reader;
     rapidjson::StringStream stream(text);
     ValueBuilder builder(pool);
     constexpr unsigned flags = rapidjson::kParseDefaultFlags | rapidjson::kParseIterativeFlag;
-    if (reader.Parse<flags>(stream, builder).IsError()) return false;
-    value = std::move(builder.Root());
-    return true;
+    rapidjson::ParseResult result = reader.Parse<flags>(stream, builder);
+    if (!result.IsError()) {
+        value = std::move(builder.Root());
+    } else if (result == rapidjson::kParseErrorDocumentEmpty && text[result.Offset()] != '\0') {
+        // The iterative parser calls a text empty if its root is one of , : ] }
+        result.Set(rapidjson::kParseErrorValueInvalid, result.Offset());
+    }
+    return result;
+}
+
+/// Does what document.Parse(text) does, but without recursion, and throws std::bad_alloc where that
+/// writes through a null pointer: replaces the value and clears the parse error, or sets the parse
+/// error and leaves the value unchanged.
+inline void ParseDocument(const char* text, rapidjson::Document& document) {
+    rapidjson::Value value;
+    const rapidjson::ParseResult result = ParseJson(text, value, document.GetAllocator());
+    ParseResultOf::Set(document, result);
+    if (!result.IsError()) static_cast<rapidjson::Value&>(document) = std::move(value);
 }
 
 }  // namespace dataengine

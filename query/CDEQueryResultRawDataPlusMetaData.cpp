@@ -1,5 +1,7 @@
 #include "query/CDEQueryResultRawDataPlusMetaData.h"
 
+#include <utility>
+
 #include "contracts/detail/Values.h"
 
 using dataengine::NullValue;
@@ -20,11 +22,11 @@ bool CDEQueryResultRawDataPlusMetaData::LoadFromJson(const vxJson::Value& source
 }
 
 bool CDEQueryResultRawDataPlusMetaData::SaveToJson(vxJson::Value& target) const {
-    vxJson::Value& metaData = target[kMetaDataKey];
-    metaData = NullValue();
+    vxJson::Value metaData = NullValue();
     resultMetaDataOnly_.SaveToJson(metaData);
-    vxJson::Value& rawData = target[kRawDataKey];
-    rawData = NullValue();
+    target[kMetaDataKey] = std::move(metaData);
+    vxJson::Value rawData = NullValue();
     resultRawData_.SaveToJson(rawData);
+    target[kRawDataKey] = std::move(rawData);
     return true;
 }

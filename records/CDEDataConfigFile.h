@@ -12,7 +12,7 @@ class DATAENGINE_EXPORT CDEDataConfigFile : public CDEDataBase {
     CDEDataConfigFile();
 
     /// A record of type "config" of the device `id`.
-    explicit CDEDataConfigFile(const CDeviceIdentifier& id);
+    CDEDataConfigFile(const CDeviceIdentifier& id);
 
     ~CDEDataConfigFile() override;
 

@@ -11,7 +11,7 @@ class DATAENGINE_EXPORT CDEDataShowCommand : public CDEDataBase {
     CDEDataShowCommand();
 
     /// A record of type "cmd" of the device `id`.
-    explicit CDEDataShowCommand(const CDeviceIdentifier& id);
+    CDEDataShowCommand(const CDeviceIdentifier& id);
 
     ~CDEDataShowCommand() override;
 

@@ -8,6 +8,13 @@
 /// Thread rule: an object belongs to one thread at a time.
 class DATAENGINE_EXPORT CDataEngineCleanRemove : public IJsonSerialize {
   public:
+    /// A rule that is not in force, with zeros.
+    CDataEngineCleanRemove() = default;
+    /// Copies every field; a move is a copy. @{
+    CDataEngineCleanRemove(const CDataEngineCleanRemove&) = default;
+    CDataEngineCleanRemove& operator=(const CDataEngineCleanRemove&) = default;
+    /// @}
+
     /// Whether the rule is in force.
     bool GetChecked() const { return checked_; }
     /// For how many months data is kept.

@@ -10,6 +10,13 @@
 /// Thread rule: an object belongs to one thread at a time.
 class DATAENGINE_EXPORT CDataEngineCleanSetting : public IJsonSerialize {
   public:
+    /// Two rules that are not in force, with zeros.
+    CDataEngineCleanSetting() = default;
+    /// Copies every field; a move is a copy. @{
+    CDataEngineCleanSetting(const CDataEngineCleanSetting&) = default;
+    CDataEngineCleanSetting& operator=(const CDataEngineCleanSetting&) = default;
+    /// @}
+
     /// The rule that thins out. The reference is into the object and shows later loads.
     const CDataEngineCleanShrink& GetShrink() const { return shrink_; }
     /// The rule that removes. The reference is into the object and shows later loads.

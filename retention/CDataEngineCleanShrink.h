@@ -8,6 +8,13 @@
 /// Thread rule: an object belongs to one thread at a time.
 class DATAENGINE_EXPORT CDataEngineCleanShrink : public IJsonSerialize {
   public:
+    /// A rule that is not in force, with zeros.
+    CDataEngineCleanShrink() = default;
+    /// Copies every field; a move is a copy. @{
+    CDataEngineCleanShrink(const CDataEngineCleanShrink&) = default;
+    CDataEngineCleanShrink& operator=(const CDataEngineCleanShrink&) = default;
+    /// @}
+
     /// Whether the rule is in force.
     bool GetChecked() const { return checked_; }
     /// For how many months data is kept.
