@@ -1,13 +1,10 @@
 #include <VxUtil/vxJson.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <random>
 #include <string>
 #include <tuple>
-#include <utility>
 
-#include "descriptors/CDETimeRange.h"
 #include "query/CDEDeviceDataQueryInfo.h"
 #include "query/CDEQueryResultMetaDataOnly.h"
 #include "query/CDEStructureQueryInfo.h"
@@ -98,15 +95,6 @@ TEST(Query, DeviceTypesAddToWhatIsThere) {
     vxJson::Value target = Json(R"({"devTypes":["there"]})");
     query.SaveToJson(target);
     EXPECT_EQ(target["devTypes"].toString(false), R"(["there",5,-1,4])");
-}
-
-TEST(Query, ATimeRangeStartsAtItsEarlierTime) {
-    using Pair = std::pair<long long, long long>;
-    for (const auto& [a, b] : {Pair(5, 3), Pair(3, 5), Pair(1, -9007199254740993)}) {
-        const CDETimeRange range(a, b);
-        EXPECT_EQ(Pair(range.GetStartTime(), range.GetEndTime()), std::minmax({a, b})) << a;
-    }
-    EXPECT_EQ(CDETimeRange().GetStartTime() + CDETimeRange().GetEndTime(), 0);
 }
 
 }  // namespace

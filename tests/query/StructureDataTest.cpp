@@ -8,8 +8,6 @@
 #include <vector>
 
 #include "query/CDEQueryResultStructureData.h"
-#include "structure/CDEStructureDataHelper.h"
-#include "tests/structure/SampleUnit.h"
 #include "tests/support/Texts.h"
 
 namespace {
@@ -87,24 +85,6 @@ TEST(StructureData, SavesTheTextUpToANumberThatJsonCannotWrite) {
     EXPECT_EQ(SavedData(result), Text(result.GetData_RO()));
     result.GetData()["a"][1].SetDouble(std::numeric_limits<double>::quiet_NaN());
     EXPECT_EQ(SavedData(result), R"({"a":[1.1,)");
-}
-
-// The document that a result carries is the one that the decoder fills.
-TEST(StructureData, CarriesADecodedDocumentToAnotherObject) {
-    const std::string payload = SampleUnit::Payload();
-    CDEQueryResultStructureData sent;
-    ASSERT_TRUE(CDEStructureDataHelper::ParseBinaryDataToJson(
-        payload.data(), static_cast<int>(payload.size()), Json(SampleUnit::kSchema),
-        Json(SampleUnit::kOffsets), vxJson::Value(), sent.GetData()));
-    std::vector<std::string> items;
-    CDEStructureDataHelper::PostDataProcessing({{DDKey("", "host"), DDKey("p", "hostname")}}, "p",
-                                               sent.GetData(), items);
-    vxJson::Value saved;
-    sent.SaveToJson(saved);
-    CDEQueryResultStructureData received;
-    received.LoadFromJson(Json(saved.toString(false)));
-    EXPECT_EQ(SavedData(received), "[" + items.at(0) + "," + items.at(1) + "]");
-    EXPECT_EQ(items[0], R"({"type":1,"name":"host","value":"r1"})");
 }
 
 }  // namespace

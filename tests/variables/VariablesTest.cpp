@@ -9,6 +9,8 @@
 #include <vector>
 
 #include "tests/support/Rows.h"
+#include "tests/support/Texts.h"
+#include "tests/support/Transfer.h"
 #include "variables/CTimePointIndex.h"
 #include "variables/CVariableMapping.h"
 #include "variables/ParserPriorityDAO.h"
@@ -107,20 +109,46 @@ TEST(Variables, NamesLoadInTheFormOfDecodedDocuments) {
     }
 }
 
-TEST(Variables, WhatDoesNotConvertIsLostWithWhatIsBehindIt) {
-    vxJson::Value document;
-    document["mappingVars"][0]["parserPath"] = "p";
-    document["mappingVars"][1]["deviceType"][0] = "x";
-    document["mappingVars"][2]["parserPath"] = "q";
+vxJson::Value Instances(const VariableMappingDAO& mapping) {
+    vxJson::Value list;
+    for (const MappingInstance& o : mapping.GetAllMappingVariable()) {
+        vxJson::Value types;
+        for (const int type : o.deviceType) types.append(type);
+        list.append(Object({{"deviceType", types},
+                            {"parserPath", o.parserPath},
+                            {"parserName", o.parserName},
+                            {"bizType", o.bizType},
+                            {"varName", o.varName},
+                            {"varFullName", o.varFullName}}));
+    }
+    return list;
+}
+
+TEST(Variables, DocumentsLoadAndMove) {
+    CheckTransfer(TEST_DATA "/classes.txt",
+                  {Transfer<VariableMappingDAO>([](const auto& o) {
+                       return Object({{"_id", o.GetId()},
+                                      {"mappingType", int{o.GetMappingType()}},
+                                      {"gvPath", o.GetGvPath()},
+                                      {"mappingVars", Instances(o)}});
+                   }),
+                   Transfer<ParserPriorityDAO>([](const auto& o) {
+                       return Object({{"devType", o.GetDevType()},
+                                      {"path", o.GetParserPath()},
+                                      {"ts", o.GetTimeStamp()},
+                                      {"order", o.GetOrder()}});
+                   })});
+    EXPECT_EQ(ParserPriorityDAO().GetOrder(), 0xFFFFFFFF);
+    EXPECT_EQ(ParserPriorityDAO().GetTimeStamp(), 0);
+}
+
+TEST(Variables, AnInstanceThatDoesNotConvertIsLostWithThoseAfterIt) {
     VariableMappingDAO mapping;
-    EXPECT_THROW(mapping.LoadFromJson(document), vxJson::Error);
+    EXPECT_THROW(mapping.LoadFromJson(
+                     Json(R"({"mappingVars":[{"parserPath":"p"},{"deviceType":["x"]},{}]})")),
+                 vxJson::Error);
     ASSERT_EQ(mapping.GetMappingSize(), 1);
     EXPECT_EQ(mapping.GetAllMappingVariable()[0].parserPath, "p");
-
-    ParserPriorityDAO priority;
-    EXPECT_EQ(priority.GetOrder() + priority.GetTimeStamp(), 0xFFFFFFFF);
-    document["ts"] = 4294967296LL;  // the time stamp is read as 32 bits, though it holds 64
-    EXPECT_THROW(priority.LoadFromJson(document), vxJson::Error);
 }
 
 }  // namespace
