@@ -52,20 +52,17 @@ class GenericDocument<UTF8<>, dataengine::JsonPool, dataengine::RawAccess> {
         return reinterpret_cast<Value*>(members);
     }
 
-    /// Makes `value` a number. The flags that tell which types hold it are put together without a
-    /// branch: in a column of counters their sizes follow no pattern.
-    static void MakeInteger(Value& value, std::uint64_t number) {
+    /// Makes `value` the integer `number`; in two's complement if `isNegative` is set. The flags
+    /// that say which types hold it are put together without a branch: in a column of counters
+    /// their sizes follow no pattern.
+    static void MakeInteger(Value& value, std::uint64_t number, bool isNegative) {
         value.data_.n.u64 = number;
+        const unsigned int32 = FlagIf(number <= kMost<std::int32_t>, Value::kIntFlag);
+        const unsigned least = FlagIf(number >= kLeast32, Value::kIntFlag);
+        const unsigned positive = FlagIf(number <= kMost<std::int64_t>, Value::kInt64Flag) |
+                                  FlagIf(number <= kMost<std::uint32_t>, Value::kUintFlag) | int32;
         value.data_.f.flags = static_cast<std::uint16_t>(
-            Value::kNumberUint64Flag | FlagIf(number <= kMost<std::int64_t>, Value::kInt64Flag) |
-            FlagIf(number <= kMost<std::uint32_t>, Value::kUintFlag) |
-            FlagIf(number <= kMost<std::int32_t>, Value::kIntFlag));
-    }
-    static void MakeNegativeInteger(Value& value, std::int64_t number) {
-        value.data_.n.i64 = number;
-        const bool fits = number >= std::numeric_limits<std::int32_t>::min();
-        value.data_.f.flags =
-            static_cast<std::uint16_t>(Value::kNumberInt64Flag | FlagIf(fits, Value::kIntFlag));
+            isNegative ? (Value::kNumberInt64Flag | least) : (Value::kNumberUint64Flag | positive));
     }
 
     /// Makes `value` a string of `size` bytes, copied.
@@ -104,6 +101,9 @@ class GenericDocument<UTF8<>, dataengine::JsonPool, dataengine::RawAccess> {
     }
 
   private:
+    // The least 32-bit integer, in 64 bits of two's complement.
+    static constexpr std::uint64_t kLeast32 =
+        static_cast<std::uint64_t>(std::int64_t{std::numeric_limits<std::int32_t>::min()});
     template <typename Integer>
     static constexpr std::uint64_t kMost = std::uint64_t{std::numeric_limits<Integer>::max()};
 

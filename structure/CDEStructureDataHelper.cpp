@@ -7,8 +7,10 @@
 #include <unordered_map>
 
 #include "documents/RenderJson.h"
+#include "structure/detail/CheckingVisitor.h"
 #include "structure/detail/NameIndex.h"
-#include "structure/detail/SchemaPrinter.h"
+#include "structure/detail/PackedPrinter.h"
+#include "structure/detail/PackedWalk.h"
 #include "structure/detail/SelectionDecoder.h"
 
 namespace {
@@ -146,13 +148,14 @@ bool CDEStructureDataHelper::GetBinaryDataInfo(const std::string& blob, std::str
     if (unit.nested || !unit.found) throw BadCast();
     name = std::string(unit.name);
 
-    dataengine::SchemaPrinter printer;
-    msgpack::parse(blob.data(), blob.size(), taken, printer);
+    dataengine::PackedBytes bytes(blob.data() + taken, blob.size() - taken);
+    dataengine::PackedPrinter printer(dataengine::FloatStyle::kSixSignificant);
+    dataengine::PackedWalk(bytes, printer).Run();
     TextBuffer buffer(printer.Text());
     std::istream stream(&buffer);
     vxJson::Reader reader;
     reader.parse(stream, schema, true);
-    offset = static_cast<int>(taken);
+    offset = static_cast<int>(bytes.Next() - blob.data());
     return true;
 }
 

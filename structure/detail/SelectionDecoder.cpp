@@ -1,6 +1,7 @@
 #include "structure/detail/SelectionDecoder.h"
 
 #include <cstring>
+#include <msgpack.hpp>
 
 #include "contracts/detail/Values.h"
 
@@ -52,7 +53,6 @@ SelectionDecoder::SelectionDecoder(const char* bytes, int size, const vxJson::Va
       items_(schema),
       offsets_(offsets),
       pool_(pool),
-      values_(pool),
       everything_(NullValue()) {}
 
 void SelectionDecoder::AddSelected(const vxJson::Value& entry, rapidjson::Value& out) {
@@ -152,7 +152,7 @@ void SelectionDecoder::AddChild(NameIndex& children, const std::string& name,
 
 rapidjson::Value SelectionDecoder::DecodeAt(int offset) {
     if (offset < 0 || offset > size_) throw msgpack::insufficient_bytes("insufficient bytes");
-    return values_.Decode(bytes_ + offset, static_cast<std::size_t>(size_ - offset));
+    return DecodeValue(bytes_ + offset, static_cast<std::size_t>(size_ - offset), pool_);
 }
 
 }  // namespace dataengine

@@ -46,7 +46,6 @@ class SelectionDecoder {
     NameIndex items_;
     const vxJson::Value& offsets_;
     JsonPool& pool_;
-    ValueDecoder values_;
     const vxJson::Value everything_;  // the null value: selects all
 };
 

@@ -1,96 +1,119 @@
 #include "structure/detail/ValueDecoder.h"
 
-#include <rapidjson/reader.h>
-
 #include <charconv>
+#include <cstring>
 
-#include "documents/RapidJsonAllocator.h"
+#include "documents/ParseJson.h"
+#include "structure/detail/PackedPrinter.h"
+#include "structure/detail/PackedWalk.h"
+#include "structure/detail/TwoDecimals.h"
 
 namespace dataengine {
 namespace {
 
-/// Receives the one number or string of a token's text.
-class TokenHandler : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, TokenHandler> {
-  public:
-    TokenHandler(rapidjson::Value& slot, JsonPool& pool) : slot_(slot), pool_(pool) {}
-
-    bool Double(double value) {
-        new (&slot_) rapidjson::Value(value);
-        return true;
-    }
-    bool String(const char* bytes, rapidjson::SizeType size, bool) {
-        RawValues::MakeString(slot_, bytes, size, pool_);
-        return true;
-    }
-
-  private:
-    rapidjson::Value& slot_;
-    JsonPool& pool_;
-};
-
-/// Parses the text of one token with rapidjson's default flags into `slot`.
-bool ParseToken(const char* text, rapidjson::Value& slot, JsonPool& pool) {
-    rapidjson::GenericReader<rapidjson::UTF8<>, rapidjson::UTF8<>, RapidJsonAllocator> reader;
-    rapidjson::StringStream stream(text);
-    TokenHandler handler(slot, pool);
-    return !reader.Parse(stream, handler).IsError();
-}
-
-struct BinBytes {
-    bool control = false;    // a byte below 32: no JSON string may hold it
-    bool delimiter = false;  // a quotation mark or a backslash
-};
-
-BinBytes Classify(const char* bytes, std::uint32_t size) {
-    unsigned control = 0;
-    unsigned delimiter = 0;
-    for (std::uint32_t i = 0; i < size; ++i) {
-        const auto byte = static_cast<unsigned char>(bytes[i]);
-        control |= unsigned{byte < 32};
-        delimiter |= unsigned{byte == '"'} | unsigned{byte == '\\'};
-    }
-    return {control != 0, delimiter != 0};
-}
-
-}  // namespace
-
-rapidjson::Value ValueDecoder::Decode(const char* bytes, std::size_t size) {
-    rapidjson::Value root;
-    slot_ = &root;
-    end_ = bytes + size;
-    open_.clear();
-    left_ = static_cast<std::int64_t>(size) - 1;
-
-    std::size_t taken = 0;
-    if (msgpack::parse(bytes, size, taken, *this)) return root;
-
-    // The visit was ended: the value is null, but only if the rest of its bytes is sound.
-    CheckingVisitor checking;
-    taken = 0;
-    msgpack::parse(bytes, size, taken, checking);
-    return rapidjson::Value();
-}
-
-bool ValueDecoder::visit_bin(const char* bytes, std::uint32_t size) {
-    const BinBytes found = Classify(bytes, size);
-    if (found.control) return false;
-    if (found.delimiter) return PutBinByText(bytes, size);
-    return visit_str(bytes, size);
-}
-
-bool ValueDecoder::PutFloatByText(double value) {
-    if (!std::isfinite(value)) return false;
+/// Rounds by printing and parsing; returns false for NaN and the infinities.
+bool RoundByText(double value, rapidjson::Value& slot, JsonPool& pool) {
     char text[320];  // the greatest double has 309 digits before the point
     const auto end =
         std::to_chars(text, text + sizeof text - 1, value, std::chars_format::fixed, 2);
     *end.ptr = '\0';
-    return ParseToken(text, *slot_++, pool_);
+    return ParseJson(text, slot, pool);
 }
 
-bool ValueDecoder::PutBinByText(const char* bytes, std::uint32_t size) {
-    left_ -= size;
-    text_.assign(1, '"').append(bytes, size).append(1, '"');
-    return ParseToken(text_.c_str(), *slot_++, pool_);
+/// Returns whether the bytes are the same in a JSON string: no quotation mark, no backslash, no
+/// byte below 32.
+bool IsPlainText(const char* bytes, std::size_t size) {
+    unsigned special = 0;
+    for (std::size_t i = 0; i < size; ++i) {
+        const auto byte = static_cast<unsigned char>(bytes[i]);
+        special |= unsigned{byte < 32} | unsigned{byte == '"'} | unsigned{byte == '\\'};
+    }
+    return special == 0;
+}
+
+enum class Outcome { kValue, kNull, kText };
+
+/// Fills a value and its elements in their final places. A handler of PackedWalk.
+class ValueFiller {
+  public:
+    ValueFiller(rapidjson::Value& root, JsonPool& pool) : slot_(&root), pool_(pool) {}
+
+    /// What the value is after a walk that this handler ended.
+    Outcome Ended() const { return ended_; }
+
+    using Place = rapidjson::Value*;  // where the next value after a container goes
+
+    bool Element() { return true; }
+    bool Key(PackedKind kind) { return kind == PackedKind::kStr || kind == PackedKind::kBin; }
+    bool Value() { return true; }
+
+    bool Nil() {
+        new (slot_++) rapidjson::Value();
+        return true;
+    }
+    bool Boolean(bool value) {
+        new (slot_++) rapidjson::Value(value);
+        return true;
+    }
+    bool Integer(std::uint64_t number, bool isNegative) {
+        RawValues::MakeInteger(*slot_++, number, isNegative);
+        return true;
+    }
+    bool Float(double value) {
+        double rounded;
+        if (!RoundToTwoDecimals(value, rounded)) return RoundByText(value, *slot_++, pool_);
+        new (slot_++) rapidjson::Value(rounded);
+        return true;
+    }
+    bool Str(const char* bytes, std::size_t size, std::size_t readable) {
+        RawValues::MakeString(*slot_++, bytes, static_cast<rapidjson::SizeType>(size),
+                              readable - size, pool_);
+        return true;
+    }
+    bool Bin(const char* bytes, std::size_t size, std::size_t readable) {
+        if (IsPlainText(bytes, size)) return Str(bytes, size, readable);
+        ended_ = Outcome::kText;
+        return false;
+    }
+    bool Ext() { return false; }
+
+    Place BeginArray(std::uint32_t count) {
+        rapidjson::Value* const array = slot_++;
+        return std::exchange(slot_, RawValues::MakeArray(*array, count, pool_));
+    }
+    Place BeginMap(std::uint32_t count) {
+        rapidjson::Value* const object = slot_++;
+        return std::exchange(slot_, RawValues::MakeObject(*object, count, pool_));
+    }
+    void EndArray(Place next) { slot_ = next; }
+    void EndMap(Place next) { slot_ = next; }
+
+  private:
+    rapidjson::Value* slot_;  // where the next value goes
+    JsonPool& pool_;
+    Outcome ended_ = Outcome::kNull;
+};
+
+rapidjson::Value DecodeByText(PackedBytes bytes, JsonPool& pool) {
+    PackedPrinter printer(FloatStyle::kTwoDecimals);
+    PackedWalk(bytes, printer).Run();
+    rapidjson::Value value;
+    ParseJson(printer.Text().data(), value, pool);
+    return value;
+}
+
+}  // namespace
+
+rapidjson::Value DecodeValue(const char* bytes, std::size_t size, JsonPool& pool) {
+    rapidjson::Value value;
+    PackedBytes packed(bytes, size);
+    ValueFiller filler(value, pool);
+    if (PackedWalk(packed, filler).Run()) return value;
+
+    PackedBytes whole(bytes, size);
+    if (filler.Ended() == Outcome::kText) return DecodeByText(whole, pool);
+    whole.Skip();
+    return rapidjson::Value();
 }
 
 }  // namespace dataengine

@@ -72,14 +72,6 @@ void PrintScalar(std::ostream& output, const msgpack::object& object) {
     output << '"';
 }
 
-/// True if the bytes between two quotation marks are one JSON string and nothing else.
-bool IsJsonString(const char* bytes, std::size_t length) {
-    const std::string text = '"' + std::string(bytes, length) + '"';
-    if (text.find('\0') != std::string::npos) return false;
-    rapidjson::Document document;
-    return !document.Parse(text.c_str()).HasParseError() && document.IsString();
-}
-
 /// Walks packed bytes, keeps nothing, and raises what unpacking them would raise.
 struct WalkingVisitor : msgpack::null_visitor {
     void parse_error(std::size_t, std::size_t) { throw msgpack::parse_error("parse error"); }
@@ -91,7 +83,6 @@ struct WalkingVisitor : msgpack::null_visitor {
 /// What a print has met.
 struct Printed {
     std::size_t depth = 0;
-    bool isIntact = true;  // each `bin` is a JSON string between its two quotation marks
 };
 
 /// Prints `object` as the stream's own state wants its floats. Text is escaped, `bin` is not.
@@ -106,9 +97,6 @@ Printed PrintObject(std::ostream& output, const msgpack::object& root) {
             output << (open.back().IsMap() ? '{' : '[');
         } else {
             PrintScalar(output, *object);
-            if (object->type == msgpack::type::BIN &&
-                !IsJsonString(object->via.bin.ptr, object->via.bin.size))
-                printed.isIntact = false;
         }
         while (!open.empty() && open.back().next == open.back().Count()) {
             output << (open.back().IsMap() ? '}' : ']');
@@ -148,7 +136,6 @@ rapidjson::Value ObjectToJson(const msgpack::object& object, TextRoute::Allocato
     std::stringstream stream;
     stream << std::fixed << std::setprecision(2);
     const Printed printed = PrintObject(stream, object);
-    if (!printed.isIntact) return rapidjson::Value();
     const std::string text = stream.str();
 
     rapidjson::Document document(&allocator);

@@ -13,9 +13,6 @@
 /// the text. Slow and simple on purpose; the operations that the library has as well are told here
 /// step by step, with its signatures, as the measure of what it gives.
 ///
-/// A `bin` that is no whole JSON string between its two quotation marks makes its value null. The
-/// text alone would let some through: `a","b` in an array would pass for two elements.
-///
 /// Thread rule: no state; calls with distinct outputs run side by side.
 class TextRoute {
   public:

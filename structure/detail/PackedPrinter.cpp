@@ -1,11 +1,12 @@
-#include "structure/detail/SchemaPrinter.h"
+#include "structure/detail/PackedPrinter.h"
 
 #include <array>
 
 namespace dataengine {
 namespace {
 
-/// How a byte stands in a quoted string: 0 as itself, 'u' as \u00xx, else behind a backslash.
+/// How a byte is written in a quoted string: 0 as itself, 'u' as \u00xx, otherwise after a
+/// backslash.
 constexpr std::array<char, 256> MakeEscapes() {
     std::array<char, 256> escapes{};
     for (std::size_t byte = 0; byte < 32; ++byte) escapes[byte] = 'u';
@@ -36,9 +37,9 @@ char* WriteEscape(unsigned char byte, char* at) {
 
 }  // namespace
 
-bool SchemaPrinter::visit_str(const char* bytes, std::uint32_t size) {
+bool PackedPrinter::Str(const char* bytes, std::size_t size, std::size_t) {
     constexpr std::size_t kEscapeSize = 6;
-    char* at = Room(std::size_t{size} + 2);
+    char* at = Room(size + 2);
     *at++ = '"';
     for (const char* const end = bytes + size; bytes != end; ++bytes) {
         const auto byte = static_cast<unsigned char>(*bytes);

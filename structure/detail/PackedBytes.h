@@ -1,0 +1,139 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <msgpack.hpp>
+
+namespace dataengine {
+
+enum class PackedKind : std::uint8_t {
+    kInvalid,
+    kNil,
+    kBoolean,
+    kInteger,
+    kFloat32,
+    kFloat64,
+    kStr,
+    kBin,
+    kExt,
+    kArray,
+    kMap
+};
+
+/// How the values that begin with one particular byte are read.
+///
+/// A head is the first byte and the big-endian number after it: an integer, the bits of a float,
+/// the size of a string or the count of a container. Where the first byte holds the number itself,
+/// the number is that byte, and `offset` removes its marker bits.
+struct PackedHead {
+    PackedKind kind;
+    std::uint8_t size;    // of the head in bytes
+    std::uint8_t skip;    // from the first byte to the number: 0 or 1
+    std::uint8_t shift;   // from the eight bytes at the number to the number
+    std::uint8_t sign;    // 1 for an integer in two's complement
+    std::int16_t offset;  // added to a size or count; counts the type byte of an ext
+};
+
+/// The heads by first byte.
+extern const std::array<PackedHead, 256> kPackedHeads;
+
+/// Reads packed bytes from front to end. Throws what unpacking them throws:
+/// msgpack::insufficient_bytes where the bytes end within a value, msgpack::parse_error at a byte
+/// that starts no value. Never reads beyond the end.
+class PackedBytes {
+  public:
+    PackedBytes(const char* bytes, std::size_t size) : next_(bytes), end_(bytes + size) {}
+
+    const char* Next() const { return next_; }
+    std::size_t Left() const { return static_cast<std::size_t>(end_ - next_); }
+
+    /// Returns whether another value follows and is of `kind`.
+    bool NextIs(PackedKind kind) const { return next_ != end_ && HeadAt(next_).kind == kind; }
+
+    /// Returns the head of the next value, all of whose bytes are there.
+    const PackedHead& Head() const {
+        if (next_ == end_) ThrowInsufficientBytes();
+        const PackedHead& head = HeadAt(next_);
+        if (head.kind == PackedKind::kInvalid) ThrowParseError();
+        if (head.size > Left()) ThrowInsufficientBytes();
+        return head;
+    }
+
+    bool TakeBoolean() { return (*next_++ & 1) != 0; }
+
+    /// Takes an integer: its low 64 bits. It is negative if `isNegative` is set.
+    std::uint64_t TakeInteger(const PackedHead& head, bool& isNegative) {
+        const std::uint64_t word = TakeWord(head);
+        const std::uint64_t signBit = (std::uint64_t{head.sign} << 63) >> head.shift;
+        const std::uint64_t number = ((word >> head.shift) ^ signBit) - signBit;
+        isNegative = (head.sign & (word >> 63)) != 0;
+        return number;
+    }
+
+    double TakeFloat(const PackedHead& head) {
+        const std::uint64_t bits = TakeWord(head) >> head.shift;
+        if (head.kind == PackedKind::kFloat64) return BitsAs<double>(bits);
+        return static_cast<double>(BitsAs<float>(static_cast<std::uint32_t>(bits)));
+    }
+
+    /// Takes the head of a string, array or map, and returns its size or count.
+    std::uint64_t TakeLength(const PackedHead& head) {
+        return (TakeWord(head) >> head.shift) + static_cast<std::uint64_t>(head.offset);
+    }
+
+    /// Takes the bytes after the head of a string.
+    const char* TakeBytes(std::uint64_t size) {
+        if (size > Left()) ThrowInsufficientBytes();
+        const char* const bytes = next_;
+        next_ += size;
+        return bytes;
+    }
+
+    /// Passes `count` whole values.
+    void Skip(std::uint64_t count = 1);
+
+  private:
+    static const PackedHead& HeadAt(const char* first) {
+        return kPackedHeads[static_cast<unsigned char>(*first)];
+    }
+
+    template <typename Float, typename Bits>
+    static Float BitsAs(Bits bits) {
+        static_assert(sizeof(Float) == sizeof(Bits));
+        Float value;
+        std::memcpy(&value, &bits, sizeof value);
+        return value;
+    }
+
+    static std::uint64_t LoadWord(const char* bytes) {
+        const auto byte = [bytes](int i) {
+            return std::uint64_t{static_cast<unsigned char>(bytes[i])};
+        };
+        return byte(0) << 56 | byte(1) << 48 | byte(2) << 40 | byte(3) << 32 | byte(4) << 24 |
+               byte(5) << 16 | byte(6) << 8 | byte(7);
+    }
+
+    /// Takes a head and returns the eight bytes at its number, zeros beyond the end. One load of
+    /// fixed size and a shift serve numbers of all widths.
+    std::uint64_t TakeWord(const PackedHead& head) {
+        constexpr std::size_t kLongestHead = 9;
+        const char* number = next_ + head.skip;
+        char padded[sizeof(std::uint64_t)] = {};
+        if (Left() < kLongestHead) {
+            std::memcpy(padded, number, static_cast<std::size_t>(head.size - head.skip));
+            number = padded;
+        }
+        next_ += head.size;
+        return LoadWord(number);
+    }
+
+    [[noreturn]] static void ThrowInsufficientBytes();
+    [[noreturn]] static void ThrowParseError();
+
+    const char* next_;
+    const char* end_;
+};
+
+}  // namespace dataengine

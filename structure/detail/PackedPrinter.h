@@ -1,0 +1,98 @@
+#pragma once
+
+#include <algorithm>
+#include <charconv>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "structure/detail/PackedBytes.h"
+
+namespace dataengine {
+
+/// How a printer writes floats.
+enum class FloatStyle {
+    kTwoDecimals,    // 3.14, as in values
+    kSixSignificant  // 3.14159, as in schemas
+};
+
+/// Prints a packed value as text, in the format that the JSON readers expect. A handler of
+/// PackedWalk.
+///
+///   nil, boolean   null, true, false
+///   integer        in decimal
+///   float          as the style asks
+///   str            quoted; quotation mark, backslash, slash and control bytes escaped
+///   bin            quoted, its bytes unchanged
+///   array, map     [a, b] and {key:value, key:value}
+///   ext            EXT
+///
+/// The text is JSON if the value maps to JSON; otherwise the reader rejects it.
+class PackedPrinter {
+  public:
+    explicit PackedPrinter(FloatStyle style) : style_(style) {}
+
+    /// Returns the text so far. The characters are followed by a zero byte.
+    std::string_view Text() {
+        *Room(1) = '\0';
+        return {buffer_.data(), size_};
+    }
+
+    using Place = bool;  // unused: brackets need no more than their kind
+
+    bool Element() { return Separate('['); }
+    bool Key(PackedKind) { return Separate('{'); }
+    bool Value() { return Put(":"); }
+
+    bool Nil() { return Put("null"); }
+    bool Boolean(bool value) { return Put(value ? "true" : "false"); }
+    bool Integer(std::uint64_t number, bool isNegative) {
+        return isNegative ? PutNumber(static_cast<std::int64_t>(number)) : PutNumber(number);
+    }
+    bool Float(double value) {
+        if (style_ == FloatStyle::kTwoDecimals)
+            return PutNumber(value, std::chars_format::fixed, 2);
+        return PutNumber(value, std::chars_format::general, 6);
+    }
+    bool Str(const char* bytes, std::size_t size, std::size_t readable);
+    bool Bin(const char* bytes, std::size_t size, std::size_t) {
+        return Put("\"") && Put({bytes, size}) && Put("\"");
+    }
+    bool Ext() { return Put("EXT"); }
+
+    Place BeginArray(std::uint32_t) { return Put("["); }
+    Place BeginMap(std::uint32_t) { return Put("{"); }
+    void EndArray(Place) { Put("]"); }
+    void EndMap(Place) { Put("}"); }
+
+  private:
+    /// Makes room for `count` more bytes and returns where they go.
+    char* Room(std::size_t count) {
+        if (buffer_.size() - size_ < count) buffer_.resize(2 * buffer_.size() + count + 256);
+        return &buffer_[size_];
+    }
+    void TakeUntil(const char* end) { size_ = static_cast<std::size_t>(end - buffer_.data()); }
+
+    bool Put(std::string_view text) {
+        char* const at = Room(text.size());
+        TakeUntil(std::copy(text.begin(), text.end(), at));
+        return true;
+    }
+    /// No value's text ends in an opening bracket, so one can only belong to the container itself.
+    bool Separate(char opening) { return size_ == 0 || buffer_[size_ - 1] == opening || Put(", "); }
+    template <typename... Arguments>
+    bool PutNumber(Arguments... arguments) {
+        constexpr std::size_t kLongest =
+            320;  // the greatest double has 309 digits before the point
+        char* const at = Room(kLongest);
+        TakeUntil(std::to_chars(at, at + kLongest, arguments...).ptr);
+        return true;
+    }
+
+    FloatStyle style_;
+    std::string buffer_;  // larger than the text in it
+    std::size_t size_ = 0;
+};
+
+}  // namespace dataengine
