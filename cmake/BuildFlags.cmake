@@ -18,15 +18,21 @@ function(dataengine_build_flags target)
     endif()
 endfunction()
 
-# dataengine_shared_library(target): a library that others link. The name of its file changes with
-# the major version, and it finds its neighbours in its own folder, wherever that is.
-function(dataengine_shared_library target)
+# dataengine_library(target static_macro): a library that is installed. A shared library carries
+# the major version in its SONAME and finds its neighbours in its own folder; the run path is the
+# same in the build tree, whose location leaves no trace in the file. In a static library, and in
+# programs that link it, static_macro turns the exports off.
+function(dataengine_library target static_macro)
     dataengine_build_flags(${target})
     target_compile_features(${target} PUBLIC cxx_std_17)
+    if(NOT BUILD_SHARED_LIBS)
+        target_compile_definitions(${target} PUBLIC ${static_macro})
+        return()
+    endif()
     set(exports ${PROJECT_SOURCE_DIR}/cmake/exports.map)
     target_link_options(${target} PRIVATE LINKER:--version-script=${exports})
     set_target_properties(${target} PROPERTIES
         VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR}
-        INSTALL_RPATH $ORIGIN
+        INSTALL_RPATH $ORIGIN BUILD_WITH_INSTALL_RPATH ON
         LINK_DEPENDS ${exports})
 endfunction()

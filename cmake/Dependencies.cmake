@@ -1,4 +1,4 @@
-# Header-only dependencies as targets of our own, so that their headers count as system headers.
+# The dependencies as targets of our own, so that their headers count as system headers.
 find_path(RAPIDJSON_INCLUDE_DIR rapidjson/document.h REQUIRED)
 add_library(dataengine_rapidjson INTERFACE)
 target_include_directories(dataengine_rapidjson SYSTEM INTERFACE ${RAPIDJSON_INCLUDE_DIR})
@@ -7,3 +7,8 @@ find_path(MSGPACK_INCLUDE_DIR msgpack.hpp REQUIRED)
 add_library(dataengine_msgpack INTERFACE)
 target_include_directories(dataengine_msgpack SYSTEM INTERFACE ${MSGPACK_INCLUDE_DIR})
 target_compile_definitions(dataengine_msgpack INTERFACE MSGPACK_NO_BOOST)
+
+if(DATAENGINE_VXUTIL STREQUAL "bundled")
+    list(APPEND CMAKE_MODULE_PATH ${PROJECT_SOURCE_DIR}/cmake)
+    find_package(Xxhash REQUIRED)
+endif()

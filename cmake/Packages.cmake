@@ -6,6 +6,13 @@ set(CPACK_PACKAGE_DIRECTORY ${PROJECT_BINARY_DIR}/packages)
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_COMPONENTS_ALL runtime development)
+# The optional components: libdataengine_bson and the command-line tool.
+if(TARGET dataengine_bson)
+    list(APPEND CPACK_COMPONENTS_ALL bson)
+endif()
+if(DATAENGINE_TOOLS)
+    list(APPEND CPACK_COMPONENTS_ALL tools)
+endif()
 
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)

@@ -1,0 +1,5 @@
+#include "contracts/DataEngineVersion.h"
+
+const char* DataEngineVersion() noexcept {
+    return DATAENGINE_VERSION;
+}
