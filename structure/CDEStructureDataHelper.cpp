@@ -1,76 +1,73 @@
 #include "structure/CDEStructureDataHelper.h"
 
-#include <istream>
-#include <limits>
-#include <streambuf>
+#include <sstream>
 #include <string_view>
 #include <unordered_map>
 
+#include "contracts/detail/Values.h"
 #include "documents/RenderJson.h"
-#include "structure/detail/CheckingVisitor.h"
 #include "structure/detail/NameIndex.h"
 #include "structure/detail/PackedPrinter.h"
 #include "structure/detail/PackedWalk.h"
+#include "structure/detail/SchemaBuilder.h"
 #include "structure/detail/SelectionDecoder.h"
 
 namespace {
 
 using dataengine::JsonPool;
 using dataengine::kTableType;
+using dataengine::PackedBytes;
+using dataengine::PackedHead;
+using dataengine::PackedKind;
 using dataengine::RawValues;
 
 constexpr int kFormatVersion = 1;
 
-/// Takes the version: an integer in either wire form.
-struct VersionVisitor : dataengine::CheckingVisitor {
-    bool visit_positive_integer(std::uint64_t value) {
-        fits = value <= std::uint64_t{std::numeric_limits<int>::max()};
-        version = static_cast<int>(value);
-        return true;
-    }
-    bool visit_negative_integer(std::int64_t value) {
-        fits = value >= std::numeric_limits<int>::min() && value <= std::numeric_limits<int>::max();
-        version = static_cast<int>(value);
-        return true;
-    }
-    bool start_array(std::uint32_t) { return nested = true; }
-    bool start_map(std::uint32_t) { return nested = true; }
-
-    bool fits = false;
-    bool nested = false;  // the integers met are elements
-    int version = 0;
-};
-
-/// Takes the name: where its bytes lie.
-struct NameVisitor : dataengine::CheckingVisitor {
-    bool visit_str(const char* bytes, std::uint32_t size) {
-        found = true;
-        name = {bytes, size};
-        return true;
-    }
-    bool visit_bin(const char* bytes, std::uint32_t size) { return visit_str(bytes, size); }
-    bool start_array(std::uint32_t) { return nested = true; }
-    bool start_map(std::uint32_t) { return nested = true; }
-
-    bool found = false;
-    bool nested = false;  // the strings met are elements
-    std::string_view name;
-};
-
-/// What a header raises whose version or name is of another kind.
+/// Raised if the version or the name of a header is of another kind.
 class BadCast : public msgpack::type_error {
   public:
     const char* what() const noexcept override { return "bad cast"; }
 };
 
-/// Reads a text in place.
-class TextBuffer : public std::streambuf {
-  public:
-    explicit TextBuffer(std::string_view text) {
-        char* const begin = const_cast<char*>(text.data());  // nothing is ever put back
-        setg(begin, begin, begin + text.size());
+/// Passes a header's version or name of another kind, which may be cut or broken, and rejects it.
+[[noreturn]] void Reject(PackedBytes& bytes) {
+    bytes.Skip();
+    throw BadCast();
+}
+
+int ReadVersion(PackedBytes& bytes) {
+    const PackedHead& head = bytes.Head();
+    if (head.kind != PackedKind::kInteger) Reject(bytes);
+    bool isNegative;
+    const std::uint64_t number = bytes.TakeInteger(head, isNegative);
+    const int version = static_cast<int>(number);
+    const bool fits = static_cast<std::uint64_t>(version) == number && isNegative == (version < 0);
+    if (!fits) throw BadCast();
+    return version;
+}
+
+std::string ReadName(PackedBytes& bytes) {
+    const PackedHead& head = bytes.Head();
+    if (head.kind != PackedKind::kStr && head.kind != PackedKind::kBin) Reject(bytes);
+    const std::uint64_t size = bytes.TakeLength(head);
+    return std::string(bytes.TakeBytes(size), size);
+}
+
+void ReadSchema(PackedBytes& bytes, vxJson::Value& schema) {
+    const PackedBytes start = bytes;
+    vxJson::Value built = dataengine::NullValue();
+    dataengine::SchemaBuilder builder(built);
+    if (dataengine::PackedWalk(bytes, builder).Run()) {
+        schema = std::move(built);
+        return;
     }
-};
+
+    bytes = start;
+    dataengine::PackedPrinter printer(dataengine::FloatStyle::kSixSignificant);
+    dataengine::PackedWalk(bytes, printer).Run();
+    std::istringstream text{std::string(printer.Text())};
+    vxJson::Reader().parse(text, schema, true);
+}
 
 /// A text up to its first zero byte: all that a document takes of a name.
 std::string_view UpToZero(std::string_view text) {
@@ -137,24 +134,12 @@ void RenameTable(const WantedNames& wanted, rapidjson::Value* name, rapidjson::V
 
 bool CDEStructureDataHelper::GetBinaryDataInfo(const std::string& blob, std::string& name,
                                                vxJson::Value& schema, int& offset) {
-    std::size_t taken = 0;
-    VersionVisitor version;
-    msgpack::parse(blob.data(), blob.size(), taken, version);
-    if (version.nested || !version.fits) throw BadCast();
-    if (version.version != kFormatVersion) return false;
+    if (&blob == &name) return GetBinaryDataInfo(std::string(blob), name, schema, offset);
 
-    NameVisitor unit;
-    msgpack::parse(blob.data(), blob.size(), taken, unit);
-    if (unit.nested || !unit.found) throw BadCast();
-    name = std::string(unit.name);
-
-    dataengine::PackedBytes bytes(blob.data() + taken, blob.size() - taken);
-    dataengine::PackedPrinter printer(dataengine::FloatStyle::kSixSignificant);
-    dataengine::PackedWalk(bytes, printer).Run();
-    TextBuffer buffer(printer.Text());
-    std::istream stream(&buffer);
-    vxJson::Reader reader;
-    reader.parse(stream, schema, true);
+    PackedBytes bytes(blob.data(), blob.size());
+    if (ReadVersion(bytes) != kFormatVersion) return false;
+    name = ReadName(bytes);
+    ReadSchema(bytes, schema);
     offset = static_cast<int>(bytes.Next() - blob.data());
     return true;
 }

@@ -1,6 +1,7 @@
 #include "structure/CDEStructureDataHelper.h"
 #include "tests/structure/SampleUnit.h"
 #include "tests/support/BothDecoders.h"
+#include "tests/support/RandomPacked.h"
 #include "tests/support/Rows.h"
 
 namespace {
@@ -12,7 +13,7 @@ TEST(Header, ReadsASampleUnit) {
     EXPECT_EQ(header.schema, Json(SampleUnit::kSchema));
 }
 
-TEST(Header, IsReadOrLeftAsFarAsItIsSound) {
+TEST(Header, ReplacesWhatWasReadBeforeAFailure) {
     for (const auto& row : RowsOf(TEST_DATA "/headers.txt")) {
         SCOPED_TRACE(row[0] + ": " + row[1]);
         const Header header = ReadHeader(Hex(row[1]));
@@ -23,7 +24,16 @@ TEST(Header, IsReadOrLeftAsFarAsItIsSound) {
     }
 }
 
-TEST(Header, FailsInTheWordsOfTheReader) {
+TEST(Header, MayReplaceTheFrameByItsName) {
+    std::string frame = Hex("01 a1 6e 91 a1 73");
+    vxJson::Value schema;
+    int offset = 0;
+    EXPECT_TRUE(CDEStructureDataHelper::GetBinaryDataInfo(frame, frame, schema, offset));
+    EXPECT_EQ(frame, "n");
+    EXPECT_EQ(schema, Json(R"(["s"])"));
+}
+
+TEST(Header, ReportsTheReadersMessage) {
     std::string texts;
     for (const char* frame : {"01", "c1", "a1 31", "01 05"}) {
         Header header;
@@ -35,6 +45,26 @@ TEST(Header, FailsInTheWordsOfTheReader) {
         }
     }
     EXPECT_EQ(texts, "insufficient bytes; parse error; bad cast; bad cast; ");
+}
+
+// A float in a schema makes all of it go through text.
+TEST(Header, BuildsTheSchemaThatItsTextGives) {
+    RandomPacked random(2);
+    for (int i = 0; i < 5000; ++i) {
+        std::string packed = random.Mutated(random.Value());
+        const Header built = ReadHeader(Hex("01 a0") + packed);
+        if (built.ending != "true" || built.schema.isNull()) continue;
+        packed.resize(static_cast<std::size_t>(built.offset) - 2);
+        const Header text = ReadHeader(Hex("01 a0 92") + packed + Hex("ca 3f 00 00 00"));
+        ASSERT_EQ(built.schema, std::as_const(text.schema)[0]) << testing::PrintToString(packed);
+    }
+}
+
+TEST(Header, DepthIsBoundedByMemoryOnlyThroughText) {
+    const std::string frame = Hex("01 a0") + std::string(1000000, '\x91') + Hex("c4 01 7a");
+    const Header header = ReadHeader(frame);
+    EXPECT_TRUE(header.schema.isArray());
+    EXPECT_EQ(static_cast<std::size_t>(header.offset), frame.size());
 }
 
 }  // namespace

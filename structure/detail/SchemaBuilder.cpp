@@ -1,0 +1,67 @@
+#include "structure/detail/SchemaBuilder.h"
+
+#include <sstream>
+#include <utility>
+
+#include "contracts/detail/Values.h"
+
+namespace dataengine {
+namespace {
+
+/// The values that a JSON value cannot be assigned or grow into, read from text once.
+const vxJson::Value& Prototype(int index) {
+    static const vxJson::Value prototypes = [] {
+        std::istringstream text("[false,true,[],{}]");
+        vxJson::Value values = NullValue();
+        vxJson::Reader().parse(text, values, false);
+        return values;
+    }();
+    return prototypes[index];
+}
+constexpr int kFalse = 0, kTrue = 1, kEmptyArray = 2, kEmptyObject = 3;
+
+}  // namespace
+
+bool SchemaBuilder::Element() {
+    if (container_ != nullptr) slot_ = &container_->append(NullValue());
+    return true;
+}
+
+bool SchemaBuilder::Boolean(bool value) {
+    *slot_ = Prototype(value ? kTrue : kFalse);
+    return true;
+}
+
+bool SchemaBuilder::Integer(std::uint64_t number, bool isNegative) {
+    if (isNegative) {
+        *slot_ = static_cast<long long>(number);
+    } else {
+        *slot_ = static_cast<unsigned long long>(number);
+    }
+    return true;
+}
+
+bool SchemaBuilder::Str(const char* bytes, std::size_t size, std::size_t) {
+    std::string text(bytes, size);
+    if (!isKey_) {
+        *slot_ = std::move(text);
+        return true;
+    }
+    isKey_ = false;
+    if (size != 0 && text.front() == '$') return false;
+    slot_ = &(*container_)[text];
+    if (!slot_->isNull()) *slot_ = NullValue();  // the last of repeated keys wins
+    return true;
+}
+
+SchemaBuilder::Place SchemaBuilder::BeginArray(std::uint32_t count) {
+    if (count == 0) *slot_ = Prototype(kEmptyArray);
+    return std::exchange(container_, slot_);
+}
+
+SchemaBuilder::Place SchemaBuilder::BeginMap(std::uint32_t count) {
+    if (count == 0) *slot_ = Prototype(kEmptyObject);
+    return std::exchange(container_, slot_);
+}
+
+}  // namespace dataengine

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <VxUtil/vxJson.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+#include "structure/detail/PackedBytes.h"
+
+namespace dataengine {
+
+/// Builds a packed schema as a JSON value, equal to what printing it and reading the text gives. A
+/// handler of PackedWalk.
+///
+/// Only nil, bool, integers, str, arrays and maps are built, which is what schemas consist of. The
+/// walk ends at anything else: a float, a bin, an ext, a map key that is not a str, or one that
+/// begins with '$', which the JSON reader may give a meaning of its own. The value is then
+/// incomplete.
+///
+/// The value grows as its elements are read, so a declared count allocates nothing.
+class SchemaBuilder {
+  public:
+    /// `root` must be null.
+    explicit SchemaBuilder(vxJson::Value& root) : slot_(&root) {}
+
+    bool Element();
+    bool Key(PackedKind kind) { return isKey_ = kind == PackedKind::kStr; }
+    bool Value() { return true; }
+
+    bool Nil() { return true; }
+    bool Boolean(bool value);
+    bool Integer(std::uint64_t number, bool isNegative);
+    bool Float(double) { return false; }
+    bool Str(const char* bytes, std::size_t size, std::size_t readable);
+    bool Bin(const char*, std::size_t, std::size_t) { return false; }
+    bool Ext() { return false; }
+
+    using Place = vxJson::Value*;  // the container around a container
+    Place BeginArray(std::uint32_t count);
+    Place BeginMap(std::uint32_t count);
+    void EndArray(Place around) { container_ = around; }
+    void EndMap(Place around) { container_ = around; }
+
+  private:
+    vxJson::Value* slot_;  // a null value, which the next element becomes
+    vxJson::Value* container_ = nullptr;
+    bool isKey_ = false;  // the next str is a key
+};
+
+}  // namespace dataengine
