@@ -1,12 +1,10 @@
 #include <rapidjson/reader.h>
 
 #include <charconv>
-#include <cmath>
 #include <istream>
-#include <limits>
 #include <new>
 
-#include "Base64.h"
+#include "ExtendedJson.h"
 #include "JsonContainers.h"
 
 namespace vxJson {
@@ -30,9 +28,15 @@ class StackAllocator {
 };
 
 /// Builds a value from the events of rapidjson's reader. Each event returns whether to go on.
+///
+/// Values wait on one stack until the container that they belong to ends; it is then made at its
+/// final size. Keys stay where they are in the text.
 class ParseHandler {
   public:
-    ParseHandler(Value& root, bool extended) : root_(root), extended_(extended) {}
+    explicit ParseHandler(bool extended) : extended_(extended), pending_(1) {}
+
+    /// Returns the value of a text that has been read.
+    Value Take() { return std::move(pending_.front().value); }
 
     bool Null() {
         Next();
@@ -43,37 +47,27 @@ class ParseHandler {
         return true;
     }
     bool String(const char* text, std::size_t length, bool /*copy*/) {
-        Value& value = Next();
-        ::new (static_cast<void*>(&value.text_)) std::string(text, length);
-        value.tag_ = Value::Tag::string;
+        Next() = std::string(text, length);
         return true;
     }
     bool RawNumber(const char* text, std::size_t length, bool /*copy*/);
 
     bool StartArray() {
-        Value& value = Next();
-        value.ToArray("parse");
-        open_.push_back(&value);
+        Start(false);
         return true;
     }
-    bool EndArray(std::size_t /*count*/) {
-        open_.pop_back();
-        return true;
-    }
+    bool EndArray(std::size_t count);
     bool StartObject() {
-        Value& value = Next();
-        value.ToObject("parse");
-        open_.push_back(&value);
+        Start(true);
         return true;
     }
-    bool Key(const char* text, std::size_t length, bool /*copy*/);
-    bool EndObject(std::size_t /*count*/) {
-        if (extended_) Convert(*open_.back());
-        open_.pop_back();
+    bool Key(const char* text, std::size_t length, bool /*copy*/) {
+        pending_.push_back({{text, length}, Value()});
         return true;
     }
+    bool EndObject(std::size_t count);
 
-    // Numbers come as RawNumber; rapidjson wants these too.
+    // rapidjson requires these events, but numbers come as RawNumber.
     bool Int(int) { return false; }
     bool Uint(unsigned) { return false; }
     bool Int64(std::int64_t) { return false; }
@@ -81,21 +75,32 @@ class ParseHandler {
     bool Double(double) { return false; }
 
   private:
-    /// The null value that the next event fills: the root, a new element, or the member of the last
-    /// key. It stays where it is while its children come, for its parent gets no others meanwhile.
+    /// A container that has not ended. Inside a form of Extended JSON nothing is converted: the
+    /// form as a whole has a meaning, or stays as it is written.
+    struct Open {
+        bool isObject;
+        bool insideForm;
+    };
+
+    /// The null value that the next event fills: the value of the last key, or a new element.
     Value& Next() {
-        if (open_.empty()) return root_;
-        Container* const container = open_.back()->plain_.container;
-        if (container->isObject) return *member_;
-        return static_cast<Array*>(container)->elements.emplace_back().value;
+        if (!open_.empty() && !open_.back().isObject) pending_.emplace_back();
+        return pending_.back().value;
+    }
+    void Start(bool isObject) {
+        Next();
+        const bool insideForm = extended_ && ((!open_.empty() && open_.back().insideForm) ||
+                                              IsFormKey(pending_.back().key));
+        open_.push_back({isObject, insideForm});
     }
 
-    static void Convert(Value& value);
+    static Value MakeArray(ParsedMember* first, ParsedMember* last);
+    static Value MakeObject(ParsedMember* first, ParsedMember* last);
+    static ParsedMember* SortMembers(ParsedMember* first, ParsedMember* last);
 
-    Value& root_;
     const bool extended_;
-    Value* member_ = nullptr;
-    std::vector<Value*> open_;
+    std::vector<ParsedMember> pending_;
+    std::vector<Open> open_;
 };
 
 bool ParseHandler::RawNumber(const char* text, std::size_t length, bool /*copy*/) {
@@ -118,50 +123,67 @@ bool ParseHandler::RawNumber(const char* text, std::size_t length, bool /*copy*/
         }
     }
     double number = 0;
-    if (std::from_chars(text, end, number).ec == std::errc::result_out_of_range) {
-        // Too small or too large? A long double can tell: what it doesn't hold is too small, for
-        // rapidjson has rejected the exponents that would be too large.
-        static_assert(std::numeric_limits<long double>::max_exponent10 > 1000);
-        long double wide = *text == '-' ? -0.0L : 0.0L;
-        std::from_chars(text, end, wide);
-        number = static_cast<double>(wide);
-    }
+    if (!ReadDouble({text, length}, number)) return false;
     value = number;
-    return std::isfinite(number);
-}
-
-bool ParseHandler::Key(const char* text, std::size_t length, bool /*copy*/) {
-    Members& members = static_cast<Object*>(open_.back()->plain_.container)->members;
-    const KeyView key(std::string_view(text, length));
-    // Keys mostly come in order.
-    if (members.empty() || ByKey()(std::prev(members.end())->first, key)) {
-        member_ = &members.try_emplace(members.end(), detail::Key(key))->second.value;
-    } else {
-        member_ = &open_.back()->Member(key.text);
-        *member_ = Value();
-    }
     return true;
 }
 
-void ParseHandler::Convert(Value& value) {
-    const Value& constant = value;
-    if (constant.size() != 1) return;
-    if (const Value& binary = constant["$binary"]; binary.size() == 2) {
-        const Value& text = binary["base64"];
-        const Value& subType = binary["subType"];
-        std::string bytes;
-        if (text.isString() && subType.isString() && subType.text_ == "00" &&
-            DecodeBase64(text.text_, bytes)) {
-            value = Value(bytes, binaryKind);
-        }
-    } else if (const Value& date = constant["$date"]; date.size() == 1) {
-        const Value& text = date["$numberLong"];
-        if (!text.isString()) return;
-        const std::string& digits = text.text_;
-        std::int64_t time = 0;
-        std::from_chars(digits.data(), digits.data() + digits.size(), time);
-        if (std::to_string(time) == digits) value = Value(static_cast<std::uint64_t>(time), false);
+Value ParseHandler::MakeArray(ParsedMember* first, ParsedMember* last) {
+    Value array;
+    Elements& elements = array.ToArray("parse").elements;
+    elements.reserve(static_cast<std::size_t>(last - first));
+    for (; first != last; ++first) elements.emplace_back(std::move(first->value));
+    return array;
+}
+
+Value ParseHandler::MakeObject(ParsedMember* first, ParsedMember* last) {
+    Value object;
+    Members& members = object.ToObject("parse").members;
+    for (; first != last; ++first) {
+        members.try_emplace(members.end(), detail::Key(first->key), std::move(first->value));
     }
+    return object;
+}
+
+/// Sorts members by their keys. Of equal keys only the last stays. Returns the new end.
+ParsedMember* ParseHandler::SortMembers(ParsedMember* first, ParsedMember* last) {
+    const auto isBefore = [](const ParsedMember& a, const ParsedMember& b) {
+        return a.key < b.key;
+    };
+    const auto isNotBefore = [](const ParsedMember& a, const ParsedMember& b) {
+        return a.key >= b.key;
+    };
+    if (std::adjacent_find(first, last, isNotBefore) == last) return last;
+    std::stable_sort(first, last, isBefore);
+    ParsedMember* end = first;
+    for (ParsedMember* from = first; from != last; ++from) {
+        if (end != first && end[-1].key == from->key) --end;
+        if (end != from) *end = std::move(*from);
+        ++end;
+    }
+    return end;
+}
+
+bool ParseHandler::EndArray(std::size_t count) {
+    ParsedMember* const last = pending_.data() + pending_.size();
+    ParsedMember* const first = last - count;
+    Value array = MakeArray(first, last);
+    pending_.resize(pending_.size() - count);
+    pending_.back().value = std::move(array);
+    open_.pop_back();
+    return true;
+}
+
+bool ParseHandler::EndObject(std::size_t count) {
+    ParsedMember* const first = pending_.data() + (pending_.size() - count);
+    ParsedMember* const last = SortMembers(first, first + count);
+    Value object;
+    if (!extended_ || open_.back().insideForm || !ReadForm(first, last, object))
+        object = MakeObject(first, last);
+    pending_.resize(pending_.size() - count);
+    pending_.back().value = std::move(object);
+    open_.pop_back();
+    return true;
 }
 
 }  // namespace detail
@@ -185,8 +207,7 @@ bool Reader::parse(std::istream& input, Value& root, bool extended) {
     root = Value();
     std::string text;
     if (!ReadAll(input, text)) return false;
-    Value parsed;
-    detail::ParseHandler builder(parsed, extended);
+    detail::ParseHandler builder(extended);
     rapidjson::GenericReader<rapidjson::UTF8<>, rapidjson::UTF8<>, detail::StackAllocator> reader;
     rapidjson::InsituStringStream stream(text.data());
     constexpr unsigned flags = rapidjson::kParseIterativeFlag | rapidjson::kParseInsituFlag |
@@ -194,7 +215,7 @@ bool Reader::parse(std::istream& input, Value& root, bool extended) {
     // The reader takes a zero byte for the end of the text.
     if (reader.Parse<flags>(stream, builder).IsError() || stream.Tell() != text.size())
         return false;
-    root = std::move(parsed);
+    root = builder.Take();
     return true;
 }
 
