@@ -3,7 +3,6 @@
 #include <rapidjson/document.h>
 
 #include <limits>
-#include <random>
 #include <string>
 #include <vector>
 
@@ -24,27 +23,15 @@ std::string SavedData(const CDEQueryResultStructureData& result) {
     return saved["data"].asBinary();
 }
 
-// Each load gives what rapidjson's own parser gives with its default flags, in a document that held
-// 7, and clears the error of the one before.
+// Each load gives the value and the error of rapidjson's own parser with its default flags, in a
+// document that held 7, and clears the error of the load before.
 TEST(StructureData, LoadsAsParsed) {
-    const std::string tokens[] = {"[", "]", "{",    "}",   ",", ":",  "\"a\"",
-                                  "1", " ", "true", "nul", "-", "\"", "\\"};
+    const std::string tokens[] = {"[",  "]",    "{",   "}", ",",  ":",  "\"a\"",  "-1.5e3",
+                                  "\r", "true", "nul", "-", "\"", "\\", "\\u00e9"};
     std::vector<std::string> texts = {""};
     // All texts of up to four tokens: those of up to three are continued.
-    for (std::size_t i = 0; i < 1 + 14 + 14 * 14 + 14 * 14 * 14; ++i) {
+    for (std::size_t i = 0; i < 1 + 15 + 15 * 15 + 15 * 15 * 15; ++i) {
         for (const std::string& token : tokens) texts.push_back(texts[i] + token);
-    }
-    const std::string letters = "[]{},:\"1-e.nt \\u0";
-    std::mt19937 random(43);
-    for (int i = 0; i < 20000; ++i) {
-        texts.push_back(
-            R"({"a": [1, -2.5e3, {"b": null, "c": "x\u00e9\n\ud834\udd1e"}], "d": [[], {}, true]})");
-        for (auto edits = 1 + random() % 3; edits > 0; --edits) {
-            const char letter = random() % 4 ? letters[random() % letters.size()]
-                                             : static_cast<char>(random() % 256);
-            texts.back().replace(random() % texts.back().size(), random() % 3, random() % 2,
-                                 letter);
-        }
     }
     CDEQueryResultStructureData result;
     const rapidjson::Document& loaded = result.GetData_RO();
@@ -52,13 +39,11 @@ TEST(StructureData, LoadsAsParsed) {
         rapidjson::Document parsed;
         parsed.SetInt(7);
         parsed.Parse(text.c_str());
-        for (const std::string& behind : {std::string(), std::string("\0]", 2)}) {
-            result.GetData().SetInt(7);
-            result.LoadFromJson(Holding(text + behind));
-            ASSERT_EQ(loaded.GetParseError(), parsed.GetParseError()) << text;
-            ASSERT_EQ(loaded.GetErrorOffset(), parsed.GetErrorOffset()) << text;
-            ASSERT_EQ(Text(loaded), Text(parsed)) << text;
-        }
+        result.GetData().SetInt(7);
+        result.LoadFromJson(Holding(text + std::string("\0]", 2)));
+        ASSERT_EQ(loaded.GetParseError(), parsed.GetParseError()) << text;
+        ASSERT_EQ(loaded.GetErrorOffset(), parsed.GetErrorOffset()) << text;
+        ASSERT_EQ(Text(loaded), Text(parsed)) << text;
     }
 }
 

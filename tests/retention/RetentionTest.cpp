@@ -5,23 +5,21 @@
 
 namespace {
 
-vxJson::Value Remove(const CDataEngineCleanRemove& o) {
-    return Object({{"checked", o.GetChecked()}, {"keepMonth", o.GetKeepMonth()}});
+vxJson::Value ShowRemove(const CDataEngineCleanRemove& o) {
+    return Object("checked", o.GetChecked(), "keepMonth", o.GetKeepMonth());
 }
 
-vxJson::Value Shrink(const CDataEngineCleanShrink& o) {
-    return Object({{"checked", o.GetChecked()},
-                   {"keepMonth", o.GetKeepMonth()},
-                   {"keepCount", o.GetKeepCount()}});
+vxJson::Value ShowShrink(const CDataEngineCleanShrink& o) {
+    return Object("checked", o.GetChecked(), "keepMonth", o.GetKeepMonth(), "keepCount",
+                  o.GetKeepCount());
 }
 
 TEST(Retention, LoadsAndSavesNothing) {
-    CheckTransfer(
-        TEST_DATA "/classes.txt",
-        {Transfer<CDataEngineCleanShrink>(Shrink), Transfer<CDataEngineCleanRemove>(Remove),
-         Transfer<CDataEngineCleanSetting>([](const auto& o) {
-             return Object({{"shrink", Shrink(o.GetShrink())}, {"remove", Remove(o.GetRemove())}});
-         })});
+    Transfer<CDataEngineCleanShrink>::Check("CDataEngineCleanShrink", ShowShrink);
+    Transfer<CDataEngineCleanRemove>::Check("CDataEngineCleanRemove", ShowRemove);
+    Transfer<CDataEngineCleanSetting>::Check("CDataEngineCleanSetting", [](const auto& o) {
+        return Object("shrink", ShowShrink(o.GetShrink()), "remove", ShowRemove(o.GetRemove()));
+    });
 }
 
 }  // namespace

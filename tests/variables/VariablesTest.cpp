@@ -109,37 +109,28 @@ TEST(Variables, NamesLoadInTheFormOfDecodedDocuments) {
     }
 }
 
-vxJson::Value Instances(const VariableMappingDAO& mapping) {
+vxJson::Value ShowInstances(const VariableMappingDAO& mapping) {
     vxJson::Value list;
     for (const MappingInstance& o : mapping.GetAllMappingVariable()) {
         vxJson::Value types;
         for (const int type : o.deviceType) types.append(type);
-        list.append(Object({{"deviceType", types},
-                            {"parserPath", o.parserPath},
-                            {"parserName", o.parserName},
-                            {"bizType", o.bizType},
-                            {"varName", o.varName},
-                            {"varFullName", o.varFullName}}));
+        list.append(Object("deviceType", types, "parserPath", o.parserPath, "parserName",
+                           o.parserName, "bizType", o.bizType, "varName", o.varName, "varFullName",
+                           o.varFullName));
     }
     return list;
 }
 
 TEST(Variables, DocumentsLoadAndMove) {
-    CheckTransfer(TEST_DATA "/classes.txt",
-                  {Transfer<VariableMappingDAO>([](const auto& o) {
-                       return Object({{"_id", o.GetId()},
-                                      {"mappingType", int{o.GetMappingType()}},
-                                      {"gvPath", o.GetGvPath()},
-                                      {"mappingVars", Instances(o)}});
-                   }),
-                   Transfer<ParserPriorityDAO>([](const auto& o) {
-                       return Object({{"devType", o.GetDevType()},
-                                      {"path", o.GetParserPath()},
-                                      {"ts", o.GetTimeStamp()},
-                                      {"order", o.GetOrder()}});
-                   })});
+    Transfer<VariableMappingDAO>::Check("VariableMappingDAO", [](const auto& o) {
+        return Object("_id", o.GetId(), "mappingType", int{o.GetMappingType()}, "gvPath",
+                      o.GetGvPath(), "mappingVars", ShowInstances(o));
+    });
+    Transfer<ParserPriorityDAO>::Check("ParserPriorityDAO", [](const auto& o) {
+        return Object("devType", o.GetDevType(), "path", o.GetParserPath(), "ts", o.GetTimeStamp(),
+                      "order", o.GetOrder());
+    });
     EXPECT_EQ(ParserPriorityDAO().GetOrder(), 0xFFFFFFFF);
-    EXPECT_EQ(ParserPriorityDAO().GetTimeStamp(), 0);
 }
 
 TEST(Variables, AnInstanceThatDoesNotConvertIsLostWithThoseAfterIt) {
