@@ -5,13 +5,13 @@
 #include <memory>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "records/CDEDataBase.h"
 #include "records/CDEDataConfigFile.h"
 #include "records/CDEDataShowCommand.h"
 #include "records/CDEDataStructureData.h"
-#include "schema/StoreNames.h"
 #include "tests/support/Rows.h"
 #include "tests/support/Texts.h"
 
@@ -40,62 +40,61 @@ vxJson::Value DeviceData(CDEDataBase& record) {
 }
 
 TEST(Records, SettleTheirIdentityFromTheHostName) {
-    // host name of a node, the same afterwards | id, or - for the text of no GUID. Without a type,
-    // as in N::def, the id is not reached.
-    for (const auto& row : Rows(R"(
-                      |             | -
-        N             | N           | -
-        N:            | N:          | -
-        N:abc         | N:abc       | -
-        n:abc:def     | n:abc:def   | -
-        xN:abc:def    | xN:abc:def  | -
-        N:abc:def     |             | def
-        N:abc:def:ghi |             | def:ghi
-        N::def        |             | -
-    )")) {
+    for (const auto& row : RowsOf(TEST_DATA "/hosts.txt")) {
         SCOPED_TRACE(row[0]);
+        const std::string devId = row[2] == "-" ? kNoGuid : row[2] == "empty" ? "" : row[2];
         CDeviceIdentifier device = Node(row[0]);
-        CDEDataConfigFile file(device);
-        CDEDataShowCommand command(device);
+        CDEDataConfigFile file = device;
+        CDEDataShowCommand command = device;
         CDEDataStructureData structure(device, DEDataTypeParser);
         for (CDEDataBase* record :
              std::initializer_list<CDEDataBase*>{&file, &command, &structure}) {
-            EXPECT_EQ(record->GetDevId(), row[2] == "-" ? kNoGuid : row[2]);
+            EXPECT_EQ(record->GetDevId(), devId);
             EXPECT_EQ(DeviceData(*record)["devName"].asString(), row[1]);
         }
         EXPECT_EQ(device.GetHostName(), row[0]);
     }
     CDEDataBase valid(Device("N:abc:def"), DEDataTypeRaw);
-    EXPECT_EQ(valid.GetDevId() + DeviceData(valid)["devName"].asString(), kGuid + "N:abc:def");
-    EXPECT_EQ(CDEDataBase(Node("N:abc:"), DEDataTypeRaw).GetDevId(), "");
+    EXPECT_EQ(valid.GetDevId(), kGuid);
+    EXPECT_EQ(DeviceData(valid)["devName"].asString(), "N:abc:def");
 }
 
 TEST(Records, KeepTheNodeThatTheyWereBuiltFrom) {
     CDEDataBase record(Node("N:abc:def"), DEDataTypeRaw);
     record.SetDevId(Node("N:other:node"));
-    EXPECT_EQ(record.GetDevId() + DeviceData(record)["devName"].asString(), "defN:other:node");
+    EXPECT_EQ(record.GetDevId(), "def");
+    EXPECT_EQ(DeviceData(record)["devName"].asString(), "N:other:node");
     record.SetDevId(Device("router1"));
-    EXPECT_EQ(record.GetDevId() + record.GetDomainDBName(), kGuid + "Tenant_1");
+    EXPECT_EQ(record.GetDevId(), kGuid);
+    EXPECT_EQ(record.GetDomainDBName(), "Tenant_1");
     record.SetDomain(CVXDomain("Tenant_2"));
     EXPECT_EQ(record.GetDomainDBName(), "Tenant_2");
 }
 
 TEST(Records, HaveATypeWithATextBothWays) {
+    const std::pair<EnumDEDataType, const char*> types[] = {{DEDataTypeNone, "none"},
+                                                            {DEDataTypeConfig, "config"},
+                                                            {DEDataTypeCmd, "cmd"},
+                                                            {DEDataTypeSysTable, "sysTable"},
+                                                            {DEDataTypeNctTable, "nctTable"},
+                                                            {DEDataTypeParser, "parser"},
+                                                            {DEDataTypePingTrace, "pingtrace"},
+                                                            {DEDataTypeRaw, "raw"}};
     int number = 0;
-    for (const std::string text :
-         {"none", "config", "cmd", "sysTable", "nctTable", "parser", "pingtrace", "raw"}) {
-        EXPECT_EQ(CDEDataBase::TypeStr2Int(text), number) << text;
-        EXPECT_EQ(CDEDataBase::TypeInt2Str(static_cast<EnumDEDataType>(number++)), text);
+    for (const auto& [type, text] : types) {
+        EXPECT_EQ(type, number++) << text;
+        EXPECT_EQ(CDEDataBase::TypeStr2Int(text), type) << text;
+        EXPECT_EQ(CDEDataBase::TypeInt2Str(type), text);
     }
     for (const int other : {-1, 8, 2147483647, -2147483647 - 1}) {
         EXPECT_EQ(CDEDataBase::TypeInt2Str(static_cast<EnumDEDataType>(other)), "none") << other;
     }
     for (const std::string& other : {std::string("Config"), std::string("cmd\0", 4)}) {
-        EXPECT_EQ(CDEDataBase::TypeStr2Int(other), 0) << other;
+        EXPECT_EQ(CDEDataBase::TypeStr2Int(other), DEDataTypeNone) << other;
     }
-    EXPECT_EQ(CDEDataConfigFile().GetType(), 1);
-    EXPECT_EQ(CDEDataShowCommand().GetType(), 2);
-    EXPECT_EQ(CDEDataStructureData().GetType(), 0);
+    EXPECT_EQ(CDEDataConfigFile().GetType(), DEDataTypeConfig);
+    EXPECT_EQ(CDEDataShowCommand().GetType(), DEDataTypeCmd);
+    EXPECT_EQ(CDEDataStructureData().GetType(), DEDataTypeNone);
 }
 
 TEST(Records, StartWithTheirDefaults) {
@@ -154,6 +153,7 @@ TEST(Records, HaveTheKeysThatStoresHold) {
               CDEDataStructureData(other, DEDataTypeRaw).GetMetaMD5());
 }
 
+/// A kind with a data checksum of its own.
 class GivenRecord : public CDEDataBase {
   public:
     using CDEDataBase::CDEDataBase;
@@ -197,7 +197,6 @@ TEST(Records, TakeADataKeyWhileAViewIsBuilt) {
     writer.join();
 }
 
-// The store receives these texts. A system table gives its name as its type.
 TEST(Records, HaveTheViewsThatStoresReceive) {
     CDEDataBase blank;
     blank.SetProperties(Json("[]"));
@@ -210,15 +209,7 @@ TEST(Records, HaveTheViewsThatStoresReceive) {
     full.SetData(std::string("a\0b", 3));
     full.SetParam(Json(R"({"vrf":"red"})"));
     full.SetProperties(Json(R"(["x"])"));
-    for (const auto& row : Rows(R"(
-        blank | GetDEStatus       | {"devId":"00000000-0000-0000-0000-000000000000","name":"","param":null,"type":"none"}
-        blank | GetODJson         | {"data":{"$binary":{"base64":"","subType":"00"}},"devId":"00000000-0000-0000-0000-000000000000","flag":0,"md5":"99aa06d3014798d86001c324468d497f","name":"","time":{"$date":{"$numberLong":"0"}},"type":"none"}
-        blank | GetDeviceDataJSon | {"content":"","devId":"00000000-0000-0000-0000-000000000000","devName":"","length":0,"name":"","subName":null,"type":"none","uploadDate":{"$date":{"$numberLong":"0"}}}
-        full  | GetDEStatus       | {"devId":"0f1e2d3c-4b5a-6978-8796-a5b4c3d2e1f0","name":"path/bgp","param":{"vrf":"red"},"props":["x"],"type":"parser"}
-        full  | GetODJson         | {"data":{"$binary":{"base64":"YQBi","subType":"00"}},"devId":"0f1e2d3c-4b5a-6978-8796-a5b4c3d2e1f0","errorLog":"late","flag":-7,"md5":"39797789ed4c7ea0d5a06cd078125351","name":"path/bgp","param":{"vrf":"red"},"props":["x"],"time":{"$date":{"$numberLong":"1700000000123"}},"type":"parser"}
-        full  | GetDeviceDataJSon | {"content":"a\u0000b","devId":"0f1e2d3c-4b5a-6978-8796-a5b4c3d2e1f0","devName":"router1","length":3,"name":"path/bgp","subName":{"vrf":"red"},"type":"parser","uploadDate":{"$date":{"$numberLong":"1700000000123"}}}
-        table | GetDeviceDataJSon | {"content":"a\u0000b","devId":"0f1e2d3c-4b5a-6978-8796-a5b4c3d2e1f0","devName":"router1","length":3,"subName":{"vrf":"red"},"type":"path/bgp","uploadDate":{"$date":{"$numberLong":"1700000000123"}}}
-    )")) {
+    for (const auto& row : RowsOf(TEST_DATA "/views.txt")) {
         CDEDataBase& record = row[0] == "blank" ? blank : full;
         if (row[0] == "table") record.SetType(DEDataTypeSysTable);
         const vxJson::Value view = row[1] == "GetDEStatus" ? Status(record)
@@ -226,18 +217,6 @@ TEST(Records, HaveTheViewsThatStoresReceive) {
                                                            : DeviceData(record);
         EXPECT_EQ(view.toString(false), row.at(2)) << row[0] << " " << row[1];
     }
-}
-
-TEST(Records, HaveTheKeysOfTheStoredDeviceData) {
-    namespace names = StoreNames::DeviceData;
-    CDEDataBase record;
-    vxJson::Value expected;
-    for (const std::string& key :
-         {names::devId, names::devName, names::type, names::name, names::uploadDate, names::subName,
-          names::content, names::length}) {
-        expected[key] = DeviceData(record)[key];
-    }
-    EXPECT_EQ(DeviceData(record), expected);
 }
 
 TEST(Records, CutTheErrorLogOfTheViewAndLeaveAnEmptyParameterOut) {
