@@ -1,10 +1,12 @@
+#include "tests/memory/FailingMalloc.h"
+
 #include <cerrno>
 #include <cstddef>
 
-#include "tests/memory/FaultCounter.h"
+// Replaces the allocation functions of the C library. operator new and rapidjson's pools and stacks
+// all call them, so that every allocation of the library can be the one that fails.
 
-// The allocation functions of the C library, put before its own. operator new and rapidjson's pools
-// and stacks all come here, so that every allocation of the library can be the one to fail.
+thread_local FailingMalloc failingMalloc;
 
 extern "C" {
 
@@ -17,13 +19,14 @@ void __libc_free(void* block);
 
 namespace {
 
-void* Fail() {
+bool Fails() {
+    if (failingMalloc.untilFailure == 0 || --failingMalloc.untilFailure != 0) return false;
     errno = ENOMEM;
-    return nullptr;
+    return true;
 }
 
 void* Counted(void* block) {
-    if (block != nullptr) ++faultCounter.live;
+    if (block != nullptr) ++failingMalloc.live;
     return block;
 }
 
@@ -34,21 +37,21 @@ void* Counted(void* block) {
 extern "C" {
 
 void* malloc(std::size_t size) {
-    return faultCounter.Strikes() ? Fail() : Counted(__libc_malloc(size));
+    return Fails() ? nullptr : Counted(__libc_malloc(size));
 }
 
 void* calloc(std::size_t count, std::size_t size) {
-    return faultCounter.Strikes() ? Fail() : Counted(__libc_calloc(count, size));
+    return Fails() ? nullptr : Counted(__libc_calloc(count, size));
 }
 
 void* realloc(void* block, std::size_t size) {
-    if (faultCounter.Strikes()) return Fail();
+    if (Fails()) return nullptr;
     void* const moved = __libc_realloc(block, size);
     return block == nullptr ? Counted(moved) : moved;
 }
 
 void free(void* block) {
-    if (block != nullptr) --faultCounter.live;
+    if (block != nullptr) --failingMalloc.live;
     __libc_free(block);
 }
 
