@@ -4,14 +4,14 @@
 
 #include <type_traits>
 
-// Documents cross the boundary of libdataengine.so and are worked on by inlined code of rapidjson
-// on both sides, so both must see one layout. What decides it is settled here, as the library is
-// built: rapidjson 1.1 with its own defaults for the platform. A program that sees anything else
-// fails to compile, where it would otherwise corrupt its memory.
+// Documents cross the boundary of libdataengine.so, and inlined code of rapidjson works on them on
+// both sides, so both sides must see the same layout. The assertions below fix the layout that the
+// library is built with: rapidjson 1.1 with its defaults for the platform. A program with any other
+// layout fails to compile instead of corrupting its memory.
 //
 // RAPIDJSON_HAS_STDSTRING, RAPIDJSON_ASSERT, RAPIDJSON_NOEXCEPT and the vector instruction macros
-// are free: they add or change operations, but no layout. RAPIDJSON_NAMESPACE is not: the documents
-// are those of the namespace ::rapidjson.
+// may be set freely: they affect operations, not the layout. RAPIDJSON_NAMESPACE may not: the
+// documents are those of the namespace ::rapidjson.
 
 static_assert(RAPIDJSON_MAJOR_VERSION == 1 && RAPIDJSON_MINOR_VERSION == 1,
               "libdataengine exchanges documents of rapidjson 1.1");
@@ -38,7 +38,7 @@ static_assert(
                                      ::rapidjson::CrtAllocator>>,
     "libdataengine exchanges documents over rapidjson's default allocators");
 
-// Snapshots of rapidjson that still call themselves 1.1.0 have other pools and documents.
+// Later snapshots of rapidjson report version 1.1.0 too, but have different pools and documents.
 #if RAPIDJSON_64BIT
 static_assert(sizeof(::rapidjson::Value) == (RAPIDJSON_48BITPOINTER_OPTIMIZATION ? 16 : 24) &&
                   sizeof(::rapidjson::Document::AllocatorType) == 40 &&

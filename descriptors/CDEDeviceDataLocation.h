@@ -4,35 +4,35 @@
 
 #include "contracts/IJsonSerialize.h"
 
-/// Where the bytes of a stored unit lie: in which collection and file, at what offset, how many.
+/// The location of a stored unit's bytes: collection, file, offset and length.
 ///
-/// There are no setters: an object is filled by a constructor, an assignment or a load. References
-/// that getters return lead into the object and live as long as it.
+/// There are no setters: a constructor, an assignment or a load fills an object. Returned
+/// references remain valid for the lifetime of the object.
 ///
-/// Thread rule: an object belongs to one thread at a time.
+/// Thread safety: not safe for concurrent use.
 class DATAENGINE_EXPORT CDEDeviceDataLocation : public IJsonSerialize {
   public:
-    /// Empty texts, and 0 for both numbers.
+    /// Constructs a location with empty strings and zeros.
     CDEDeviceDataLocation() = default;
 
-    /// Takes all four unchecked.
+    /// Constructs a location. The arguments are not validated.
     CDEDeviceDataLocation(const std::string& collectionName, const std::string& fileName,
                           long long offset, long long len);
-    /// A move leaves the source's texts empty and its numbers as they were. An assignment from
-    /// itself changes nothing. @{
+    /// A moved-from object has empty strings and keeps its numbers. Self-assignment has no effect.
+    /// @{
     CDEDeviceDataLocation(const CDEDeviceDataLocation&) = default;
     CDEDeviceDataLocation& operator=(const CDEDeviceDataLocation&) = default;
     CDEDeviceDataLocation(CDEDeviceDataLocation&& other) noexcept;
     CDEDeviceDataLocation& operator=(CDEDeviceDataLocation&& other) noexcept;
     /// @}
 
-    /// The collection that holds the bytes.
+    /// Returns the collection that holds the bytes.
     const std::string& GetCollectionName() const { return collectionName_; }
-    /// The file within the collection.
+    /// Returns the file within the collection.
     const std::string& GetFileName() const { return fileName_; }
-    /// Where the data starts in the file, in bytes.
+    /// Returns the offset of the data in the file, in bytes.
     long long GetOffSet() const { return offset_; }
-    /// How long the data is, in bytes.
+    /// Returns the length of the data, in bytes.
     long long GetLen() const { return len_; }
 
     /// Reads "collectionName", "fileName", "offset" and "len".

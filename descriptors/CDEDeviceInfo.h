@@ -4,30 +4,31 @@
 
 #include "contracts/IJsonSerialize.h"
 
-/// A device: its identifier as text and its numeric type, a pair of "devId" and "devType" in JSON.
+/// A device: its text identifier and its numeric type, "devId" and "devType" in JSON.
 ///
-/// The reference that GetDevId returns leads into the object and lives as long as it.
+/// Returned references remain valid for the lifetime of the object.
 ///
-/// Thread rule: an object belongs to one thread at a time.
+/// Thread safety: not safe for concurrent use.
 class DATAENGINE_EXPORT CDEDeviceInfo : public IJsonSerialize {
   public:
-    /// An empty identifier.
+    /// Constructs an empty identifier.
     CDEDeviceInfo() = default;
 
-    /// A move leaves the source's identifier empty and its type as it was. An assignment from
-    /// itself changes nothing. @{
+    /// A moved-from object has an empty identifier and keeps its type. Self-assignment has no
+    /// effect.
+    /// @{
     CDEDeviceInfo(const CDEDeviceInfo&) = default;
     CDEDeviceInfo& operator=(const CDEDeviceInfo&) = default;
     CDEDeviceInfo(CDEDeviceInfo&& other) noexcept;
     CDEDeviceInfo& operator=(CDEDeviceInfo&& other) noexcept;
     /// @}
 
-    /// The device's identifier as text, stored unchecked. @{
+    /// The device's text identifier, not validated. @{
     const std::string& GetDevId() const { return devId_; }
     void SetDevId(const std::string& devId) { devId_ = devId; }
     /// @}
 
-    /// The device's type number. Set or load it before it is read. @{
+    /// The device's type number. Set or load it before reading it. @{
     int GetDevType() const { return devType_; }
     void SetDevType(int devType) { devType_ = devType; }
     /// @}

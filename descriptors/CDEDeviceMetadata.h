@@ -7,30 +7,30 @@
 #include "contracts/DataEngineExport.h"
 #include "descriptors/CDEDeviceDataLocation.h"
 
-// Its destructor is not virtual by design: the class has the two virtual operations below, in this
-// order, and nothing else. Whoever derives from it must not delete through a pointer to it.
+// The destructor is not virtual by design: the two operations at the end, in this order, are the
+// only virtual ones. A derived object must not be deleted through a pointer to this class.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
 
-/// One stored unit of device data: which device, what name, type and parameters, its checksums,
-/// its time and where its bytes lie.
+/// The description of one stored unit of device data: device, name, type, parameters, checksums,
+/// time and the location of its bytes.
 ///
-/// It looks like an IJsonSerialize and is none. Its two JSON forms differ: "data" is loaded and
-/// never saved, the flag and the second checksum are in neither and outlive a load, and "time" is
-/// saved as a plain integer though a time value is read as well. A move is a copy. Setters copy;
-/// references that getters return lead into the object and live as long as it.
+/// Mirrors IJsonSerialize but does not derive from it. Loading and saving differ: "data" is loaded
+/// but never saved; the flag and the second checksum are neither loaded nor saved; "time" is saved
+/// as a plain integer, but a time value loads as well. A move copies. Setters copy their arguments.
+/// Returned references remain valid for the lifetime of the object.
 ///
-/// Thread rule: no lock; an object belongs to one thread at a time.
+/// Thread safety: not safe for concurrent use.
 class DATAENGINE_EXPORT CDEDeviceMetadata {
   public:
-    /// Empty texts, null values, 0 for the numbers.
+    /// Constructs empty strings, null values and zeros.
     CDEDeviceMetadata();
     /// Copies every field. @{
     CDEDeviceMetadata(const CDEDeviceMetadata&) = default;
     CDEDeviceMetadata& operator=(const CDEDeviceMetadata&) = default;
     /// @}
 
-    /// The device, as text. @{
+    /// The device's text identifier. @{
     const std::string& GetDevId() const { return devId_; }
     void SetDevId(const std::string& devId) { devId_ = devId; }
     /// @}
@@ -40,12 +40,12 @@ class DATAENGINE_EXPORT CDEDeviceMetadata {
     void SetName(const std::string& name) { name_ = name; }
     /// @}
 
-    /// The record's type, as text.
+    /// Returns the record's type as text.
     const std::string& GetType() const { return type_; }
-    /// Takes a writable reference and only reads from it.
+    /// Sets the type. The argument is only read.
     void SetType(std::string& type) { type_ = type; }
 
-    /// The type of the source, as text; only carried. @{
+    /// The type of the source as text, not interpreted. @{
     const std::string& GetSourceType() const { return sourceType_; }
     void SetSourceType(const std::string& sourceType) { sourceType_ = sourceType; }
     /// @}
@@ -65,12 +65,12 @@ class DATAENGINE_EXPORT CDEDeviceMetadata {
     void SetMD5(const std::string& md5) { md5_ = md5; }
     /// @}
 
-    /// The second checksum, in neither JSON form. The getter gives a copy. @{
+    /// The second checksum, not part of the JSON form. The getter returns a copy. @{
     std::string GetMD5CA() const { return md5CA_; }
     void SetMD5CA(const std::string& md5CA) { md5CA_ = md5CA; }
     /// @}
 
-    /// The caller's flag word, in neither JSON form. @{
+    /// The caller's flag word, not part of the JSON form. @{
     int GetFlag() const { return flag_; }
     void SetFlag(int flag) { flag_ = flag; }
     /// @}
@@ -80,24 +80,24 @@ class DATAENGINE_EXPORT CDEDeviceMetadata {
     void SetTime(long long time) { time_ = time; }
     /// @}
 
-    /// The data's bytes, as a load read them; a save leaves them out.
+    /// Returns the data, loaded but never saved.
     const std::string& GetData() const { return data_; }
-    /// Replaces the data, in spite of its name.
+    /// Sets the data (the name is a historical misspelling).
     void SetDate(const std::string& data) { data_ = data; }
 
-    /// Where the unit's bytes lie in the store. @{
+    /// The location of the unit's bytes in the store. @{
     const CDEDeviceDataLocation& GetDataLocation() const { return dataLocation_; }
     void SetDataLocation(const CDEDeviceDataLocation& dataLocation) {
         dataLocation_ = dataLocation;
     }
     /// @}
 
-    /// Replaces every field but the flag and the second checksum; "data" comes last, behind
+    /// Replaces every field except the flag and the second checksum; reads "data" last, after
     /// "dataLocation". Returns true.
     virtual bool LoadFromJson(const vxJson::Value& source);
 
     /// Writes "devId", "name", "type", "sourceType", "param", "props", "md5", "time" and
-    /// "dataLocation", a null parameter too. Returns true.
+    /// "dataLocation", including null parameters. Returns true.
     virtual bool SaveToJson(vxJson::Value& target) const;
 
   private:

@@ -6,25 +6,26 @@
 
 #include "contracts/IJsonSerialize.h"
 
-/// Asks for one unit of device data by device, data type, optional name and parameter. No text is
-/// checked.
+/// A query for one unit of device data by device, data type, optional name and parameter. No field
+/// is validated.
 ///
-/// Setters copy; references that getters return lead into the object and live as long as it.
+/// Setters copy their arguments. Returned references remain valid for the lifetime of the object.
 ///
-/// Thread rule: an object belongs to one thread at a time.
+/// Thread safety: not safe for concurrent use.
 class DATAENGINE_EXPORT CDEDeviceDataQueryInfo : public IJsonSerialize {
   public:
-    /// Empty texts and a null parameter.
+    /// Constructs a query with empty strings and a null parameter.
     CDEDeviceDataQueryInfo();
-    /// A move leaves the source's texts empty and its parameter as it was. An assignment from
-    /// itself changes nothing. @{
+    /// A moved-from object has empty strings and keeps its parameter. Self-assignment has no
+    /// effect.
+    /// @{
     CDEDeviceDataQueryInfo(const CDEDeviceDataQueryInfo&) = default;
     CDEDeviceDataQueryInfo& operator=(const CDEDeviceDataQueryInfo&) = default;
     CDEDeviceDataQueryInfo(CDEDeviceDataQueryInfo&& other);
     CDEDeviceDataQueryInfo& operator=(CDEDeviceDataQueryInfo&& other);
     /// @}
 
-    /// The name of the unit asked for; empty for none. @{
+    /// The name of the requested unit, optional. @{
     const std::string& GetName() const { return name_; }
     void SetName(const std::string& name) { name_ = name; }
     /// @}
@@ -34,26 +35,26 @@ class DATAENGINE_EXPORT CDEDeviceDataQueryInfo : public IJsonSerialize {
     void SetParam(const vxJson::Value& param) { param_ = param; }
     /// @}
 
-    /// The device asked for. @{
+    /// The requested device. @{
     const std::string& GetDeviceId() const { return deviceId_; }
     void SetDeviceId(const std::string& deviceId) { deviceId_ = deviceId; }
     /// @}
 
-    /// The data type asked for. @{
+    /// The requested data type. @{
     const std::string& GetType() const { return type_; }
     void SetType(const std::string& type) { type_ = type; }
     /// @}
 
-    /// Writes what the query asks for: as SaveToJson, but "name" only where it is not empty, so
-    /// that a "name" already in `out` stays. Returns true.
+    /// Writes the same keys as SaveToJson, but "name" only if it is not empty; a "name" already in
+    /// `out` then stays. Returns true.
     bool GetQueryInfo(vxJson::Value& out) const;
 
     /// Reads "devId", "type", "name" and "param".
     bool LoadFromJson(const vxJson::Value& source) override;
-    /// Writes the same four keys, an empty text and a null parameter too.
+    /// Writes the same four keys, including empty strings and a null parameter.
     bool SaveToJson(vxJson::Value& target) const override;
 
-    /// Orders by device, type, name and parameter; texts as unsigned bytes.
+    /// Orders by device, type, name and parameter; strings compare as unsigned bytes.
     bool operator<(const CDEDeviceDataQueryInfo& other) const;
 
   private:

@@ -6,29 +6,29 @@
 
 #include "contracts/IJsonSerialize.h"
 
-/// Says which query an answer belongs to: day, device, type, name and parameter.
+/// Identifies the query that an answer belongs to: day, device, type, name and parameter.
 ///
-/// Setters copy; references that getters return lead into the object and live as long as it.
+/// Setters copy their arguments. Returned references remain valid for the lifetime of the object.
 ///
-/// Thread rule: an object belongs to one thread at a time.
+/// Thread safety: not safe for concurrent use.
 class DATAENGINE_EXPORT CDEQueryResultMetaDataOnly : public IJsonSerialize {
   public:
-    /// Empty texts and a null parameter.
+    /// Constructs empty strings and a null parameter.
     CDEQueryResultMetaDataOnly();
-    /// A move leaves the source's texts empty and its day and parameter as they were. An assignment
-    /// from itself changes nothing. @{
+    /// A moved-from object has empty strings and keeps its day and parameter. Self-assignment has
+    /// no effect. @{
     CDEQueryResultMetaDataOnly(const CDEQueryResultMetaDataOnly&) = default;
     CDEQueryResultMetaDataOnly& operator=(const CDEQueryResultMetaDataOnly&) = default;
     CDEQueryResultMetaDataOnly(CDEQueryResultMetaDataOnly&& other);
     CDEQueryResultMetaDataOnly& operator=(CDEQueryResultMetaDataOnly&& other);
     /// @}
 
-    /// The day of the data, stored unchecked. Set or load it before it is read. @{
+    /// The day of the data, not validated. Set or load it before reading it. @{
     int GetDay() const { return day_; }
     void SetDay(int day) { day_ = day; }
     /// @}
 
-    /// The name of the unit; empty for none. @{
+    /// The name of the unit, optional. @{
     const std::string& GetName() const { return name_; }
     void SetName(const std::string& name) { name_ = name; }
     /// @}
@@ -48,22 +48,22 @@ class DATAENGINE_EXPORT CDEQueryResultMetaDataOnly : public IJsonSerialize {
     void SetType(const std::string& type) { type_ = type; }
     /// @}
 
-    /// Writes what the answer belongs to: as SaveToJson, but "name" only where it is not empty, so
-    /// that a "name" already in `out` stays. Returns true.
+    /// Writes the same keys as SaveToJson, but "name" only if it is not empty; a "name" already in
+    /// `out` then stays. Returns true.
     bool GetQueryInfo(vxJson::Value& out) const;
 
-    /// Five lines for people, each closed by "\r\n": day, devId, type, name and param, the last as
-    /// styled JSON text with its own line breaks.
+    /// Returns five lines for people, each ending in "\r\n": day, devId, type, name and param, the
+    /// last as styled JSON text with its own line breaks.
     std::string toPrintString() const;
 
     /// Reads "day", "devId", "type", "name" and "param".
     bool LoadFromJson(const vxJson::Value& source) override;
-    /// Writes the same five keys, an empty text and a null parameter too.
+    /// Writes the same five keys, including empty strings and a null parameter.
     bool SaveToJson(vxJson::Value& target) const override;
 
-    /// True for the earlier day; otherwise ordered by device, type, name and parameter as if the
-    /// days were equal. One-sided by design: of two objects with different days each may be less
-    /// than the other, and only objects of one day are strictly ordered.
+    /// Returns true if this day is earlier; otherwise compares device, type, name and parameter as
+    /// if the days were equal. One-sided by design: of two objects with different days, each may be
+    /// less than the other. Only objects of the same day are strictly ordered.
     bool operator<(const CDEQueryResultMetaDataOnly& other) const;
 
   private:

@@ -4,19 +4,19 @@
 
 #include "contracts/IJsonSerialize.h"
 
-/// One stored unit as an answer: its payload, any bytes, and what came with it. The library tests
+/// One stored unit as an answer: its payload and the fields stored with it. The library interprets
 /// none of the values.
 ///
-/// Setters copy; references that getters return lead into the object and live as long as it.
+/// Setters copy their arguments. Returned references remain valid for the lifetime of the object.
 ///
-/// Thread rule: an object belongs to one thread at a time.
+/// Thread safety: not safe for concurrent use.
 class DATAENGINE_EXPORT CDEQueryResultRawData : public IJsonSerialize {
   public:
-    /// Empty texts and payload, time and flag 0.
+    /// Constructs empty strings, an empty payload and zeros.
     CDEQueryResultRawData() = default;
 
-    /// A move leaves the source's texts and payload empty and its numbers as they were. An
-    /// assignment from itself changes nothing. @{
+    /// A moved-from object has empty strings and keeps its numbers. Self-assignment has no effect.
+    /// @{
     CDEQueryResultRawData(const CDEQueryResultRawData&) = default;
     CDEQueryResultRawData& operator=(const CDEQueryResultRawData&) = default;
     CDEQueryResultRawData(CDEQueryResultRawData&& other) noexcept;
@@ -28,7 +28,7 @@ class DATAENGINE_EXPORT CDEQueryResultRawData : public IJsonSerialize {
     void SetTime(long long time) { time_ = time; }
     /// @}
 
-    /// The payload, any bytes. @{
+    /// The payload, arbitrary bytes. @{
     std::string& GetData() { return data_; }
     const std::string& GetData() const { return data_; }
     void SetData(const std::string& data) { data_ = data; }
@@ -49,7 +49,7 @@ class DATAENGINE_EXPORT CDEQueryResultRawData : public IJsonSerialize {
     void SetTaskId(const std::string& taskId) { taskId_ = taskId; }
     /// @}
 
-    /// The index within the task. Set or load it before it is read. @{
+    /// The index within the task. Set or load it before reading it. @{
     int GetTaskIndex() const { return taskIndex_; }
     void SetTaskIndex(int taskIndex) { taskIndex_ = taskIndex; }
     /// @}
@@ -59,7 +59,7 @@ class DATAENGINE_EXPORT CDEQueryResultRawData : public IJsonSerialize {
     void SetExtraId(const std::string& extraId) { extraId_ = extraId; }
     /// @}
 
-    /// Where the data came from. Set or load it before it is read. @{
+    /// The source of the data. Set or load it before reading it. @{
     int GetDataSource() const { return dataSource_; }
     void SetDataSource(int dataSource) { dataSource_ = dataSource; }
     /// @}
@@ -72,7 +72,7 @@ class DATAENGINE_EXPORT CDEQueryResultRawData : public IJsonSerialize {
     /// Reads "time", "data", "flag", "md5", "taskId", "taskIndex", "extraId", "dataSource" and
     /// "errorLog".
     bool LoadFromJson(const vxJson::Value& source) override;
-    /// Writes the same nine keys, "time" as a time value and "data" as a binary one.
+    /// Writes the same nine keys, "time" as a time value and "data" as a binary value.
     bool SaveToJson(vxJson::Value& target) const override;
 
   private:

@@ -4,13 +4,14 @@
 #include "query/CDEQueryResultMetaDataOnly.h"
 #include "query/CDEQueryResultRawData.h"
 
-/// A stored unit together with the query that it answers. In JSON each of the two is an object
-/// under a key of its own; a load leaves a part whose key is absent or null as it was.
+/// A stored unit and the query that it answers. In JSON each of the two is an object under its own
+/// key; a load leaves a member unchanged if its key is absent or null.
 ///
-/// Thread rule: an object belongs to one thread at a time.
+/// Thread safety: not safe for concurrent use.
 class DATAENGINE_EXPORT CDEQueryResultRawDataPlusMetaData : public IJsonSerialize {
   public:
-    /// The query that the unit answers. The references are into the object; the setter copies. @{
+    /// The query that the unit answers. The setter copies its argument; the references remain valid
+    /// for the lifetime of the object. @{
     const CDEQueryResultMetaDataOnly& GetResultMetaDataOnly() const { return resultMetaDataOnly_; }
     CDEQueryResultMetaDataOnly& Get_mutable_ResultMetaDataOnly() { return resultMetaDataOnly_; }
     void SetResultMetaDataOnly(const CDEQueryResultMetaDataOnly& resultMetaDataOnly) {
@@ -18,7 +19,8 @@ class DATAENGINE_EXPORT CDEQueryResultRawDataPlusMetaData : public IJsonSerializ
     }
     /// @}
 
-    /// The stored unit. The references are into the object; the setter copies. @{
+    /// The stored unit. The setter copies its argument; the references remain valid for the
+    /// lifetime of the object. @{
     const CDEQueryResultRawData& GetResultRawData() const { return resultRawData_; }
     CDEQueryResultRawData& Get_mutable_ResultRawData() { return resultRawData_; }
     void SetResultRawData(const CDEQueryResultRawData& resultRawData) {
@@ -26,7 +28,7 @@ class DATAENGINE_EXPORT CDEQueryResultRawDataPlusMetaData : public IJsonSerializ
     }
     /// @}
 
-    /// Reads "resultMetaDataOnly" and "resultRawData", and nothing at the top level.
+    /// Reads "resultMetaDataOnly" and "resultRawData" and ignores all other keys.
     bool LoadFromJson(const vxJson::Value& source) override;
     /// Writes both keys, replacing what stood there.
     bool SaveToJson(vxJson::Value& target) const override;

@@ -17,7 +17,7 @@ CDEQueryResultStructureData::CDEQueryResultStructureData(CDEQueryResultStructure
 
 CDEQueryResultStructureData& CDEQueryResultStructureData::operator=(
     CDEQueryResultStructureData&& other) {
-    // First, since it is the one part whose move can throw.
+    // The metadata is moved first: no other move can throw.
     resultMetaDataOnly_ = std::move(other.resultMetaDataOnly_);
     data_ = std::move(other.data_);
     time_ = other.time_;

@@ -11,19 +11,19 @@
 /// The answer to a query for structured data: a parsed document, its time, a flag word, an error
 /// text and the query that it answers.
 ///
-/// The document is the one that CDEStructureDataHelper takes, and travels in JSON as compact text.
-/// It owns its memory pool, and all its values live there: the pool only grows, and what a load or
-/// a caller replaces is freed with the object.
+/// The document has the type that CDEStructureDataHelper fills; its JSON form is compact text. It
+/// owns its memory pool, which only grows: values replaced by a load or by the caller are freed
+/// with the object.
 ///
 /// Move-only. A move takes the document with its pool, leaves the source's texts empty and its
 /// numbers as they were; a moved-from object's document has no pool, and the object may only be
 /// destroyed or assigned to. An object must not be move-assigned to itself.
 ///
-/// Thread rule: an object and its document belong to one thread at a time.
+/// Thread safety: neither the object nor its document is safe for concurrent use.
 class DATAENGINE_EXPORT CDEQueryResultStructureData : public IJsonSerialize {
   public:
     CDEQueryResultStructureData() = default;
-    /// Not copied: the document isn't. @{
+    /// Not copyable, since the document is not. @{
     CDEQueryResultStructureData(const CDEQueryResultStructureData&) = delete;
     CDEQueryResultStructureData& operator=(const CDEQueryResultStructureData&) = delete;
     /// @}
@@ -43,17 +43,18 @@ class DATAENGINE_EXPORT CDEQueryResultStructureData : public IJsonSerialize {
     void SetTime(long long time) { time_ = time; }
     /// @}
 
-    /// The flag word; nothing tests it. @{
+    /// The flag word, not interpreted. @{
     int GetFlag() const { return flag_; }
     void SetFlag(int flag) { flag_ = flag; }
     /// @}
 
-    /// The error text stays here: it is in no JSON form. @{
+    /// The error text, not part of the JSON form. @{
     const std::string& GetErrorLog() const { return errorLog_; }
     void SetErrorLog(const std::string& errorLog) { errorLog_ = errorLog; }
     /// @}
 
-    /// The query that the document answers. The references are into the object; the setter copies.
+    /// The query that the document answers. The setter copies its argument; the references remain
+    /// valid for the lifetime of the object.
     /// @{
     const CDEQueryResultMetaDataOnly& GetResultMetaDataOnly() const { return resultMetaDataOnly_; }
     CDEQueryResultMetaDataOnly& Get_mutable_ResultMetaDataOnly() { return resultMetaDataOnly_; }
@@ -62,10 +63,9 @@ class DATAENGINE_EXPORT CDEQueryResultStructureData : public IJsonSerialize {
     }
     /// @}
 
-    /// Reads "time", "data", "flag" and "resultMetaDataOnly", whose object stays as it was if the
-    /// key is absent or null. Returns true also if the text under "data", which ends at its first
-    /// zero byte, does not parse: the document then keeps its value, and its parse error is the
-    /// only trace.
+    /// Reads "time", "data", "flag" and "resultMetaDataOnly"; the last stays unchanged if its key
+    /// is absent or null. The text under "data" ends at its first zero byte. If it does not parse,
+    /// the document keeps its value, and only its parse error reports the failure. Returns true.
     bool LoadFromJson(const vxJson::Value& source) override;
 
     /// Writes the same four keys, the document as compact text. A number that JSON cannot write

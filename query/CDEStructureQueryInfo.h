@@ -7,24 +7,23 @@
 
 #include "contracts/IJsonSerialize.h"
 
-/// Asks for structured data at a location, with free-form parameters, a selection of the fields to
-/// return and a filter on device types.
+/// A query for structured data at a location, with free-form parameters, a selection of the fields
+/// to return and a filter on device types.
 ///
-/// Loads add to the device types and replace everything else. A move is a copy.
-/// Setters copy; references that getters return lead into the object and live as long as it.
+/// A load adds to the device types and replaces everything else. A move copies.
+/// Setters copy their arguments. Returned references remain valid for the lifetime of the object.
 ///
-/// Thread rule: an object belongs to one thread at a time, and so does the value that GetRtnFields
-/// hands out of a const one.
+/// Thread safety: not safe for concurrent use; GetRtnFields gives write access to a const object.
 class DATAENGINE_EXPORT CDEStructureQueryInfo : public IJsonSerialize {
   public:
-    /// No location, null values, and a filter that matches nothing.
+    /// Constructs an empty location, null values and a filter that matches nothing.
     CDEStructureQueryInfo();
     /// Copies every field. @{
     CDEStructureQueryInfo(const CDEStructureQueryInfo&) = default;
     CDEStructureQueryInfo& operator=(const CDEStructureQueryInfo&) = default;
     /// @}
 
-    /// The location of the structured data asked for: "name" in JSON. @{
+    /// The location of the requested data: "name" in JSON. @{
     const std::string& GetLocation() const { return location_; }
     void SetLocation(const std::string& location) { location_ = location; }
     /// @}
@@ -34,22 +33,22 @@ class DATAENGINE_EXPORT CDEStructureQueryInfo : public IJsonSerialize {
     void SetParams(const vxJson::Value& params) { params_ = params; }
     /// @}
 
-    /// The fields to return, writable through a const object too. @{
+    /// The fields to return, writable through a const object as well. @{
     vxJson::Value& GetRtnFields() const { return rtnFields_; }
     void SetRtnFields(const vxJson::Value& rtnFields) { rtnFields_ = rtnFields; }
     /// @}
 
-    /// The filter's device types; a 0 stands for every type. @{
+    /// The device types of the filter; 0 matches every type. @{
     const std::vector<int>& GetDevTypes() const { return devTypes_; }
     void SetDevTypes(const std::vector<int>& devTypes) { devTypes_ = devTypes; }
     /// @}
 
-    /// True if the filter holds `devType`, or a 0, which stands for every type. An empty filter
-    /// matches nothing.
+    /// Returns whether the filter contains `devType` or 0, which matches every type. An empty
+    /// filter matches nothing.
     bool IsDevTypeMatch(int devType) const;
 
-    /// Reads "name", "param" and "rtnFields", and appends the elements of "devTypes", each cut to
-    /// its low 32 bits, if that is an array.
+    /// Reads "name", "param" and "rtnFields", and, if "devTypes" is an array, appends its elements,
+    /// each cut to its low 32 bits.
     bool LoadFromJson(const vxJson::Value& source) override;
     /// Writes "name", "param" and "rtnFields", and appends the device types to "devTypes", which an
     /// empty filter leaves null.

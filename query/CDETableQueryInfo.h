@@ -6,24 +6,25 @@
 
 #include "contracts/IJsonSerialize.h"
 
-/// Asks for a table by its name, with free-form parameters.
+/// A query for a table by name, with free-form parameters.
 ///
-/// Setters copy; references that getters return lead into the object and live as long as it.
+/// Setters copy their arguments. Returned references remain valid for the lifetime of the object.
 ///
-/// Thread rule: an object belongs to one thread at a time.
+/// Thread safety: not safe for concurrent use.
 class DATAENGINE_EXPORT CDETableQueryInfo : public IJsonSerialize {
   public:
-    /// An empty name and null parameters.
+    /// Constructs an empty name and null parameters.
     CDETableQueryInfo();
-    /// A move leaves the source's name empty and its parameters as they were. An assignment from
-    /// itself changes nothing. @{
+    /// A moved-from object has an empty name and keeps its parameters. Self-assignment has no
+    /// effect.
+    /// @{
     CDETableQueryInfo(const CDETableQueryInfo&) = default;
     CDETableQueryInfo& operator=(const CDETableQueryInfo&) = default;
     CDETableQueryInfo(CDETableQueryInfo&& other);
     CDETableQueryInfo& operator=(CDETableQueryInfo&& other);
     /// @}
 
-    /// The table asked for. @{
+    /// The name of the requested table. @{
     const std::string& GetTableName() const { return tableName_; }
     void SetTableName(const std::string& tableName) { tableName_ = tableName; }
     /// @}

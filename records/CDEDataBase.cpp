@@ -43,7 +43,7 @@ void CDEDataBase::SettleIdentity() {
         return;
     }
 
-    // A node's name in place of a host name is "N:" type ":" id.
+    // The host name of a node is "N:" type ":" id.
     const std::string& hostName = deviceIdentifier_.GetHostName();
     if (hostName.compare(0, 2, "N:") != 0) return;
     const std::string name = hostName.substr(2);
@@ -71,7 +71,7 @@ std::string CDEDataBase::TypeInt2Str(EnumDEDataType type) {
     return *kTypeNames[type];
 }
 
-// By value, as programs are linked to it. NOLINTNEXTLINE(performance-unnecessary-value-param)
+// By value: part of the binary interface. NOLINTNEXTLINE(performance-unnecessary-value-param)
 EnumDEDataType CDEDataBase::TypeStr2Int(std::string text) {
     for (int type = DEDataTypeNone; type <= DEDataTypeRaw; ++type) {
         if (text == *kTypeNames[type]) return static_cast<EnumDEDataType>(type);
@@ -145,7 +145,7 @@ vxJson::Value* CDEDataBase::GetDeviceDataJSon() {
     (*out)["devId"] = GetDevId();
     (*out)["devName"] = deviceIdentifier_.GetHostName();
     (*out)["type"] = TypeInt2Str(type_);
-    // A system table is known by its own name, such as "arpTable", where others have their type.
+    // The type of a system table is its own name, such as "arpTable".
     (*out)[type_ == DEDataTypeSysTable ? "type" : "name"] = GetName();
     (*out)["uploadDate"] = TimeValue(time_);
     (*out)["subName"] = param_;

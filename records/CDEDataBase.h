@@ -14,184 +14,182 @@
 #include "records/EnumDEDataSource.h"
 #include "records/EnumDEDataType.h"
 
-/// One unit of device data on its way into the store: one configuration file, one command's output,
-/// one table or one structured result of one device at one time.
+/// One unit of device data on its way into the store: a configuration file, the output of a
+/// command, a table or a structured result of one device at one time.
 ///
-/// A caller builds a record from a device identity and a type, fills its fields in any order, and
-/// asks it for the two checksum keys under which the store files it and for its JSON views. Keys
-/// and views are computed anew from the current fields at each call. The class can be used as it
-/// is; the kinds derived from it replace some of the virtual operations, and the views call those.
+/// A caller constructs a record from a device identity and a type, sets its fields in any order,
+/// and takes the two checksum keys under which the store files it and its JSON views. Every call
+/// computes keys and views from the current fields. The class can be used directly; derived classes
+/// override some of the virtual operations, which the views call.
 ///
-/// Where it differs from what one would expect: several getters are not const, and the meta key of
-/// this class is made with the device's own identifier even where GetDevId gives a node's.
+/// Surprises: several getters are not const, and the meta key of this class contains the device's
+/// own identifier even if GetDevId returns that of a node. Returned references remain valid for the
+/// lifetime of the record.
 ///
-/// Thread rule: a record belongs to one thread at a time, except that GetDataMD5CA and SetDataMD5CA
-/// may run on any thread at any time. Other threads may therefore call SetDataMD5CA while a key or
-/// a view is taken.
+/// Thread safety: not safe for concurrent use, except that GetDataMD5CA and SetDataMD5CA may be
+/// called from any thread at any time, also while another thread takes a key or a view.
 class DATAENGINE_EXPORT CDEDataBase {
   public:
-    /// A record of no device and of type "none".
+    /// Constructs a record of type "none" without a device.
     CDEDataBase();
 
-    /// A record of the device `id`, which is copied, and of type `type`.
+    /// Constructs a record of the device `id`, which is copied, and of type `type`.
     ///
-    /// A valid device identifier stands, and its text becomes the node's id. Otherwise a host name
-    /// of the form "N:" type ":" id names a node: the text up to the next colon is the node's type,
-    /// all that lies behind it the node's id, and the record's host name is cleared. Any other host
-    /// name stays as it is.
+    /// If the device identifier is valid, its text becomes the node's id. Otherwise a host name of
+    /// the form "N:" type ":" id names a node: the text up to the next colon becomes the node's
+    /// type, everything after that colon the node's id, and the record's host name is cleared. Any
+    /// other host name stays unchanged.
     CDEDataBase(const CDeviceIdentifier& id, EnumDEDataType type);
 
-    /// Not copied and not moved: a record is handed on by reference. @{
+    /// Neither copyable nor movable: records are passed by reference. @{
     CDEDataBase(const CDEDataBase&) = delete;
     CDEDataBase& operator=(const CDEDataBase&) = delete;
     /// @}
 
     virtual ~CDEDataBase();
 
-    /// The key of what the record is: the checksum of the identifier's text, the type's text and
-    /// GetName, one behind the other. Records of different nodes, but of one type and name, have
-    /// the same key, since the identifier enters and not the node's id.
+    /// Returns the meta key, which identifies the record: the checksum of the concatenated
+    /// identifier text, type text and GetName. Records of different nodes that share type and name
+    /// have the same key, because the key contains the device's identifier, not the node's id.
     virtual std::string GetMetaMD5();
 
-    /// The record's name; empty here.
+    /// Returns the record's name; empty unless overridden.
     virtual std::string GetName() const;
 
-    /// The key of what the record holds: for the types "sysTable" and "nctTable" what GetDataMD5CA
-    /// gives, for the others the checksum of the data, also of empty data.
+    /// Returns the data key, which identifies the record's content: GetDataMD5CA for the types
+    /// "sysTable" and "nctTable", otherwise the checksum of the data, including empty data.
     virtual std::string GetDataMD5();
 
-    /// A copy of the checksum that was set from outside; empty until then.
+    /// Returns a copy of the checksum set by SetDataMD5CA; empty until then.
     ///
     /// Throws std::system_error if the lock fails.
     virtual std::string GetDataMD5CA();
 
-    /// Replaces the checksum that is set from outside.
+    /// Sets the checksum that GetDataMD5CA returns.
     ///
-    /// Throws std::system_error if the lock fails, and changes nothing then.
+    /// Throws std::system_error if the lock fails; the checksum is then unchanged.
     virtual void SetDataMD5CA(const std::string& value);
 
     /// Writes the status view into `out`, which is null or an object: "devId", "type", "name",
-    /// "param" (null too), and "props" unless the properties are empty. Other keys of `out` stay.
-    /// Always returns true.
+    /// "param" (even if null), and "props" unless the properties are empty. Leaves other keys of
+    /// `out` unchanged. Returns true.
     bool GetDEStatus(vxJson::Value& out) const;
 
-    /// The full view for the store: "devId", "name", "type", "time", "flag", "errorLog" (its first
-    /// 1024 bytes, absent if empty), "data" (binary), "md5", and "param" and "props" unless they
-    /// are empty. Copies the data twice over.
+    /// Returns the full view for the store: "devId", "name", "type", "time", "flag", "errorLog"
+    /// (its first 1024 bytes, absent if empty), "data" (binary), "md5", and "param" and "props"
+    /// unless they are empty. Copies the data twice.
     vxJson::Value GetODJson();
 
-    /// The stored device data document: "devId", "devName", "type", "name", "uploadDate",
-    /// "subName" (the parameters), "content" (the data as a string) and "length" (its bytes). For
-    /// the type "sysTable" the record's name stands in "type", and "name" is absent.
+    /// Returns the device data document: "devId", "devName", "type", "name", "uploadDate",
+    /// "subName" (the parameters), "content" (the data as a string) and "length" (of the data, in
+    /// bytes). For the type "sysTable", "type" holds the record's name and "name" is absent.
     ///
     /// The caller owns the result and must delete it.
     vxJson::Value* GetDeviceDataJSon();
 
-    /// The text of a type: "none", "config", "cmd", "sysTable", "nctTable", "parser", "pingtrace"
-    /// or "raw". A number outside 1 to 7 gives "none".
+    /// Returns the text of a type: "none", "config", "cmd", "sysTable", "nctTable", "parser",
+    /// "pingtrace" or "raw"; "none" for a number outside 1 to 7.
     static std::string TypeInt2Str(EnumDEDataType type);
 
-    /// The type of a text, compared byte by byte; DEDataTypeNone for any other text.
+    /// Returns the type with this text, compared byte by byte, or DEDataTypeNone.
     static EnumDEDataType TypeStr2Int(std::string text);
 
-    /// What stands for the device: the node's id if the identifier is invalid and the node has a
-    /// type, else the text of the identifier, valid or not.
+    /// Returns the device's text identifier: the node's id if the device identifier is invalid and
+    /// the node has a type, otherwise the text of the device identifier, valid or not.
     std::string GetDevId() const;
 
-    /// Replaces the device. The node identity stays as the constructor settled it; the host name of
-    /// `id` is not looked at.
+    /// Replaces the device. The node identity stays as constructed; the host name of `id` is not
+    /// parsed.
     void SetDevId(const CDeviceIdentifier& id) { deviceIdentifier_ = id; }
 
-    /// Replaces the device's domain by a copy of `domain`.
+    /// Sets the device's domain to a copy of `domain`.
     void SetDomain(const CVXDomain& domain) { deviceIdentifier_.SetDomain(domain); }
 
-    /// The name of the database of the device's domain.
+    /// Returns the database name of the device's domain.
     std::string GetDomainDBName() { return deviceIdentifier_.GetDomain().GetDomainDBName(); }
 
-    /// What the record holds: part of its keys and views. @{
+    /// The record's type, part of its keys and views. @{
     EnumDEDataType GetType() const { return type_; }
     void SetType(EnumDEDataType type) { type_ = type; }
     /// @}
 
-    /// The record's time, in the unit of TimerHelper. @{
+    /// The record's time, in milliseconds since the Unix epoch. @{
     long long GetTime() { return time_; }
     void SetTime(long long time) { time_ = time; }
     /// @}
 
-    /// The day of the month of the record's time, 1 to 31, in UTC.
+    /// Returns the day of the month of the record's time, 1 to 31, in UTC.
     int GetDay();
 
-    /// A further time, kept for the caller; it is in no view. @{
+    /// A second time, stored for the caller and not part of any view. @{
     long long GetRealDataTime() { return realDataTime_; }
     void SetRealDataTime(long long time) { realDataTime_ = time; }
     /// @}
 
-    /// The tasks behind the record. The reference is into the record.
+    /// Returns the tasks that produced the record.
     const std::vector<CDETaskInfo>& GetTaskInfo() const { return taskInfo_; }
 
-    /// Copies `taskInfo`, which is left as it is.
+    /// Copies `taskInfo`, which stays unchanged.
     void SetTaskInfo(std::vector<CDETaskInfo>& taskInfo) { taskInfo_ = taskInfo; }
 
-    /// Whether at least one task is on demand.
+    /// Returns whether at least one task is on demand.
     bool HasOnDemandTask() const;
 
-    /// Whether at least one task is shared, that is, not on demand.
+    /// Returns whether at least one task is shared, that is, not on demand.
     bool HadSharedTask() const;
 
-    /// The caller's flag word; in the full view alone. @{
+    /// The caller's flag word, only in the full view. @{
     int GetFlag() { return flag_; }
     void SetFlag(int flag) { flag_ = flag; }
     /// @}
 
-    /// Where the data came from, kept for the caller; it is in no view. @{
+    /// The source of the data, stored for the caller and not part of any view. @{
     EnumDEDataSource GetDataSource() { return dataSource_; }
     void SetDataSource(EnumDEDataSource source) { dataSource_ = source; }
     /// @}
 
-    /// The payload, as bytes. The references are into the record. @{
+    /// The payload, arbitrary bytes. @{
     std::string& GetData() { return data_; }
     const std::string& GetData() const { return data_; }
     void SetData(const std::string& data) { data_ = data; }
     /// @}
 
-    /// A key for the caller; empty if the record needs no trigger. The getter gives a copy. @{
+    /// The trigger key; empty if the record needs no trigger. The getter returns a copy. @{
     std::string GetTriggerKey() { return triggerKey_; }
     void SetTriggerKey(const std::string& key) { triggerKey_ = key; }
     /// @}
 
-    /// Whether a trigger key is set.
+    /// Returns whether a trigger key is set.
     bool IsNeedTrigger() { return !triggerKey_.empty(); }
 
-    /// The whole error text, however long; the getter gives a copy. @{
+    /// The whole error text, of any length. The getter returns a copy. @{
     std::string GetErrorLog() { return errorLog_; }
     void SetErrorLog(const std::string& log) { errorLog_ = log; }
     /// @}
 
-    /// The record's parameters, null at first. The reference is into the record; the setter copies.
-    /// @{
+    /// The record's parameters, initially null. The setter copies its argument. @{
     const vxJson::Value& GetParam() const { return param_; }
     void SetParam(const vxJson::Value& param) { param_ = param; }
     /// @}
 
-    /// Further properties, null at first: "props" in the views. The references are into the record.
-    /// @{
+    /// Further properties, initially null: "props" in the views. @{
     vxJson::Value& GetProperties() { return properties_; }
     const vxJson::Value& GetProperties() const { return properties_; }
     void SetProperties(const vxJson::Value& properties) { properties_ = properties; }
     /// @}
 
-    /// Whether to update the data's status, kept for the caller; true at first. @{
+    /// Whether to update the data status, stored for the caller; initially true. @{
     bool GetIsUpdateDataStatus() { return isUpdateDataStatus_; }
     void SetIsUpdateDataStatus(bool update) { isUpdateDataStatus_ = update; }
     /// @}
 
-    /// An alert, kept for the caller; it is in no view. The reference is into the record. @{
+    /// An alert, stored for the caller and not part of any view. @{
     const std::string& GetGBAlert() { return gbAlert_; }
     void SetGBAlert(const std::string& alert) { gbAlert_ = alert; }
     /// @}
 
-    /// An alert's JSON, kept for the caller; it is in no view. The reference is into the record;
-    /// the setter copies `json`, which is left as it is. @{
+    /// The JSON of an alert, stored for the caller and not part of any view. The setter copies
+    /// `json`, which stays unchanged. @{
     vxJson::Value& GetJsonForGBAlert() { return jsonForGBAlert_; }
     void SetJsonForGBAlert(vxJson::Value& json) { jsonForGBAlert_ = json; }
     /// @}
@@ -200,7 +198,8 @@ class DATAENGINE_EXPORT CDEDataBase {
     void SettleIdentity();
 
     CDeviceIdentifier deviceIdentifier_;
-    NodeIdentify nodeIdentify_;  // of a node without a valid identifier; without a type it is none
+    NodeIdentify nodeIdentify_;  // used if the device identifier is invalid; no identity if
+                                 // nodeType is empty
     EnumDEDataType type_ = DEDataTypeNone;
     long long time_ = 0;
     std::vector<CDETaskInfo> taskInfo_;
@@ -212,7 +211,7 @@ class DATAENGINE_EXPORT CDEDataBase {
     std::string errorLog_;
     vxJson::Value param_{static_cast<vxJson::ValueType>(0), false};
     vxJson::Value properties_{static_cast<vxJson::ValueType>(0), false};
-    std::mutex dataMD5CALock_;  // guards dataMD5CA_ alone; nothing is called while it is held
+    std::mutex dataMD5CALock_;  // guards only dataMD5CA_; nothing is called while it is held
     std::string dataMD5CA_;
     bool isUpdateDataStatus_ = true;
     std::string gbAlert_;

@@ -2,23 +2,23 @@
 
 #include "records/CDEDataBase.h"
 
-/// A configuration file. Its data checksum is what the caller sets, never computed, and it has no
-/// name, so that its meta key depends on the device and the type alone.
+/// A configuration file. The caller sets its data checksum; it is never computed. It has no name,
+/// so its meta key depends only on the device and the type.
 ///
-/// Thread rule: that of CDEDataBase; the data checksum is unguarded.
+/// Thread safety: as CDEDataBase; the data checksum is not guarded by the lock.
 class DATAENGINE_EXPORT CDEDataConfigFile : public CDEDataBase {
   public:
-    /// A record of no device and of type "config".
+    /// Constructs a record of type "config" without a device.
     CDEDataConfigFile();
 
-    /// A record of type "config" of the device `id`.
+    /// Constructs a record of type "config" of the device `id`.
     CDEDataConfigFile(const CDeviceIdentifier& id);
 
     ~CDEDataConfigFile() override;
 
-    /// The checksum given to SetDataMD5, whatever the type and the data are; empty until then.
+    /// Returns the checksum set by SetDataMD5, whatever the type and the data; empty until then.
     std::string GetDataMD5() override;
-    /// Sets the checksum that GetDataMD5 gives.
+    /// Sets the checksum that GetDataMD5 returns.
     void SetDataMD5(const std::string& checksum) { dataMD5_ = checksum; }
 
     /// The same as CDEDataBase::SetData.

@@ -4,18 +4,18 @@
 
 /// The output of a command. Its name is the command line.
 ///
-/// Thread rule: that of CDEDataBase.
+/// Thread safety: as CDEDataBase.
 class DATAENGINE_EXPORT CDEDataShowCommand : public CDEDataBase {
   public:
-    /// A record of no device and of type "cmd".
+    /// Constructs a record of type "cmd" without a device.
     CDEDataShowCommand();
 
-    /// A record of type "cmd" of the device `id`.
+    /// Constructs a record of type "cmd" of the device `id`.
     CDEDataShowCommand(const CDeviceIdentifier& id);
 
     ~CDEDataShowCommand() override;
 
-    /// The command line.
+    /// Returns the command line.
     std::string GetName() const override;
     /// Replaces the command line.
     void SetCommand(const std::string& command) { command_ = command; }

@@ -2,25 +2,25 @@
 
 #include "records/CDEDataBase.h"
 
-/// A structured result. Its name is its location, and its meta key tells nodes and parameters
-/// apart, which that of the other records doesn't.
+/// A structured result. Its name is its location. Unlike the meta keys of the other records, its
+/// meta key distinguishes nodes and parameters.
 ///
-/// Thread rule: that of CDEDataBase.
+/// Thread safety: as CDEDataBase.
 class DATAENGINE_EXPORT CDEDataStructureData : public CDEDataBase {
   public:
-    /// A record of no device and of type "none".
+    /// Constructs a record of type "none" without a device.
     CDEDataStructureData();
 
-    /// A record of the device `id` and of type `type`. `id` is left as it is.
+    /// Constructs a record of the device `id` and of type `type`. Leaves `id` unchanged.
     CDEDataStructureData(CDeviceIdentifier& id, EnumDEDataType type);
 
     ~CDEDataStructureData() override;
 
-    /// The checksum of GetDevId, the type's text, the location and the compact JSON text of the
-    /// parameters, one behind the other. Null parameters enter with their text too.
+    /// Returns the checksum of the concatenated GetDevId, type text, location and compact JSON text
+    /// of the parameters. The text of null parameters is included.
     std::string GetMetaMD5() override;
 
-    /// The location.
+    /// Returns the location.
     std::string GetName() const override;
     /// Replaces the location.
     void SetLocation(const std::string& location) { location_ = location; }

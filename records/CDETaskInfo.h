@@ -2,10 +2,9 @@
 
 #include <string>
 
-/// One task that took part in producing a record's data. A plain value, which the library only
-/// carries.
+/// A task that took part in producing a record's data. The library does not interpret it.
 ///
-/// Thread rule: an object belongs to one thread at a time.
+/// Thread safety: not safe for concurrent use.
 struct CDETaskInfo {
     std::string taskId;       ///< The task's identifier.
     int taskIndex = 0;        ///< The task's index.

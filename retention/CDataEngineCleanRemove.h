@@ -2,27 +2,27 @@
 
 #include "contracts/IJsonSerialize.h"
 
-/// The rule by which the store removes old data: for how many months it keeps it, and whether the
-/// rule is in force. Only a load fills it, and a save writes nothing.
+/// The rule by which the store removes old data: whether the rule is in force and how many months
+/// of data it keeps. Only a load fills the rule; a save writes nothing.
 ///
-/// Thread rule: an object belongs to one thread at a time.
+/// Thread safety: not safe for concurrent use.
 class DATAENGINE_EXPORT CDataEngineCleanRemove : public IJsonSerialize {
   public:
-    /// A rule that is not in force, with zeros.
+    /// Constructs a rule that is not in force, with zeros.
     CDataEngineCleanRemove() = default;
-    /// Copies every field; a move is a copy. @{
+    /// Copies every field. A move copies as well. @{
     CDataEngineCleanRemove(const CDataEngineCleanRemove&) = default;
     CDataEngineCleanRemove& operator=(const CDataEngineCleanRemove&) = default;
     /// @}
 
-    /// Whether the rule is in force.
+    /// Returns whether the rule is in force.
     bool GetChecked() const { return checked_; }
-    /// For how many months data is kept.
+    /// Returns the number of months for which data is kept.
     int GetKeepMonth() const { return keepMonth_; }
 
     /// Reads "checked" and "keepMonth".
     bool LoadFromJson(const vxJson::Value& source) override;
-    /// Leaves `target` as it is.
+    /// Leaves `target` unchanged.
     bool SaveToJson(vxJson::Value& target) const override;
 
   private:

@@ -2,29 +2,29 @@
 
 #include "contracts/IJsonSerialize.h"
 
-/// The rule by which the store thins out old data: for how many months and how many pieces it
-/// keeps, and whether it is in force. Only a load fills it, and a save writes nothing.
+/// The rule by which the store thins out old data: whether the rule is in force, how many months
+/// and how many units of data it keeps. Only a load fills the rule; a save writes nothing.
 ///
-/// Thread rule: an object belongs to one thread at a time.
+/// Thread safety: not safe for concurrent use.
 class DATAENGINE_EXPORT CDataEngineCleanShrink : public IJsonSerialize {
   public:
-    /// A rule that is not in force, with zeros.
+    /// Constructs a rule that is not in force, with zeros.
     CDataEngineCleanShrink() = default;
-    /// Copies every field; a move is a copy. @{
+    /// Copies every field. A move copies as well. @{
     CDataEngineCleanShrink(const CDataEngineCleanShrink&) = default;
     CDataEngineCleanShrink& operator=(const CDataEngineCleanShrink&) = default;
     /// @}
 
-    /// Whether the rule is in force.
+    /// Returns whether the rule is in force.
     bool GetChecked() const { return checked_; }
-    /// For how many months data is kept.
+    /// Returns the number of months for which data is kept.
     int GetKeepMonth() const { return keepMonth_; }
-    /// How many pieces of data are kept.
+    /// Returns the number of units of data that are kept.
     int GetKeepCount() const { return keepCount_; }
 
     /// Reads "checked", "keepMonth" and "keepCount".
     bool LoadFromJson(const vxJson::Value& source) override;
-    /// Leaves `target` as it is.
+    /// Leaves `target` unchanged.
     bool SaveToJson(vxJson::Value& target) const override;
 
   private:

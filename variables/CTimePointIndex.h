@@ -6,20 +6,20 @@
 #include "variables/DDKey.h"
 
 /// One variable at one position of a batch of queries over several devices: a sortable triple of
-/// device index, query index and variable. What the indices count from is the caller's.
+/// device index, query index and variable. The caller defines the indices.
 ///
-/// A move is a copy: the source keeps its variable.
+/// A move copies: the source keeps its variable.
 ///
-/// Thread rule: any number of threads may read an object while none writes it.
+/// Thread safety: concurrent reads are safe.
 class DATAENGINE_EXPORT CTimePointIndex {
   public:
-    /// A position that is still to be set, with the empty key.
+    /// Constructs an unset position with the empty key.
     CTimePointIndex() = default;
 
-    /// One variable at one position; `var` is copied.
+    /// Constructs the position of a variable. Copies `var`.
     CTimePointIndex(int devIndex, int queryIndex, const DDKey& var)
         : devIndex_(devIndex), queryIndex_(queryIndex), var_(var) {}
-    /// Copies all three. @{
+    /// Copies all three fields. @{
     CTimePointIndex(const CTimePointIndex&) = default;
     CTimePointIndex& operator=(const CTimePointIndex&) = default;
     /// @}
@@ -30,17 +30,17 @@ class DATAENGINE_EXPORT CTimePointIndex {
                std::tie(other.devIndex_, other.queryIndex_, other.var_);
     }
 
-    /// The index of the device. Set it before it is read. @{
+    /// The index of the device. Set it before reading it. @{
     int GetDevIndex() const { return devIndex_; }
     void SetDevIndex(int devIndex) { devIndex_ = devIndex; }
     /// @}
 
-    /// The index of the query. Set it before it is read. @{
+    /// The index of the query. Set it before reading it. @{
     int GetQueryIndex() const { return queryIndex_; }
     void SetQueryIndex(int queryIndex) { queryIndex_ = queryIndex; }
     /// @}
 
-    /// The variable; the getter gives a copy. @{
+    /// The variable. The getter returns a copy. @{
     DDKey GetVar() const { return var_; }
     void SetVar(const DDKey& var) { var_ = var; }
     /// @}

@@ -15,7 +15,7 @@ void CVariableMapping::AddMappingVars(const DDKey& key, const std::vector<DDKey>
         mapping_.emplace(key, vars);
         return;
     }
-    // By index and with the count taken first: `vars` may be the very vector that grows here.
+    // By index and with a fixed count, since `vars` may be the vector that grows here.
     const std::size_t count = vars.size();
     for (std::size_t i = 0; i < count; ++i) found->second.push_back(vars[i]);
 }

@@ -6,43 +6,42 @@
 
 class CDEStructureDataHelper;
 
-/// Names one variable of one parser: the parser's path and the variable's full name. A table
-/// column is named by table name, '.', column name. Both are free text that nothing inspects; an
-/// empty parser path is a path like any other.
+/// Names one variable of one parser by the parser's path and the variable's full name. The full
+/// name of a table column is table name, '.', column name. Neither string is validated; an empty
+/// parser path is an ordinary value.
 ///
-/// The key type of every variable map. It has an order and neither an equality nor a setter: two
-/// keys are equal when neither is less, and a key changes only by assignment. A move is a copy, so
-/// a key once in hand never turns empty.
+/// The key type of every variable map. Two keys are equal if neither is less than the other; there
+/// is no operator==. A key changes only by assignment, and a move copies, so the source of a move
+/// stays a usable key.
 ///
-/// Thread rule: an object belongs to one thread at a time; any number may read it while none
-/// writes.
+/// Thread safety: concurrent reads are safe.
 class DATAENGINE_EXPORT DDKey {
   public:
-    /// Two empty texts.
+    /// Constructs two empty strings.
     DDKey() = default;
 
-    /// Copies both texts.
+    /// Constructs a key from copies of both strings.
     DDKey(const std::string& parserPath, const std::string& varFullName)
         : parserPath_(parserPath), varFullName_(varFullName) {}
-    /// Copies both texts. @{
+    /// Copies both strings. @{
     DDKey(const DDKey&) = default;
     DDKey& operator=(const DDKey&) = default;
     /// @}
 
-    /// Orders by parser path and, where these are equal, by full name; both as unsigned bytes, a
-    /// prefix before the longer text.
+    /// Orders by parser path, then by full name. Both compare as unsigned bytes, a prefix before
+    /// the longer string.
     bool operator<(const DDKey& other) const {
         const int order = parserPath_.compare(other.parserPath_);
         return order != 0 ? order < 0 : varFullName_ < other.varFullName_;
     }
 
-    /// A copy of the path of the parser.
+    /// Returns a copy of the path of the parser.
     std::string GetParserPath() const { return parserPath_; }
-    /// A copy of the full name of the variable in that parser.
+    /// Returns a copy of the full name of the variable.
     std::string GetVarFullName() const { return varFullName_; }
 
   private:
-    // Walks maps of keys once per item of a document, and reads both texts in place.
+    // Reads both strings of every key of a map without copying them.
     friend class CDEStructureDataHelper;
 
     std::string parserPath_;

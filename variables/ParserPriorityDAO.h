@@ -7,16 +7,16 @@
 
 #include "contracts/DataEngineExport.h"
 
-/// A view of one stored parser priority document: the place of one parser in the order of one
-/// device type. Nothing in the library sorts by it.
+/// A view of a stored parser priority document: the position of a parser in the order of a device
+/// type. The library does not sort by it.
 ///
-/// A missing "order" loads as 0, not as the default's largest value. There is no save, and a move
-/// is a copy.
+/// A missing "order" loads as 0, not as the largest value that a new object has. There is no save,
+/// and a move copies.
 ///
-/// Thread rule: an object belongs to one thread at a time.
+/// Thread safety: not safe for concurrent use.
 class DATAENGINE_EXPORT ParserPriorityDAO {
   public:
-    /// An empty path, time stamp 0 and the largest place.
+    /// Constructs an empty path, time stamp 0 and the largest order.
     ParserPriorityDAO() = default;
 
     /// Copies every field. @{
@@ -27,20 +27,20 @@ class DATAENGINE_EXPORT ParserPriorityDAO {
     /// Reads "devType", "path", "ts" and "order", all numbers as 32 bits. Returns true.
     bool LoadFromJson(const vxJson::Value& source);
 
-    /// The device type. Load it before it is read.
+    /// Returns the device type. Load it before reading it.
     int GetDevType() const { return devType_; }
 
-    /// The path of the parser; the getter gives a copy. @{
+    /// The path of the parser. The getter returns a copy. @{
     std::string GetParserPath() const { return parserPath_; }
     void SetParserPath(const std::string& parserPath) { parserPath_ = parserPath; }
     /// @}
 
-    /// The time stamp of the document; a load gives it 32 bits, sign-extended. @{
+    /// The time stamp of the document. A load sets it to 32 bits, sign-extended. @{
     long long GetTimeStamp() const { return timeStamp_; }
     void SetTimeStamp(long long timeStamp) { timeStamp_ = timeStamp; }
     /// @}
 
-    /// The place of the parser in the order of its device type.
+    /// Returns the position of the parser in the order of its device type.
     std::uint32_t GetOrder() const { return order_; }
 
   private:

@@ -12,8 +12,8 @@ bool StartsWithMark(const std::string& name) {
     return !name.empty() && name.front() == '$';
 }
 
-/// "$ifTable.$speed" with "$speed" becomes "ifTable.speed" with "speed". Only a marked `varName`
-/// sets this off, and what follows the first ".$" of the full name gives way to it.
+/// "$ifTable.$speed" with "$speed" becomes "ifTable.speed" with "speed". Applies only if
+/// `varName` starts with '$'; it replaces everything after the first ".$" of the full name.
 void NormaliseNames(EMappingType mappingType, MappingInstance& instance) {
     std::string& name = instance.varName;
     std::string& fullName = instance.varFullName;

@@ -7,7 +7,7 @@
 
 namespace dataengine {
 
-// The two kinds of vxJson::Value that are asked for by number.
+// The two kinds of vxJson::Value that the library passes by number.
 constexpr auto kNullType = static_cast<vxJson::ValueType>(0);
 constexpr auto kBinaryType = static_cast<vxJson::ValueType>(110);
 
@@ -19,13 +19,13 @@ inline vxJson::Value BinaryValue(const std::string& bytes) {
     return vxJson::Value(bytes, kBinaryType);
 }
 
-/// A time is passed bit for bit; asTime gives the signed number back.
+/// Passes a time bit for bit; asTime returns the signed number again.
 inline vxJson::Value TimeValue(long long time) {
     return vxJson::Value(static_cast<unsigned long long>(time), false);
 }
 
-/// Takes the text and leaves `source` empty, which a string's own move leaves to chance. Assigning
-/// the result to `source` itself puts the text back.
+/// Moves the string out and leaves `source` empty, which a string's own move does not guarantee.
+/// Assigning the result to `source` restores it.
 inline std::string TakeText(std::string& source) noexcept {
     return std::exchange(source, {});
 }

@@ -4,8 +4,8 @@
 
 #include <string>
 
-/// The checksum under which the store files `bytes`. The length goes out as the low 32 bits of the
-/// size, whatever the size is.
+/// Returns the checksum under which the store files `bytes`. Passes the low 32 bits of the size as
+/// the length, whatever the size.
 inline std::string RecordChecksum(const std::string& bytes) {
     return CVXNonCryptographicChecksum::GetChecksum(
         reinterpret_cast<const unsigned char*>(bytes.data()), static_cast<int>(bytes.size()));
