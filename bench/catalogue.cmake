@@ -1,8 +1,5 @@
 # bench_catalogue: what the catalogue costs when a library is loaded and when its header is compiled.
-add_library(catalogue_with MODULE
-    ${PROJECT_SOURCE_DIR}/schema/VariableMappingNames.cpp
-    ${PROJECT_SOURCE_DIR}/schema/DataEngineNames.cpp
-    ${PROJECT_SOURCE_DIR}/schema/StoreNames.cpp)
+add_library(catalogue_with MODULE ${PROJECT_SOURCE_DIR}/schema/detail/Names.cpp)
 target_include_directories(catalogue_with PRIVATE ${PROJECT_SOURCE_DIR})
 
 file(WRITE ${CMAKE_CURRENT_BINARY_DIR}/catalogue_without.cpp "")

@@ -4,18 +4,17 @@
 
 #include "contracts/DataEngineExport.h"
 
-/// The names that the data engine's own records are written with.
+/// The names in the data engine's own records.
 ///
-/// One constant for each row of schema/names/DataEngine.def, in a namespace for the record it
-/// belongs to: `DataEngineNames::MetaRecord::devId` is "devId". Equal texts of two records are two
-/// constants.
+/// Each row of schema/names/DataEngine.def is one constant, in a namespace for its record:
+/// `DataEngineNames::MetaRecord::devId` is "devId". Equal texts of two records are two constants.
 ///
 /// Each name is a `const std::string&`. The strings are built when the library is loaded, before
-/// any other code of it runs, and last until it is unloaded; a source that includes this header
-/// initialises nothing. Any thread may read them.
+/// any other code of it runs, and last until it is unloaded. Including this header adds no static
+/// initializers, and leaves macros of the program alone.
+///
+/// Thread safety: any thread may read the names at any time.
 namespace DataEngineNames {
-#define BLOCK_BEGIN(block) namespace block {
-#define BLOCK_END(block) }
-#define TEXT(id, text) extern DATAENGINE_EXPORT const std::string& id;
-#include "schema/names/DataEngine.def"
+#define DATAENGINE_ROWS "schema/names/DataEngine.def"
+#include "schema/detail/Declare.def"
 }  // namespace DataEngineNames

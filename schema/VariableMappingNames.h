@@ -4,15 +4,17 @@
 
 #include "contracts/DataEngineExport.h"
 
-/// The names that the variable mapping and parser priority documents are written with.
+/// The names in variable mapping and parser priority documents.
 ///
-/// One constant for each row of schema/names/VariableMapping.def, named after its text: `gvPath`
-/// is "gvPath". `order` stands twice; priority documents are read through `order_2`.
+/// Each row of schema/names/VariableMapping.def is one constant, named after its text: `gvPath` is
+/// "gvPath". The text "order" occurs twice; priority documents use `order_2`.
 ///
 /// Each name is a `const std::string&`. The strings are built when the library is loaded, before
-/// any other code of it runs, and last until it is unloaded; a source that includes this header
-/// initialises nothing. Any thread may read them.
+/// any other code of it runs, and last until it is unloaded. Including this header adds no static
+/// initializers, and leaves macros of the program alone.
+///
+/// Thread safety: any thread may read the names at any time.
 namespace VariableMappingNames {
-#define TEXT(id, text) extern DATAENGINE_EXPORT const std::string& id;
-#include "schema/names/VariableMapping.def"
+#define DATAENGINE_ROWS "schema/names/VariableMapping.def"
+#include "schema/detail/Declare.def"
 }  // namespace VariableMappingNames

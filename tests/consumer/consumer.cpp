@@ -1,10 +1,11 @@
-// Uses the installed libraries as a platform's program does, and says what did not come out right.
+// Uses the installed libraries as a platform's program does, and prints each failed check.
 #include <VxUtil/vxJson.h>
 
 #include <functional>
 #include <iostream>
 #include <msgpack.hpp>
 
+#include "contracts/DataEngineVersion.h"
 #include "descriptors/CDEDeviceDataLocation.h"
 #include "query/CDEQueryResultStructureData.h"
 #include "records/CDEDataBase.h"
@@ -14,7 +15,8 @@
 
 namespace {
 
-// Built while the program is loaded, from constants of a library that was loaded before it.
+// Built before main, from constants of the library, which a static library contributes to the
+// program.
 const std::string kQualifiedKey = "record." + DataEngineNames::MetaRecord::devId;
 
 class ProbeRecord : public CDEDataBase {
@@ -54,6 +56,11 @@ void ReadHeader(const std::string& blob) {
 int main() {
     Check(kQualifiedKey == "record.devId", "a constant was not there for a static initialiser");
     Check(StoreNames::Operator::gt == "$gt", "a constant of the store names is wrong");
+
+    Check(DataEngineVersion() == std::to_string(DATAENGINE_VERSION_MAJOR) + '.' +
+                                     std::to_string(DATAENGINE_VERSION_MINOR) + '.' +
+                                     std::to_string(DATAENGINE_VERSION_PATCH),
+          "the library is of another version than its headers");
 
     ProbeRecord record;
     record.SetTime(86400000);
