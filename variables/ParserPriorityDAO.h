@@ -24,7 +24,8 @@ class DATAENGINE_EXPORT ParserPriorityDAO {
     ParserPriorityDAO& operator=(const ParserPriorityDAO&) = default;
     /// @}
 
-    /// Reads "devType", "path", "ts" and "order", all numbers as 32 bits. Returns true.
+    /// Reads "devType", "path", "ts" and "order", all numbers with asInt: of an integer or a time
+    /// beyond 32 bits, such as a time stamp in milliseconds, the low 32 bits remain. Returns true.
     bool LoadFromJson(const vxJson::Value& source);
 
     /// Returns the device type. Load it before reading it.

@@ -55,6 +55,11 @@ TEST(Memory, AValueChangesAsAWholeOrNotAtAll) {
          [](Value& value) { value = rich; }},
         {"a new member", Json(R"({"a":1})"), [](Value& value) { value["a key of many bytes"]; }},
         {"append", Json("[1]"), [](Value& value) { value.append(rich); }},
+        {"a first member", Value(), [](Value& value) { value["a key of many bytes"]; }},
+        {"a first element", Value(), [](Value& value) { value.append(1); }},
+        {"nulls before an element", Value(), [](Value& value) { value[9]; }},
+        {"a member moved to another one", Json(R"({"a":[1],"b":2})"),
+         [](Value& value) { value["a"].append(std::move(value["b"])); }},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.operation);

@@ -18,11 +18,21 @@ constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 constexpr long long int64Min = std::numeric_limits<long long>::min();
 
 static_assert(vxJson::nullKind == 0 && vxJson::binaryKind == 110);
-static_assert(!std::is_constructible_v<Value, std::nullptr_t>);
-static_assert(!std::is_assignable_v<Value&, std::nullptr_t>);
-static_assert(!std::is_constructible_v<Value, void*> && !std::is_constructible_v<Value, int*>);
+
+template <typename T, typename = void>
+constexpr bool kCanAppend = false;
+template <typename T>
+constexpr bool kCanAppend<T, std::void_t<decltype(Value().append(std::declval<T>()))>> = true;
+/// Whether a T can become a value in any way.
+template <typename... T>
+constexpr bool kCanStore = (... || (std::is_constructible_v<Value, T> ||
+                                    std::is_assignable_v<Value&, T> || kCanAppend<T>));
+static_assert(kCanStore<short> && kCanStore<char*> && kCanStore<char[2]>);
+static_assert(!kCanStore<char, signed char, unsigned char, wchar_t, char16_t, char32_t>);
+static_assert(!kCanStore<std::nullptr_t, void*, int*, vxJson::ValueType>);
 static_assert(!std::is_assignable_v<Value&, const Value*>);
-static_assert(!std::is_constructible_v<Value, vxJson::ValueType>);
+static_assert(!std::is_assignable_v<Value&, std::initializer_list<int>> &&
+              !std::is_assignable_v<Value&, std::initializer_list<const char*>>);
 static_assert(std::is_nothrow_move_constructible_v<Value> &&
               std::is_nothrow_move_assignable_v<Value>);
 
@@ -55,6 +65,7 @@ TEST(JsonValue, ConvertsWhatLosesNothing) {
 }
 
 TEST(JsonValue, ErrorsSayWhatIsWrong) {
+    Value null;
     Value text = "x";
     Value array = Json("[1]");
     Value object = Json("{}");
@@ -62,8 +73,11 @@ TEST(JsonValue, ErrorsSayWhatIsWrong) {
         {[&] { text.asInt(); }, "asInt: found kind string, wanted a number"},
         {[&] { Value(7.5).asTime(); }, "asTime: double 7.5 is not a whole number in range"},
         {[&] { text["k"]; }, "operator[]: found kind string, wanted an object"},
+        {[&] { object[static_cast<const char*>(nullptr)]; }, "operator[]: a null pointer as key"},
         {[&] { object[0]; }, "operator[]: found kind object, wanted an array"},
         {[&] { array[-1]; }, "operator[]: index -1"},
+        {[&] { null[-1]; }, "operator[]: index -1"},
+        {[&] { object.append(std::move(array)); }, "append: found kind object, wanted an array"},
         {[&] { text.append(new Value(2)); }, "append: found kind string, wanted an array"},
         {[&] { array.append(static_cast<Value*>(nullptr)); }, "append: a null pointer"},
         {[&] { Value("x", -1); }, "Value: a length of -1 bytes"},
@@ -72,6 +86,7 @@ TEST(JsonValue, ErrorsSayWhatIsWrong) {
         {[&] { Value("", vxJson::timeKind); },
          "Value: bytes make a string or a binary value, not kind time"},
     };
+    std::string left;
     for (const auto& [call, message] : rows) {
         try {
             call();
@@ -80,7 +95,8 @@ TEST(JsonValue, ErrorsSayWhatIsWrong) {
             EXPECT_STREQ(error.what(), message);
         }
     }
-    EXPECT_EQ(text.toString(false) + array.toString(false) + object.toString(false), "\"x\"[1]{}");
+    for (const Value* value : {&null, &text, &array, &object}) left += value->toString(false);
+    EXPECT_EQ(left, "null\"x\"[1]{}");
 }
 
 enum Plain { plainThree = 3 };
@@ -99,8 +115,10 @@ TEST(JsonValue, MeansWhatIsStored) {
     EXPECT_EQ(
         store("text", pointer, array, std::string("s"), true, std::vector<bool>{true}[0], 1.5),
         R"(["text","pointer","array","s",true,true,1.5])");
-    EXPECT_EQ(store(0, 5u, -7L, 7UL, int64Min, ~0ULL, short{-3}, 'A', plainThree),
-              "[0,5,-7,7,-9223372036854775808,18446744073709551615,-3,65,3]");
+    EXPECT_EQ(store(0, 5u, -7L, 7UL, int64Min, ~0ULL, short{-3}, plainThree),
+              "[0,5,-7,7,-9223372036854775808,18446744073709551615,-3,3]");
+    EXPECT_EQ(store(Value::Time(-7), Value::Binary("ab")),
+              store(Value(-7ULL, false), Value("ab", 2)));
     EXPECT_EQ(Value(5), Value(5ULL));
     EXPECT_EQ(Value("a\0b", 3), Value(std::string("a\0b", 3), vxJson::binaryKind));
     EXPECT_EQ(Value(nullptr, 0), Value("", vxJson::binaryKind));
@@ -112,6 +130,9 @@ TEST(JsonValue, LooksUpWithoutFailing) {
         Value value = Json(text);
         const Value& constant = value;
         EXPECT_TRUE(constant["k"].isNull() && constant[std::string("k")].isNull()) << text;
+        EXPECT_TRUE(constant[static_cast<const char*>(nullptr)].isNull()) << text;
+        EXPECT_FALSE(value.isMember("k") || value.removeMember("k")) << text;
+        for (const auto member : value.members()) ADD_FAILURE() << text << " has " << member.key;
         EXPECT_TRUE(constant[0].isNull() && constant[-1].isNull()) << text;
         EXPECT_TRUE(value.begin().isEqual(value.end())) << text;
         EXPECT_EQ(value.size(), 0u) << text;
@@ -140,6 +161,37 @@ TEST(JsonValue, CreatesWhatIsWritten) {
     int place = 0;
     for (auto i = array.begin(); !i.isEqual(array.end()); i.increment()) i.deref() = place++;
     EXPECT_EQ(array.toString(false), "[0,1,2,3,4,5,6,7]");
+}
+
+TEST(JsonValue, IsWalkedByRangeFor) {
+    Value object = Json(R"({"b":2,"a":1,"c":[3,4]})");
+    for (Value& value : object["c"]) value = value.asInt() * 10;
+    std::string walked;
+    for (const auto [key, value] : std::as_const(object).members())
+        walked += key + value.toString(false);
+    EXPECT_EQ(walked, "a1b2c[30,40]");
+    for (auto [key, value] : object.members()) value = key;
+    EXPECT_EQ(object.toString(false), R"({"a":"a","b":"b","c":"c"})");
+    EXPECT_EQ(std::find(object.begin(), object.end(), Value("b")).key(), "b");
+    const Value array = Json("[1,2]");
+    EXPECT_EQ(std::next(array.begin())++->asInt(), 2);
+    EXPECT_EQ(array.begin().key(), "");
+}
+
+TEST(JsonValue, EachKindIsOfItsOwnTestOnly) {
+    const Value values[] = {Value(),           true,       -1,        1, 1.5, "", Value::Time(0),
+                            Value::Binary(""), Json("[]"), Json("{}")};
+    std::string table;
+    for (const Value& v : values) {
+        for (const bool is : {v.isNull(), v.isBool(), v.isInteger(), v.isDouble(), v.isString(),
+                              v.isTime(), v.isBinary(), v.isArray(), v.isObject()}) {
+            table += is ? 'x' : '.';
+        }
+        table += ' ';
+    }
+    EXPECT_EQ(table,
+              "x........ .x....... ..x...... ..x...... ...x..... ....x.... .....x... ......x.. "
+              ".......x. ........x ");
 }
 
 // Keys around the sizes at which their comparison changes, against the standard's own order.

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <initializer_list>
 #include <iosfwd>
 #include <new>
 #include <stdexcept>
@@ -16,6 +17,8 @@ namespace vxJson {
 
 class ValueIterator;
 class ValueConstIterator;
+template <typename Iterator>
+class MemberRange;
 
 namespace detail {
 struct Container;
@@ -24,6 +27,15 @@ struct Object;
 struct Slot;
 class ParseHandler;
 class Printer;
+
+/// Whether T is a character type. As values these are deleted: a number or a string may be meant.
+template <typename T>
+constexpr bool kIsCharacter = std::is_same_v<T, char> || std::is_same_v<T, signed char> ||
+                              std::is_same_v<T, unsigned char> || std::is_same_v<T, wchar_t> ||
+#ifdef __cpp_char8_t
+                              std::is_same_v<T, char8_t> ||
+#endif
+                              std::is_same_v<T, char16_t> || std::is_same_v<T, char32_t>;
 }  // namespace detail
 
 /// The kinds of a value. The numbers of null and binary are fixed; the others may change.
@@ -39,58 +51,72 @@ enum ValueType : int {
     binaryKind = 110
 };
 
-/// What a value throws when it is asked for something that its kind doesn't have. The text names
-/// the operation, the kind found and the one wanted.
+/// The error of an operation that the kind or the content of a value does not permit. The message
+/// names the operation, the kind found and the one wanted.
 class VXUTIL_EXPORT Error : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;
 };
 
-/// A JSON value with two kinds more than JSON has: binary (bytes) and time (milliseconds since the
-/// Unix epoch). It owns all that it holds; a copy is deep.
+/// A JSON value with two more kinds than JSON has: binary (bytes) and time (milliseconds since the
+/// Unix epoch). It owns its content; a copy is deep.
 ///
-/// Where it differs from what one might expect:
-/// - Strings are bytes. Nothing looks at their encoding.
-/// - Integers cover -2^63 to 2^64-1. 1 and 1.0 are different values of different kinds, and so are
-///   0.0 and -0.0; NaN equals NaN.
-/// - The members of an object are kept sorted by the bytes of their keys, so that equal values
-///   print equal text however they were built.
-/// - A reference to a member stays valid while other members are added. A reference to an array
-///   element does not survive an append.
-/// - Reading never fails on what is absent: a const lookup gives the null value, and every
-///   conversion of the null value gives an empty result.
-/// - Depth is bounded by memory alone; no operation recurses.
+/// Differences from similar classes:
+/// - Strings are bytes; their encoding is not checked.
+/// - Integers range from -2^63 to 2^64-1. 1 and 1.0 are different values of different kinds, and so
+///   are 0.0 and -0.0; NaN equals NaN.
+/// - Members of an object are sorted by the bytes of their keys, so that equal values print equal
+///   text regardless of insertion order.
+/// - A reference to a member stays valid while other members are added or removed. A reference to
+///   an array element is invalidated by append.
+/// - Missing entries are no error: a const lookup returns the null value, and every conversion of
+///   the null value returns an empty result.
+/// - An operation that throws leaves the value, and an argument to be moved from, as they were.
+/// - Nesting depth is limited by memory only; no operation recurses.
 ///
-/// All operations that allocate may throw std::bad_alloc. Copy construction and assignment give the
-/// strong guarantee, and the argument of an assignment or of append may be the value itself or a
-/// part of it.
+/// All operations that allocate may throw std::bad_alloc. The argument of an assignment or of
+/// append may be the value itself or a part of it.
 ///
-/// Thread rule: distinct values may be used at the same time; one value may be read by many threads
-/// while none writes.
+/// Thread safety: distinct values may be used concurrently; one value may be read concurrently
+/// while no thread modifies it.
 class VXUTIL_EXPORT Value {
   public:
-    /// The null value.
+    /// Creates the null value.
     Value() noexcept : tag_(Tag::null), plain_() {}
 
-    /// The empty value of a kind: null, false, 0, "", no elements. The flag has no meaning.
-    /// Throws Error if `type` is no kind.
+    /// Creates the empty value of a kind: null, false, 0, "", no elements. The flag is ignored.
+    /// Throws Error if `type` is not a kind.
     Value(ValueType type, bool flag);
 
-    /// A string or, with 110, a binary value of these bytes. Throws Error on any other kind.
+    /// Creates a string or, with binaryKind, a binary value. Throws Error on any other kind.
     Value(const std::string& bytes, ValueType type);
     /// The same for the bytes up to the first zero byte.
     Value(const char* bytes, ValueType type) : Value(std::string(bytes), type) {}
 
-    /// A binary value of exactly `length` bytes. Throws Error if `length` is negative.
+    /// Creates a binary value of exactly `length` bytes. Throws Error if `length` is negative.
     Value(const char* bytes, int length);
 
-    /// A time value: the 64 bits are taken as signed milliseconds. The flag has no meaning.
-    Value(unsigned long long time, bool flag) noexcept : tag_(Tag::time), plain_() {
+    /// Creates a time value; `time` is taken as signed milliseconds. The flag is ignored.
+    Value(unsigned long long time, bool flag) noexcept : Value(Time(static_cast<long long>(time))) {
         static_cast<void>(flag);
-        plain_.signedNumber = static_cast<std::int64_t>(time);
     }
 
-    /// A bool, a double or an integer. @{
+    /// Creates a time value. `milliseconds` are counted from the Unix epoch.
+    static Value Time(long long milliseconds) noexcept {
+        Value value;
+        value.tag_ = Tag::time;
+        value.plain_.signedNumber = milliseconds;
+        return value;
+    }
+
+    /// Creates a binary value that takes over `bytes`.
+    static Value Binary(std::string bytes) noexcept {
+        Value value(std::move(bytes));
+        value.tag_ = Tag::binary;
+        return value;
+    }
+
+    /// Creates a bool, a double or an integer. @{
     Value(bool value) noexcept : tag_(Tag::boolean), plain_() { plain_.boolean = value; }
     Value(double value) noexcept : tag_(Tag::real), plain_() { plain_.real = value; }
     Value(int value) noexcept : Value(static_cast<long long>(value)) {}
@@ -107,25 +133,27 @@ class VXUTIL_EXPORT Value {
         plain_.unsignedNumber = value;
     }
     /// @}
-    /// A string of these bytes; a `const char*` ends at its first zero byte. @{
+    /// Creates a string; a `const char*` ends at its first zero byte. @{
     Value(const char* text) : Value(std::string(text)) {}
     Value(const std::string& text) : Value(std::string(text)) {}
     Value(std::string&& text) noexcept : tag_(Tag::string), text_(std::move(text)) {}
     /// @}
 
-    // No pointer but a text may turn into a bool, and no kind into an integer.
-    template <class T, std::enable_if_t<!std::is_same_v<std::remove_cv_t<T>, char>, int> = 0>
+    // Prevents implicit conversion of pointers to bool, and of kinds and characters to integers.
+    template <typename T, std::enable_if_t<!std::is_same_v<std::remove_cv_t<T>, char>, int> = 0>
     Value(T*) = delete;
+    template <typename T, std::enable_if_t<detail::kIsCharacter<T>, int> = 0>
+    Value(T) = delete;
     Value(std::nullptr_t) = delete;
     Value(ValueType) = delete;
 
-    /// A deep copy. Linear in the size of `other`.
+    /// Copies deeply. Complexity: linear in the size of `other`.
     Value(const Value& other);
 
-    /// Takes over what `other` holds and leaves it null.
+    /// Takes over the content of `other` and leaves it null.
     Value(Value&& other) noexcept : Value() { Take(other); }
 
-    /// Releases all that the value holds. Needs no memory and no recursion.
+    /// Releases the content. Needs no memory and does not recurse.
     ~Value() {
         if (HoldsText()) {
             text_.~basic_string();
@@ -134,7 +162,7 @@ class VXUTIL_EXPORT Value {
         }
     }
 
-    /// Replaces kind and content. A move leaves `other` null. @{
+    /// Replaces kind and content. A move leaves `other` null. Returns the value itself. @{
     Value& operator=(const Value& other) { return *this = Value(other); }
     Value& operator=(Value&& other) noexcept;
     Value& operator=(bool value) noexcept { return *this = Value(value); }
@@ -149,104 +177,149 @@ class VXUTIL_EXPORT Value {
     Value& operator=(const std::string& text) { return *this = Value(text); }
     Value& operator=(std::string&& text) noexcept { return *this = Value(std::move(text)); }
     /// @}
-    template <class T, std::enable_if_t<!std::is_same_v<std::remove_cv_t<T>, char>, int> = 0>
+    template <typename T, std::enable_if_t<!std::is_same_v<std::remove_cv_t<T>, char>, int> = 0>
     Value& operator=(T*) = delete;
+    template <typename T, std::enable_if_t<detail::kIsCharacter<T>, int> = 0>
+    Value& operator=(T) = delete;
     Value& operator=(std::nullptr_t) = delete;
     Value& operator=(ValueType) = delete;
+    // A list in braces would become the bytes of a string. `= {}` is ambiguous, also on purpose: it
+    // could mean null, an empty array or an empty object.
+    template <typename T>
+    Value& operator=(std::initializer_list<T>) = delete;
 
-    /// The member for `key`, added as null if it is absent; a null value becomes an object first.
-    /// Throws Error on a value that is neither null nor an object. Logarithmic. @{
-    Value& operator[](const char* key) { return Member(key); }
+    /// Finds the member for `key`, and adds it as null if it is absent; a null value becomes an
+    /// object first. Returns the member. Throws Error on a value that is neither null nor an
+    /// object, and if `key` is a null pointer. Complexity: logarithmic. @{
+    Value& operator[](const char* key) {
+        if (key == nullptr) FailNullKey();
+        return Member(key);
+    }
     Value& operator[](const std::string& key) { return Member(key); }
     /// @}
 
-    /// The member for `key`, or the null value if there is none, whatever the kind. Logarithmic. @{
-    const Value& operator[](const char* key) const noexcept { return Find(key); }
+    /// Returns the member for `key`, or the null value if there is none; so does a value of any
+    /// other kind, and a null pointer. Complexity: logarithmic. @{
+    const Value& operator[](const char* key) const noexcept {
+        return key == nullptr ? Nothing() : Find(key);
+    }
     const Value& operator[](const std::string& key) const noexcept { return Find(key); }
     /// @}
 
-    /// The element at `index`. An array that is too short is filled up with nulls, and a null value
-    /// becomes an array first. Throws Error if `index` is negative, and on a value that is neither
-    /// null nor an array.
+    /// Returns whether the value is an object with a member for `key`. @{
+    bool isMember(const char* key) const noexcept;
+    bool isMember(const std::string& key) const noexcept;
+    /// @}
+
+    /// Removes the member for `key`. References to other members stay valid. Returns whether the
+    /// value was an object with such a member. @{
+    bool removeMember(const char* key) noexcept;
+    bool removeMember(const std::string& key) noexcept;
+    /// @}
+
+    /// Finds the element at `index`. An array that is too short is extended with nulls, and a null
+    /// value becomes an array first. Returns the element. Throws Error if `index` is negative, and
+    /// on a value that is neither null nor an array.
     Value& operator[](int index);
 
-    /// The element at `index`, or the null value if there is none, whatever the kind.
+    /// Returns the element at `index`, or the null value if there is none; so does a value of any
+    /// other kind.
     const Value& operator[](int index) const noexcept;
 
-    /// Conversions that lose nothing; everything else throws Error. The null value gives an empty
-    /// text, 0 or false.
+    /// Conversions. The null value converts to an empty string, 0 or false. Integers that are too
+    /// large keep their low bits; any other conversion that would lose something throws Error.
     /// @{
 
-    /// The bytes of a string or binary value; "true" or "false"; a number as it is printed.
+    /// Returns the bytes of a string or binary value, "true" or "false", or a number as printed.
     std::string asString() const;
-    /// From an integer, a whole double and a time, each if in range, and from a bool.
+    /// Returns the low 32 bits of an integer or a time as two's complement, a whole double in
+    /// range, or 0 or 1 for a bool.
     int asInt() const;
+    /// Returns the low 64 bits of an integer as two's complement, the milliseconds of a time, a
+    /// whole double in range, or 0 or 1 for a bool.
     long long asInt64() const;
-    /// The value of a bool; whether a number is other than 0.
+    /// Returns the value of a bool, or whether a number is other than 0.
     bool asBool() const;
-    /// The milliseconds of a time; an integer or a whole double, each if in range.
+    /// Returns the milliseconds of a time, the low 64 bits of an integer as two's complement, or a
+    /// whole double in range.
     long long asTime() const;
-    /// The nearest double of an integer; a double itself; 0 or 1 of a bool.
+    /// Returns a double, the double nearest to an integer, or 0 or 1 for a bool.
     double asDouble() const;
-    /// The bytes of a binary or string value. Valid until the value changes or dies.
+    /// Returns the bytes of a binary or string value, valid until the value is modified.
     const std::string& asBinary() const;
     /// @}
 
-    /// The kind of the value.
+    /// Returns the kind of the value.
     ValueType type() const noexcept;
-    /// Whether the value is of this kind. Null is no array and no object. @{
+    /// Returns whether the value is of this kind. Null is neither an array nor an object. @{
     bool isNull() const noexcept { return tag_ == Tag::null; }
+    bool isBool() const noexcept { return tag_ == Tag::boolean; }
+    bool isInteger() const noexcept { return tag_ == Tag::negative || tag_ == Tag::natural; }
+    bool isDouble() const noexcept { return tag_ == Tag::real; }
     bool isString() const noexcept { return tag_ == Tag::string; }
+    bool isBinary() const noexcept { return tag_ == Tag::binary; }
+    bool isTime() const noexcept { return tag_ == Tag::time; }
     bool isArray() const noexcept { return tag_ == Tag::array; }
     bool isObject() const noexcept { return tag_ == Tag::object; }
     /// @}
 
-    /// True for null and for an array or object without members; false for all else, "" included.
+    /// Returns true for null and for an array or object without elements, false for anything else,
+    /// including "".
     bool empty() const noexcept { return isNull() || ((isArray() || isObject()) && size() == 0); }
 
-    /// The number of elements or members; 0 for anything but an array or an object.
+    /// Returns the number of elements or members; 0 for any kind but array and object.
     std::uint32_t size() const noexcept;
 
-    /// The value as JSON text: compact with false, as toStyledString with true. Binary and time are
-    /// written as {"$binary":{"base64":"...","subType":"00"}} and {"$date":{"$numberLong":"..."}}.
-    /// A double is written as the shortest text that reads back as itself, with a point below 1e21
-    /// and from 1e-6 on, else with an exponent; NaN and the infinities, which JSON lacks, are
-    /// written as null. Bytes from 0x80 on are written as they are.
+    /// Returns the value as JSON text: compact with false, as toStyledString with true. Binary and
+    /// time are written as {"$binary":{"base64":"...","subType":"00"}} and
+    /// {"$date":{"$numberLong":"..."}}. A double is written as the shortest text that reads back as
+    /// itself, with a point below 1e21 and from 1e-6 on, else with an exponent; NaN and the
+    /// infinities, which JSON lacks, are written as null. Bytes from 0x80 on are written as they
+    /// are.
     std::string toString(bool flag) const;
 
-    /// The value as JSON text on many lines, four spaces to a level. Indentation stops growing at
-    /// level 20, so that the text stays in proportion to the value.
+    /// Returns the value as JSON text on many lines, four spaces to a level. Indentation stops
+    /// growing at level 20, so that the text stays in proportion to the value.
     std::string toStyledString() const;
 
-    /// A total order: by kind, then numbers by value, texts by bytes, arrays and objects element by
-    /// element. Consistent with ==. @{
+    /// Compares in a total order: by kind, then numbers by value, texts by bytes, arrays and
+    /// objects element by element. Consistent with ==. @{
     bool operator<(const Value& other) const { return Compare(other) < 0; }
     bool operator==(const Value& other) const { return Compare(other) == 0; }
     bool operator!=(const Value& other) const { return Compare(other) != 0; }
     /// @}
 
-    /// Adds a value at the end and returns the new element. A null value becomes an array first.
+    /// Adds a value at the end; a null value becomes an array first. Returns the new element.
     /// Throws Error on a value that is neither null nor an array. @{
     Value& append(const Value& value) { return append(Value(value)); }
     Value& append(Value&& value);
-    /// @}
-
-    /// Numbers by themselves, since append(0) would otherwise be the null pointer below.
-    template <class T, std::enable_if_t<std::is_arithmetic_v<T>, int> = 0>
+    // Without this, append(0) would be a null pointer.
+    template <typename T,
+              std::enable_if_t<std::is_arithmetic_v<T> && !detail::kIsCharacter<T>, int> = 0>
     Value& append(T number) {
         return append(Value(number));
     }
+    /// @}
 
-    /// The same with a value made by `new`: it is taken over and deleted, also when this throws.
-    /// Returns the new element. Throws Error on a null pointer.
+    /// Adds a value created with `new` at the end; it is taken over and deleted, also if this
+    /// throws. Returns the new element. Throws Error on a null pointer, and as above.
     Value* append(Value* value);
+    Value* append(std::nullptr_t) = delete;
 
-    /// A walk over the elements of an array, or over the members of an object in the order of their
-    /// keys. A walk over any other kind visits nothing. The value must not change meanwhile. @{
+    /// Returns the ends of a walk over the elements of an array, or over the member values of an
+    /// object in the order of their keys; of an empty walk for any other kind. The value must not
+    /// be changed during the walk, except through the elements. @{
     ValueIterator begin();
     ValueIterator end();
     ValueConstIterator begin() const;
     ValueConstIterator end() const;
+    /// @}
+
+    /// Returns the members of an object in the order of their keys, for
+    /// `for (auto [key, value] : v.members())`; an empty range for any other kind. @{
+    MemberRange<ValueIterator> members() &;
+    MemberRange<ValueConstIterator> members() const&;
+    MemberRange<ValueConstIterator> members() const&& = delete;
     /// @}
 
   private:
@@ -290,11 +363,16 @@ class VXUTIL_EXPORT Value {
     int ComparePlain(const Value& other) const noexcept;
     Value& Member(std::string_view key);
     const Value& Find(std::string_view key) const noexcept;
+    bool Remove(std::string_view key) noexcept;
+    static const Value& Nothing() noexcept;
+    template <typename Edit>
+    Value& EditArray(Edit edit);
     detail::Array& ToArray(const char* operation);
     detail::Object& ToObject(const char* operation);
-    long long AsInteger(const char* operation, long long lowest, long long highest) const;
+    long long AsInteger(const char* operation) const;
     [[noreturn]] void FailKind(const char* operation, const char* wanted) const;
     [[noreturn]] void FailRange(const char* operation) const;
+    [[noreturn]] static void FailNullKey();
 
     // Negative integers and times are signed; all other integers are unsigned.
     union Plain {
@@ -316,65 +394,30 @@ class VXUTIL_EXPORT Value {
 /// Writes what toString(false) returns.
 VXUTIL_EXPORT std::ostream& operator<<(std::ostream& output, const Value& value);
 
-/// A place in a walk over a value:
-///
-///     for (auto i = v.begin(), end = v.end(); !i.isEqual(end); i.increment()) use(i.deref());
-///
-/// Stays usable as long as the value lives and no element is added to it.
-class VXUTIL_EXPORT ValueIteratorBase {
-  public:
-    /// The element at this place, which must not be the end.
-    Value& deref() const noexcept;
-    /// Goes on to the next place. Not from the end.
-    void increment() noexcept;
-    /// Whether both are at the same place of one walk.
-    bool isEqual(const ValueIteratorBase& other) const noexcept;
-
-  protected:
-    friend class Value;
-    /// The first place of a walk, or its end.
-    ValueIteratorBase(const Value& value, bool atEnd) noexcept;
-
-  private:
-    // An element of an array, or the tree iterator of an object; null on any other kind.
-    bool inObject_ = false;
-    void* place_ = nullptr;
-};
-
-/// What begin and end of a value give.
-class VXUTIL_EXPORT ValueIterator : public ValueIteratorBase {
-    friend class Value;
-    using ValueIteratorBase::ValueIteratorBase;
-};
-
-/// What begin and end of a const value give: its elements are not to be written to.
-class VXUTIL_EXPORT ValueConstIterator : public ValueIteratorBase {
-    friend class Value;
-    using ValueIteratorBase::ValueIteratorBase;
-};
-
 /// Reads JSON text.
 ///
-/// Thread rule: a reader keeps nothing between calls.
+/// Thread safety: a reader has no state and may be shared.
 class VXUTIL_EXPORT Reader {
   public:
-    /// A reader without state. @{
     Reader() = default;
     ~Reader() = default;
-    /// @}
 
     /// Reads the rest of `input`, which must be one JSON text and nothing else but white space,
-    /// into `root`. Returns false and leaves `root` null if it is not, or if the stream fails.
+    /// into `root`.
     ///
-    /// Integers from -2^63 to 2^64-1 stay integers; every other number becomes the nearest double,
-    /// and one too large for that is an error, as is a zero with such an exponent (0e999). Of
-    /// members with equal keys the last one wins. Bytes from 0x80 on are passed on as they are.
+    /// Integers from -2^63 to 2^64-1 stay integers; every other number becomes the nearest double.
+    /// A number too large for a double is an error, as is a zero with such an exponent (0e999). Of
+    /// members with equal keys the last one wins. Bytes from 0x80 on are kept as they are.
     ///
-    /// With `extended`, the texts of binary and time values that toString writes turn back into
-    /// these kinds. That holds for their exact form alone; anything else stays a plain object.
+    /// With `extended`, the forms of binary and time values that toString writes become these kinds
+    /// again. That holds for their exact form only; anything else stays a plain object.
     ///
-    /// Needs memory for the text beside the value. Linear, but for n log n on unsorted keys.
+    /// Returns false and leaves `root` null if the text is not JSON, or if the stream fails.
+    /// Complexity: linear, but n log n for unsorted keys; needs memory for the text beside the
+    /// value.
     bool parse(std::istream& input, Value& root, bool extended);
 };
 
 }  // namespace vxJson
+
+#include <VxUtil/ValueIterator.h>

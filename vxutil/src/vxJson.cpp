@@ -11,6 +11,7 @@ namespace vxJson {
 using detail::Array;
 using detail::Container;
 using detail::Cursor;
+using detail::Elements;
 using detail::KeyView;
 using detail::Members;
 using detail::Object;
@@ -87,7 +88,7 @@ Value::Value(ValueType type, bool flag) : Value() {
             *this = 0.0;
             return;
         case timeKind:
-            *this = Value(0ULL, false);
+            *this = Time(0);
             return;
         case stringKind:
         case binaryKind:
@@ -114,7 +115,7 @@ Value::Value(const std::string& bytes, ValueType type) : Value(bytes) {
 
 Value::Value(const char* bytes, int length) : Value() {
     if (length < 0) throw Error("Value: a length of " + std::to_string(length) + " bytes");
-    *this = Value(std::string(bytes, static_cast<std::size_t>(length)), binaryKind);
+    *this = Binary(std::string(bytes, static_cast<std::size_t>(length)));
 }
 
 // A shallow copy of a container leaves its child containers borrowed from the source; the walk then
@@ -198,8 +199,16 @@ Object& Value::ToObject(const char* operation) {
 }
 
 Value& Value::Member(std::string_view key) {
-    Members& members = ToObject("operator[]").members;
+    if (!isNull() && !isObject()) FailKind("operator[]", "an object");
     const KeyView view(key);
+    if (isNull()) {
+        auto object = std::make_unique<Object>();
+        Value& member = object->members.try_emplace(detail::Key(view)).first->second.value;
+        plain_.container = object.release();
+        tag_ = Tag::object;
+        return member;
+    }
+    Members& members = static_cast<Object*>(plain_.container)->members;
     const auto place = members.lower_bound(view);
     if (place != members.end() && place->first.text == key) return place->second.value;
     return members.try_emplace(place, detail::Key(view))->second.value;
@@ -212,12 +221,52 @@ const Value& Value::Find(std::string_view key) const noexcept {
     return found == members.end() ? nothing.fields.value : found->second.value;
 }
 
+const Value& Value::Nothing() noexcept {
+    return nothing.fields.value;
+}
+
+bool Value::isMember(const std::string& key) const noexcept {
+    return &Find(key) != &nothing.fields.value;
+}
+
+bool Value::isMember(const char* key) const noexcept {
+    return &(*this)[key] != &nothing.fields.value;
+}
+
+bool Value::removeMember(const std::string& key) noexcept {
+    return Remove(key);
+}
+
+bool Value::removeMember(const char* key) noexcept {
+    return key != nullptr && Remove(key);
+}
+
+bool Value::Remove(std::string_view key) noexcept {
+    if (!isObject()) return false;
+    Members& members = static_cast<Object*>(plain_.container)->members;
+    const auto found = members.find(KeyView(key));
+    if (found == members.end()) return false;
+    members.erase(found);
+    return true;
+}
+
+template <typename Edit>
+Value& Value::EditArray(Edit edit) {
+    if (isArray()) return edit(static_cast<Array*>(plain_.container)->elements);
+    auto array = std::make_unique<Array>();
+    Value& element = edit(array->elements);
+    plain_.container = array.release();
+    tag_ = Tag::array;
+    return element;
+}
+
 Value& Value::operator[](int index) {
-    detail::Elements& elements = ToArray("operator[]").elements;
+    if (!isNull() && !isArray()) FailKind("operator[]", "an array");
     if (index < 0) throw Error("operator[]: index " + std::to_string(index));
-    const auto position = static_cast<std::size_t>(index);
-    if (position >= elements.size()) elements.resize(position + 1);
-    return elements[position].value;
+    return EditArray([position = static_cast<std::size_t>(index)](Elements& elements) -> Value& {
+        if (position >= elements.size()) elements.resize(position + 1);
+        return elements[position].value;
+    });
 }
 
 const Value& Value::operator[](int index) const noexcept {
@@ -229,9 +278,17 @@ const Value& Value::operator[](int index) const noexcept {
 }
 
 Value& Value::append(Value&& value) {
+    if (!isNull() && !isArray()) FailKind("append", "an array");
     // Taken first: `value` may be this value or a part of it.
     Value taken(std::move(value));
-    return ToArray("append").elements.emplace_back(std::move(taken)).value;
+    try {
+        return EditArray([&taken](Elements& elements) -> Value& {
+            return elements.emplace_back(std::move(taken)).value;
+        });
+    } catch (...) {
+        value = std::move(taken);
+        throw;
+    }
 }
 
 Value* Value::append(Value* value) {
@@ -263,23 +320,24 @@ const std::string& Value::asBinary() const {
 }
 
 int Value::asInt() const {
-    return static_cast<int>(
-        AsInteger("asInt", std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));
+    const long long number = AsInteger("asInt");
+    const bool inRange =
+        number >= std::numeric_limits<int>::min() && number <= std::numeric_limits<int>::max();
+    if (tag_ == Tag::real && !inRange) FailRange("asInt");
+    return static_cast<int>(number);
 }
 
 long long Value::asInt64() const {
-    return AsInteger("asInt64", std::numeric_limits<std::int64_t>::min(),
-                     std::numeric_limits<std::int64_t>::max());
+    return AsInteger("asInt64");
 }
 
 long long Value::asTime() const {
     if (tag_ == Tag::boolean) FailKind("asTime", "a time");
-    return AsInteger("asTime", std::numeric_limits<std::int64_t>::min(),
-                     std::numeric_limits<std::int64_t>::max());
+    return AsInteger("asTime");
 }
 
-long long Value::AsInteger(const char* operation, long long lowest, long long highest) const {
-    long long number = 0;
+// The narrowing conversions of integers, here and in asInt, keep the low bits.
+long long Value::AsInteger(const char* operation) const {
     switch (tag_) {
         case Tag::null:
             return 0;
@@ -287,22 +345,19 @@ long long Value::AsInteger(const char* operation, long long lowest, long long hi
             return plain_.boolean ? 1 : 0;
         case Tag::negative:
         case Tag::time:
-            number = plain_.signedNumber;
-            break;
+            return plain_.signedNumber;
         case Tag::natural:
-            if (plain_.unsignedNumber > static_cast<std::uint64_t>(highest)) FailRange(operation);
             return static_cast<long long>(plain_.unsignedNumber);
         case Tag::real:
             // Both bounds are exact: -2^63 and 2^63.
-            if (!(plain_.real >= -0x1p63 && plain_.real < 0x1p63)) FailRange(operation);
-            number = static_cast<long long>(plain_.real);
-            if (static_cast<double>(number) != plain_.real) FailRange(operation);
-            break;
+            if (!(plain_.real >= -0x1p63 && plain_.real < 0x1p63) ||
+                plain_.real != std::trunc(plain_.real)) {
+                FailRange(operation);
+            }
+            return static_cast<long long>(plain_.real);
         default:
             FailKind(operation, "a number");
     }
-    if (number < lowest || number > highest) FailRange(operation);
-    return number;
 }
 
 bool Value::asBool() const {
@@ -344,10 +399,12 @@ void Value::FailKind(const char* operation, const char* wanted) const {
 }
 
 void Value::FailRange(const char* operation) const {
-    const std::string number =
-        tag_ == Tag::time ? std::to_string(plain_.signedNumber) : toString(false);
-    throw Error(std::string(operation) + ": " + KindName(type()) + " " + number +
+    throw Error(std::string(operation) + ": double " + toString(false) +
                 " is not a whole number in range");
+}
+
+void Value::FailNullKey() {
+    throw Error("operator[]: a null pointer as key");
 }
 
 ValueType Value::type() const noexcept {
@@ -495,6 +552,10 @@ void ValueIteratorBase::increment() noexcept {
     } else {
         place_ = static_cast<Slot*>(place_) + 1;
     }
+}
+
+const std::string& ValueIteratorBase::key() const noexcept {
+    return inObject_ ? ToMember(place_)->first.text : nothing.fields.text;
 }
 
 bool ValueIteratorBase::isEqual(const ValueIteratorBase& other) const noexcept {

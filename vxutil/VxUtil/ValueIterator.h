@@ -1,0 +1,124 @@
+#pragma once
+
+#include <VxUtil/vxJson.h>
+
+#include <cstddef>
+#include <iterator>
+#include <string>
+
+namespace vxJson {
+
+/// A place in a walk over a value. It remains valid until an element is added or removed.
+class VXUTIL_EXPORT ValueIteratorBase {
+  public:
+    /// A place in no walk. It may only be assigned and destroyed.
+    ValueIteratorBase() noexcept = default;
+
+    /// Returns the element at this place, which must not be the end.
+    Value& deref() const noexcept;
+    /// Returns the key of the member at this place, which must not be the end; "" in an array.
+    const std::string& key() const noexcept;
+    /// Advances to the next place. This one must not be the end.
+    void increment() noexcept;
+    /// Returns whether both are the same place of one walk. @{
+    bool isEqual(const ValueIteratorBase& other) const noexcept;
+    bool operator==(const ValueIteratorBase& other) const noexcept { return isEqual(other); }
+    bool operator!=(const ValueIteratorBase& other) const noexcept { return !isEqual(other); }
+    /// @}
+
+  protected:
+    friend class Value;
+    /// The first place of a walk, or its end.
+    ValueIteratorBase(const Value& value, bool atEnd) noexcept;
+
+  private:
+    // An element of an array, or the tree iterator of an object; null on any other kind.
+    bool inObject_ = false;
+    void* place_ = nullptr;
+};
+
+namespace detail {
+
+/// What both iterators have beyond ValueIteratorBase.
+template <typename Derived, typename Element>
+class ForwardIterator : public ValueIteratorBase {
+  public:
+    using iterator_category = std::forward_iterator_tag;
+    using value_type = Value;
+    using difference_type = std::ptrdiff_t;
+    using pointer = Element*;
+    using reference = Element&;
+
+    reference operator*() const noexcept { return deref(); }
+    pointer operator->() const noexcept { return &deref(); }
+    Derived& operator++() noexcept {
+        increment();
+        return static_cast<Derived&>(*this);
+    }
+    Derived operator++(int) noexcept {
+        const Derived before = static_cast<Derived&>(*this);
+        increment();
+        return before;
+    }
+
+  protected:
+    using ValueIteratorBase::ValueIteratorBase;
+};
+
+}  // namespace detail
+
+/// The forward iterator of a value; see Value::begin.
+class VXUTIL_EXPORT ValueIterator : public detail::ForwardIterator<ValueIterator, Value> {
+    friend class Value;
+    using ForwardIterator::ForwardIterator;
+};
+
+/// The forward iterator of a const value, through which elements must not be changed.
+class VXUTIL_EXPORT ValueConstIterator
+    : public detail::ForwardIterator<ValueConstIterator, const Value> {
+    friend class Value;
+    using ForwardIterator::ForwardIterator;
+};
+
+/// The members of an object, to be walked by a range-for; see Value::members.
+template <typename Iterator>
+class MemberRange {
+  public:
+    /// One member. Both references remain valid for the lifetime of the member.
+    struct Member {
+        const std::string& key;
+        typename Iterator::reference value;
+    };
+
+    /// A place in the range.
+    class iterator {
+      public:
+        explicit iterator(Iterator at) noexcept : at_(at) {}
+        Member operator*() const noexcept { return {at_.key(), *at_}; }
+        iterator& operator++() noexcept {
+            ++at_;
+            return *this;
+        }
+        bool operator!=(const iterator& other) const noexcept { return at_ != other.at_; }
+
+      private:
+        Iterator at_;
+    };
+
+    MemberRange(Iterator begin, Iterator end) noexcept : begin_(begin), end_(end) {}
+    iterator begin() const noexcept { return begin_; }
+    iterator end() const noexcept { return end_; }
+
+  private:
+    iterator begin_;
+    iterator end_;
+};
+
+inline MemberRange<ValueIterator> Value::members() & {
+    return {isObject() ? begin() : end(), end()};
+}
+inline MemberRange<ValueConstIterator> Value::members() const& {
+    return {isObject() ? begin() : end(), end()};
+}
+
+}  // namespace vxJson
