@@ -93,17 +93,19 @@ class ValueBuilder {
     std::vector<rapidjson::Value> finished_;  // values and names that no container holds yet
 };
 
-/// Parses the zero-terminated `text` with rapidjson's default flags, but without recursion, into
-/// `value`, which is unchanged if the text does not parse. The value's storage is in `pool`, and so
-/// is what was built before an error.
+/// Parses the zero-terminated `text` with rapidjson's default flags and `moreFlags`, but without
+/// recursion, into `value`, which is unchanged if the text does not parse. The value's storage is
+/// in `pool`, and so is what was built before an error.
 ///
 /// Returns the code and offset that rapidjson's recursive parser reports. Throws std::bad_alloc if
 /// memory runs out.
-inline rapidjson::ParseResult ParseJson(const char* text, rapidjson::Value& value, JsonPool& pool) {
+template <unsigned moreFlags = rapidjson::kParseNoFlags>
+rapidjson::ParseResult ParseJson(const char* text, rapidjson::Value& value, JsonPool& pool) {
     rapidjson::GenericReader<rapidjson::UTF8<>, rapidjson::UTF8<>, RapidJsonAllocator> reader;
     rapidjson::StringStream stream(text);
     ValueBuilder builder(pool);
-    constexpr unsigned flags = rapidjson::kParseDefaultFlags | rapidjson::kParseIterativeFlag;
+    constexpr unsigned flags =
+        rapidjson::kParseDefaultFlags | rapidjson::kParseIterativeFlag | moreFlags;
     rapidjson::ParseResult result = reader.Parse<flags>(stream, builder);
     if (!result.IsError()) {
         value = std::move(builder.Root());

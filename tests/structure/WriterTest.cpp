@@ -1,0 +1,123 @@
+#include "structure/PackedFrameWriter.h"
+
+#include <functional>
+
+#include "tests/structure/Decode.h"
+#include "tests/structure/SampleUnit.h"
+#include "tests/support/RandomDocument.h"
+#include "tests/support/Rows.h"
+#include "tests/support/SameDocument.h"
+
+namespace {
+
+/// Decodes all items of a frame that was just written.
+rapidjson::Document Decoded(const PackedFrameWriter& writer) {
+    const std::string frame = writer.Frame();
+    std::string name;
+    vxJson::Value schema;
+    int header = 0;
+    rapidjson::Document document;
+    CDEStructureDataHelper::GetBinaryDataInfo(frame, name, schema, header);
+    EXPECT_EQ(header, writer.HeaderLength());
+    EXPECT_TRUE(CDEStructureDataHelper::ParseBinaryDataToJson(
+        frame.data() + header, static_cast<int>(frame.size()) - header, schema, writer.Offsets(),
+        vxJson::Value(), document));
+    return document;
+}
+
+testing::AssertionResult RoundTrips(const rapidjson::Value& document) {
+    PackedFrameWriter writer("unit");
+    writer.AddItems(document);
+    return SameDocument(Decoded(writer), document);
+}
+
+TEST(Writer, WritesTheBytesOfTheSampleUnit) {
+    PackedFrameWriter writer("demo");
+    writer.AddLeaf("hostname", 1, "r1");
+    writer.AddTable("ifTable", true, {"ifName"});
+    writer.AddColumn("ifName", 1, Json(R"(["Gi0/1","Gi0/2"])"));
+    writer.AddColumn("speed", 3, Json("[1000,2.5]"));
+    writer.AddAttribute("vrf", 1, "blue");
+    EXPECT_EQ(writer.Frame(), SampleUnit::Header() + SampleUnit::Payload());
+    EXPECT_EQ(writer.Offsets(), Json(SampleUnit::kOffsets));
+    EXPECT_EQ(writer.HeaderLength(), 186);
+}
+
+TEST(Writer, PacksEachKindInItsNarrowestForm) {
+    for (const auto& row : Rows(R"(
+        [127,128,256,65536,4294967296]    | 95 7f cc80 cd0100 ce00010000 cf0000000100000000
+        [-32,-33,-129,-32769,-2147483649] | 95 e0 d0df d1ff7f d2ffff7fff d3ffffffff7fffffff
+        [5.0,-0.0,0.1,1e300,null,true]    | 96 cb4014000000000000 cb8000000000000000 cb3fb999999999999a cb7e37e43c8800759c c0 c3
+        {"$binary":{"base64":"AGE=","subType":"00"}}     | c402 0061
+        {"":[{}],"a\u0000":"\u0000"}                     | 82 a0 9180 a26100 a100)")) {
+        PackedFrameWriter writer("");
+        writer.AddLeaf("", 1, Json(row[0]));
+        EXPECT_EQ(writer.Frame().substr(static_cast<unsigned>(writer.HeaderLength())), Hex(row[1]))
+            << row[0];
+    }
+    vxJson::Value lookalike;
+    lookalike["$binary"] = "/";
+    PackedFrameWriter writer("");
+    writer.AddLeaf("", 1, lookalike);
+    EXPECT_EQ(Text(Decoded(writer)[0]["value"]), R"({"$binary":"/"})");
+}
+
+TEST(Writer, WritesDocumentsThatDecodeToThemselves) {
+    RandomDocument random(1);
+    std::map<DDKey, DDKey> mapping;
+    for (const char* wanted : {"b|a", "$b|b", "|a.b", "$x.$y|a.a", "x.$y|b.$a"})
+        mapping[DDKey("", std::string(wanted).substr(0, std::string(wanted).find('|')))] =
+            DDKey("p", std::string(wanted).substr(std::string(wanted).find('|') + 1));
+    for (int i = 0; i < 3000; ++i) {
+        rapidjson::Document& document = random.Next();
+        ASSERT_TRUE(RoundTrips(document)) << i;
+        std::vector<std::string> items;
+        CDEStructureDataHelper::PostDataProcessing(mapping, "p", document, items);
+        ASSERT_TRUE(RoundTrips(document)) << i;
+    }
+}
+
+TEST(Writer, FindsTheDoubleThatDecodesToAnother) {
+    std::mt19937_64 random(1);
+    for (int i = 0; i < 3000; ++i) {
+        rapidjson::Document document;
+        DecodeLeaf('\xcb' + BigEndian(random(), 8), document);
+        ASSERT_TRUE(RoundTrips(document)) << Text(document);
+    }
+}
+
+TEST(Writer, RejectsBadInputAndStaysUnchanged) {
+    PackedFrameWriter writer("unit");
+    writer.AddLeaf("a", 1, 1);
+    const auto rejects = [&](const std::string& message, const std::function<void()>& add) {
+        const std::string frame = writer.Frame();
+        const vxJson::Value offsets = writer.Offsets();
+        EXPECT_EQ(EndingOf([&] { return add(), true; }), "Error: " + message);
+        EXPECT_EQ(writer.Frame(), frame) << message;
+        EXPECT_EQ(writer.Offsets(), offsets) << message;
+    };
+    const vxJson::Value time(5ULL, false);
+    rejects(R"(column "c": no table has been added)", [&] { writer.AddColumn("c", 1, {}); });
+    rejects(R"(attribute "c": no table has been added)", [&] { writer.AddAttribute("c", 1, 1); });
+    writer.AddTable("t", false, {});
+    writer.AddColumn("c", 1, {});
+    rejects(R"(column "c": is neither an array nor null)", [&] { writer.AddColumn("c", 1, 1); });
+    rejects(R"(column "c": type 11 marks a table)", [&] { writer.AddColumn("c", 11, {}); });
+    rejects(R"(leaf "c": type 11 marks a table)", [&] { writer.AddLeaf("c", 11, 1); });
+    rejects(R"(leaf "c": a time has no packed form)", [&] {
+        vxJson::Value value;
+        value["a"].append(1);
+        value["a"].append(time);
+        writer.AddLeaf("c", 1, value);
+    });
+    for (const auto& row : RowsOf(TEST_DATA "/rejected_documents.txt")) {
+        rapidjson::Document document;
+        document.Parse(row[0].c_str());
+        rejects("document of unit \"unit\": " + row[1], [&] { writer.AddItems(document); });
+    }
+    writer.AddLeaf("b", 1, 1);
+    writer.AddColumn("d", 1, {});
+    EXPECT_EQ(writer.Offsets(), Json("[0,[1,3],2]"));
+}
+
+}  // namespace
