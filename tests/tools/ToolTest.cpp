@@ -1,0 +1,68 @@
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+
+#include "tests/support/Rows.h"
+
+namespace {
+
+struct Outcome {
+    int status;
+    std::string out;
+    std::string err;
+};
+
+/// Runs command lines in a directory of the test's own, which prepare.sh fills.
+class Tool : public testing::Test {
+  protected:
+    void SetUp() override {
+        const testing::TestInfo& info = *testing::UnitTest::GetInstance()->current_test_info();
+        directory_ = std::string(SCRATCH_DIRECTORY "/") + info.name();
+        std::filesystem::remove_all(directory_);
+        std::filesystem::create_directories(directory_);
+        setenv("PATH", (PROGRAM_DIRECTORY ":" + std::string(getenv("PATH"))).c_str(), 1);
+        for (const char* variable : {"COLUMNS", "NO_COLOR"}) unsetenv(variable);
+        const Outcome prepared = Run("sh '" TEST_DATA "/prepare.sh' '" SOURCE_DIRECTORY "'");
+        ASSERT_EQ(prepared.status, 0) << prepared.err;
+    }
+
+    /// The commands run from a file, so that they may hold any quotation marks.
+    Outcome Run(const std::string& commands) const {
+        std::ofstream(directory_ + "/commands") << commands << "\n";
+        const std::string shell = "cd '" + directory_ + "' && sh commands >stdout 2>stderr";
+        const int result = std::system(shell.c_str());
+        return {WEXITSTATUS(result), FileText(directory_ + "/stdout"),
+                FileText(directory_ + "/stderr")};
+    }
+
+  private:
+    std::string directory_;
+};
+
+// Set UPDATE_GOLDEN to write the files anew; read the difference before it is committed.
+TEST_F(Tool, PrintsTheGoldenOutputs) {
+    for (const auto& row : RowsOf(TEST_DATA "/commands.txt")) {
+        const Outcome outcome = Run(row[1]);
+        std::string text = outcome.out + outcome.err;
+        if (outcome.status != 0) text += "exit " + std::to_string(outcome.status) + "\n";
+        const std::string golden = TEST_DATA "/golden/" + row[0] + ".txt";
+        if (getenv("UPDATE_GOLDEN") != nullptr) std::ofstream(golden) << text;
+        EXPECT_EQ(text, FileText(golden)) << row[1];
+    }
+}
+
+TEST_F(Tool, ReportsErrorsOnOneLine) {
+    for (const auto& row : RowsOf(TEST_DATA "/errors.txt")) {
+        const Outcome outcome = Run(row[1]);
+        SCOPED_TRACE(row[1]);
+        EXPECT_EQ(outcome.status, std::stoi(row[0]));
+        EXPECT_EQ(outcome.out, "");
+        EXPECT_EQ(outcome.err.find("dataengine: " + row[2]), 0u) << outcome.err;
+        EXPECT_EQ(outcome.err.find('\n'), outcome.err.size() - 1) << outcome.err;
+    }
+}
+
+}  // namespace

@@ -1,0 +1,35 @@
+# prepare.sh SOURCE_DIRECTORY: fills the current directory with good files and broken ones.
+set -e
+ln -s "$1/examples/data" data
+sed 's/\\-/-/g' "$1/tools/dataengine/dataengine.1" > manual
+make_sample_frame data/interfaces.csv frame offsets > /dev/null
+head -c 100 frame > cut-header
+head -c 1000 frame > cut-payload
+(cat frame; echo) > long
+# Byte 664 begins the third cell of ifName.
+(head -c 664 frame; printf '\301'; tail -c +666 frame) > bad-byte
+: > empty
+printf '\002' > version-2
+printf '\241\061' > version-text
+printf '\001\241n\301' > bad-schema
+printf '\001\241n\001' > no-schema
+# A name that clears the screen, and a value of an escape, a right-to-left mark and a stray byte.
+printf '\001\245\033[2Jx\221\202\244name\244evil\244type\001\251\033[31m\342\200\256\377' > hostile
+# Items that repeat, a type that is text, an index beyond the offsets, and a table without columns.
+printf '\001\244odd1\225' > odd
+printf '\203\244name\241a\244type\001\245index\000' >> odd
+printf '\203\244name\241a\244type\001\245index\001' >> odd
+printf '\202\244name\241s\244type\241x' >> odd
+printf '\203\244name\242$d\244type\001\245index\316\177\377\377\377' >> odd
+printf '\203\244name\241t\244type\013\245index\004' >> odd
+printf '\001\002\003\004' >> odd
+echo '[1, 2' > half.json
+echo '{}' > object.json
+echo '[0, 10]' > short.json
+echo '[5000, 1, 2, 3, 4, [5]]' > far.json
+echo '[{"table": "ifTable", "column": ["speed", "gone"], "attributes": []}, "$uptimeSeconds"]' > selection.json
+echo '[[]]' > bad-selection.json
+echo '{"a": 1}' > bad-map.json
+echo '[{"gvPath": "Device.name", "mappingType": 0, "mappingVars": [
+  {"parserPath": "p", "varName": "$hostname", "varFullName": "$hostname"},
+  {"parserPath": "q", "varName": "$stacked", "varFullName": "$stacked"}]}]' > documents.json

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+/// The commands of the tool, each in a source of its own. They take what the command line gave,
+/// write their output, and return the exit status: 0, or 1 if part of the work failed. Errors that
+/// end a command are thrown as Failure.
+namespace tool {
+
+struct ShowOptions {
+    std::string frame;
+    std::string offsets;  // a path; empty if the values are to be found by their order
+    std::string output = "-";
+};
+int Show(const ShowOptions& options);
+
+struct DecodeOptions {
+    std::string frame;
+    std::string offsets;              // as for show
+    std::vector<std::string> select;  // names, or one path; everything if empty
+    std::string map;                  // a path; no variable is renamed if empty
+    std::string parser;               // the parser whose variables are renamed
+    std::string format = "table";
+    std::string output = "-";
+};
+int Decode(const DecodeOptions& options);
+
+struct RecordOptions {
+    std::string device;
+    std::string type;
+    std::string name;
+    std::string file;
+    std::optional<long long> time;  // milliseconds since 1970; the current time if absent
+    std::vector<std::string> views = {"store", "keys"};
+    std::string format = "json";
+    std::string output = "-";
+};
+int Record(const RecordOptions& options);
+
+struct NamesOptions {
+    std::string text;  // part of a name or text; everything if empty
+    std::string output = "-";
+};
+int Names(const NamesOptions& options);
+
+}  // namespace tool

@@ -1,0 +1,215 @@
+#include "tools/dataengine/Frame.h"
+
+#include <algorithm>
+#include <climits>
+#include <msgpack.hpp>
+#include <optional>
+
+#include "documents/RenderJson.h"
+#include "structure/CDEStructureDataHelper.h"
+#include "tools/dataengine/Files.h"
+
+namespace tool {
+namespace {
+
+/// Where the bytes of a frame are broken.
+struct Broken {
+    std::size_t position;  // in the file
+    const char* reason;
+};
+
+/// Passes over one packed value.
+struct Skipper : msgpack::null_visitor {
+    void insufficient_bytes(std::size_t, std::size_t) { throw Broken{start, "is cut off"}; }
+    void parse_error(std::size_t, std::size_t error) { throw Broken{error, "is not msgpack"}; }
+
+    std::size_t start = 0;
+};
+
+/// Returns the position after the value that begins at `position` of the frame's file.
+std::size_t Skip(const Frame& frame, const std::string& what, std::size_t position) {
+    Skipper skipper;
+    skipper.start = position;
+    try {
+        msgpack::parse(frame.bytes.data(), frame.bytes.size(), position, skipper);
+    } catch (const Broken& broken) {
+        throw Failure(Shown(frame.path) + ": " + what + ": byte " +
+                      std::to_string(broken.position) + ": " + broken.reason);
+    }
+    return position;
+}
+
+/// Returns what GetBinaryDataInfo does, or throws Failure.
+bool ReadHeader(Frame& frame) {
+    try {
+        return CDEStructureDataHelper::GetBinaryDataInfo(frame.bytes, frame.name, frame.schema,
+                                                         frame.headerLength);
+    } catch (const msgpack::unpack_error&) {
+        std::size_t position = 0;
+        for (const char* part : {"version", "name", "schema"})
+            position = Skip(frame, part, position);
+        throw;
+    } catch (const msgpack::type_error&) {
+        throw Failure(
+            Shown(frame.path) +
+            ": is not a packed frame: the version is not an integer, or the name not text");
+    }
+}
+
+std::optional<long long> IntegerOf(const vxJson::Value& value) {
+    try {
+        return value.isNull() ? std::nullopt : std::optional(value.asInt64());
+    } catch (const vxJson::Error&) {
+        return std::nullopt;
+    }
+}
+
+/// Returns the element of `list` at the index of `item`; null if there is none.
+const vxJson::Value& AtIndex(const vxJson::Value& list, const Item& item) {
+    const long long index = IntegerOf((*item.schema)["index"]).value_or(0);
+    return list[index < list.size() ? static_cast<int>(index) : -1];
+}
+
+void AddOffset(const vxJson::Value& offset, const Item& item, Offsets& offsets) {
+    const auto number = IntegerOf(offset);
+    if (number && *number >= 0 && *number <= INT_MAX)
+        offsets.byItem[item.schema] = static_cast<int>(*number);
+}
+
+std::vector<Item> ChildrenOf(const Item& table) {
+    std::vector<Item> children = ItemsOf((*table.schema)["column"], table.path + ".");
+    for (Item& attribute : ItemsOf((*table.schema)["attributes"], table.path + "."))
+        children.push_back(std::move(attribute));
+    return children;
+}
+
+Offsets ReadOffsets(const Frame& frame, const std::string& path) {
+    const vxJson::Value list = ReadJson(path);
+    if (!list.isArray()) throw Failure(Shown(path) + ": is not an array of offsets");
+    Offsets offsets;
+    offsets.given = true;
+    for (const Item& item : ItemsOf(frame.schema)) {
+        const vxJson::Value& entry = AtIndex(list, item);
+        if (!item.IsTable()) {
+            AddOffset(entry, item, offsets);
+        } else if (entry.isArray()) {
+            for (const Item& child : ChildrenOf(item))
+                AddOffset(AtIndex(entry, child), child, offsets);
+        }
+    }
+    return offsets;
+}
+
+/// Returns the items that have a value, in the order in which a writer puts the values.
+std::vector<Item> ValuesInOrder(const Frame& frame) {
+    std::vector<Item> values;
+    for (const Item& item : ItemsOf(frame.schema)) {
+        if (!item.IsTable()) {
+            values.push_back(item);
+            continue;
+        }
+        std::vector<Item> children = ChildrenOf(item);
+        std::stable_sort(children.begin(), children.end(), [](const Item& a, const Item& b) {
+            return IntegerOf((*a.schema)["index"]) < IntegerOf((*b.schema)["index"]);
+        });
+        std::copy_if(children.begin(), children.end(), std::back_inserter(values),
+                     [](const Item& child) { return !child.IsTable(); });
+    }
+    return values;
+}
+
+Offsets FindOffsets(const Frame& frame, Complaints& complaints) {
+    Offsets offsets;
+    const auto header = static_cast<std::size_t>(frame.headerLength);
+    std::size_t position = header;
+    try {
+        for (const Item& item : ValuesInOrder(frame)) {
+            const std::size_t end = Skip(frame, item.path, position);
+            offsets.byItem[item.schema] = static_cast<int>(position - header);
+            position = end;
+        }
+    } catch (const Failure& failure) {
+        complaints.Add(std::string(failure.what()) +
+                       "; without --offsets, the values from here on are not found");
+        return offsets;
+    }
+    if (position != frame.bytes.size())
+        complaints.Add(Shown(frame.path) + ": byte " + std::to_string(position) +
+                       ": the last value ends before the file; give --offsets if values are wrong");
+    return offsets;
+}
+
+}  // namespace
+
+Frame ReadFrame(const std::string& path) {
+    Frame frame;
+    frame.path = path;
+    frame.bytes = ReadFile(path);
+    if (frame.bytes.empty()) throw Failure(Shown(path) + ": is empty");
+    if (!ReadHeader(frame)) throw Failure(Shown(path) + ": has a version other than 1");
+    if (!frame.schema.isArray()) throw Failure(Shown(path) + ": its schema is not an array");
+    return frame;
+}
+
+std::vector<Item> ItemsOf(const vxJson::Value& list, const std::string& prefix) {
+    std::vector<Item> items;
+    if (!list.isArray()) return items;
+    const auto end = list.end();
+    for (auto i = list.begin(); !i.isEqual(end); i.increment()) {
+        const vxJson::Value& item = i.deref();
+        if (item["name"].isString()) items.push_back({&item, prefix + item["name"].asString()});
+    }
+    return items;
+}
+
+bool Item::IsTable() const {
+    return IntegerOf((*schema)["type"]) == kTableType;
+}
+
+Offsets LocateValues(const Frame& frame, const std::string& path, Complaints& complaints) {
+    return path.empty() ? FindOffsets(frame, complaints) : ReadOffsets(frame, path);
+}
+
+std::size_t SizeOfValue(const Frame& frame, const Item& item, int offset) {
+    const auto start =
+        static_cast<std::size_t>(frame.headerLength) + static_cast<std::size_t>(offset);
+    return Skip(frame, item.path, start) - start;
+}
+
+void DecodeValue(const Frame& frame, const Item& item, int offset, rapidjson::Value& list,
+                 rapidjson::Document::AllocatorType& pool) {
+    // A table with this value as its only column gives the element in the decoder's form.
+    vxJson::Value column;
+    column["name"] = (*item.schema)["name"];
+    column["type"] = (*item.schema)["type"];
+    vxJson::Value table;
+    table["name"] = "table";
+    table["type"] = kTableType;
+    table["column"].append(column);
+    vxJson::Value schema;
+    schema.append(table);
+    vxJson::Value offsets;
+    offsets[0][0] = offset;
+
+    const std::string_view payload = frame.Payload();
+    rapidjson::Document document(&pool);
+    try {
+        CDEStructureDataHelper::ParseBinaryDataToJson(
+            payload.data(), static_cast<int>(payload.size()), schema, offsets, {}, document);
+    } catch (const msgpack::unpack_error&) {
+        SizeOfValue(frame, item, offset);  // throws with the byte
+        throw;
+    } catch (const vxJson::Error& error) {
+        throw Failure(Shown(frame.path) + ": " + item.path + ": " + error.what());
+    }
+    list.PushBack(document[0]["column"][0], pool);
+}
+
+std::string JsonText(const rapidjson::Value& value) {
+    dataengine::JsonBuffer buffer;
+    dataengine::JsonWriter writer(buffer);
+    dataengine::RenderJson(value, writer);
+    return {buffer.GetString(), buffer.GetSize()};
+}
+
+}  // namespace tool

@@ -1,0 +1,65 @@
+// Lists the catalogue: group, qualified name and text of every constant, in definition order.
+#include <string_view>
+
+#include "schema/DataEngineNames.h"
+#include "schema/StoreNames.h"
+#include "schema/VariableMappingNames.h"
+#include "tools/dataengine/Commands.h"
+#include "tools/dataengine/Files.h"
+
+namespace tool {
+namespace {
+
+class Listing {
+  public:
+    explicit Listing(const std::string& wanted) : wanted_(wanted) {}
+
+    void Add(std::string_view group, const std::string& name, const std::string& text) {
+        if (name.find(wanted_) == name.npos && text.find(wanted_) == text.npos) return;
+        rows_.append(group).append("\t").append(name).append("\t").append(text).append("\n");
+    }
+    const std::string& Rows() const { return rows_; }
+
+  private:
+    std::string wanted_;
+    std::string rows_;
+};
+
+void ListVariableMapping(Listing& listing) {
+#define TEXT(id, text) \
+    listing.Add("variable-mapping", "VariableMappingNames::" #id, VariableMappingNames::id);
+#include "schema/names/VariableMapping.def"
+}
+
+void ListDataEngine(Listing& listing) {
+#define BLOCK_BEGIN(block)                           \
+    {                                                \
+        namespace in_block = DataEngineNames::block; \
+        const std::string prefix = "DataEngineNames::" #block "::";
+#define BLOCK_END(block) }
+#define TEXT(id, text) listing.Add("data-engine", prefix + #id, in_block::id);
+#include "schema/names/DataEngine.def"
+}
+
+void ListStore(Listing& listing) {
+#define BLOCK_BEGIN(block)                      \
+    {                                           \
+        namespace in_block = StoreNames::block; \
+        const std::string prefix = "StoreNames::" #block "::";
+#define BLOCK_END(block) }
+#define TEXT(id, text) listing.Add("store", prefix + #id, in_block::id);
+#include "schema/names/Store.def"
+}
+
+}  // namespace
+
+int Names(const NamesOptions& options) {
+    Listing listing(options.text);
+    ListVariableMapping(listing);
+    ListDataEngine(listing);
+    ListStore(listing);
+    WriteFiles({{options.output, listing.Rows()}});
+    return 0;
+}
+
+}  // namespace tool
