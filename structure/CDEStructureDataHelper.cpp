@@ -157,14 +157,14 @@ bool CDEStructureDataHelper::ParseBinaryDataToJson(const char* buf, int len,
     JsonPool& pool = out.GetAllocator();
     out.SetArray();
     RawValues::Reserve(out, entries.size(), pool);
-    dataengine::SelectionDecoder decoder(buf, len, schema, offsets, pool);
+    dataengine::SelectionDecoder decoder(buf, len, schema, offsets, entries.size(), pool);
     const auto end = entries.end();
     for (auto position = entries.begin(); !position.isEqual(end); position.increment()) {
         const vxJson::Value& entry = position.deref();
-        if (!all) {
-            decoder.AddSelected(entry, out);
-        } else {
+        if (all) {
             decoder.AddItem(entry, out);
+        } else {
+            decoder.AddSelected(entry, out);
         }
     }
     return true;
@@ -172,7 +172,7 @@ bool CDEStructureDataHelper::ParseBinaryDataToJson(const char* buf, int len,
 
 const vxJson::Value* CDEStructureDataHelper::GetChildItemByName(const std::string& name,
                                                                 const vxJson::Value& list) {
-    return dataengine::NameIndex(list).Find(name);
+    return dataengine::NameIndex(list, 1).Find(name);
 }
 
 bool CDEStructureDataHelper::PostDataProcessing(const std::map<DDKey, DDKey>& mapping,

@@ -8,7 +8,7 @@
 namespace dataengine {
 namespace {
 
-/// Fills the members of an object of known size in place.
+/// Fills the members of an object of known size in their final places.
 class MemberWriter {
   public:
     MemberWriter(rapidjson::Value& object, rapidjson::SizeType count, JsonPool& pool)
@@ -27,7 +27,7 @@ class MemberWriter {
         AddText("name", name, pool);
     }
 
-    /// Adds a text as documents take it: up to its first zero byte.
+    /// Adds a string up to its first zero byte.
     void AddText(rapidjson::Value::StringRefType key, const std::string& text, JsonPool& pool) {
         const auto size = static_cast<rapidjson::SizeType>(std::strlen(text.c_str()));
         RawValues::MakeString(Add(key), text.c_str(), size, pool);
@@ -37,8 +37,8 @@ class MemberWriter {
     rapidjson::Value* slot_;
 };
 
-/// Takes the mark off a name, and tells whether it had one.
-bool StripMark(std::string& name) {
+/// Removes a leading '$'; returns whether there was one.
+bool RemoveMark(std::string& name) {
     if (name.empty() || name.front() != '$') return false;
     name.erase(0, 1);
     return true;
@@ -47,17 +47,18 @@ bool StripMark(std::string& name) {
 }  // namespace
 
 SelectionDecoder::SelectionDecoder(const char* bytes, int size, const vxJson::Value& schema,
-                                   const vxJson::Value& offsets, JsonPool& pool)
+                                   const vxJson::Value& offsets, std::size_t selected,
+                                   JsonPool& pool)
     : bytes_(bytes),
       size_(size),
-      items_(schema),
+      items_(schema, selected),
       offsets_(offsets),
       pool_(pool),
-      everything_(NullValue()) {}
+      null_(NullValue()) {}
 
 void SelectionDecoder::AddSelected(const vxJson::Value& entry, rapidjson::Value& out) {
     std::string name = entry.isObject() ? entry["table"].asString() : entry.asString();
-    StripMark(name);
+    RemoveMark(name);
     const vxJson::Value* item = items_.Find(name);
     if (item != nullptr) AddFound(*item, (*item)["type"].asInt(), name, entry, out);
 }
@@ -66,13 +67,13 @@ void SelectionDecoder::AddItem(const vxJson::Value& item, rapidjson::Value& out)
     const vxJson::Value& name = item["name"];
     if (!name.isString()) return;
     std::string text = name.asString();
-    const bool marked = StripMark(text);
-    const vxJson::Value* found = items_.Find(text, marked ? nullptr : &item);
+    const bool hasMark = RemoveMark(text);
+    const vxJson::Value* found = items_.Find(text, hasMark ? nullptr : &item);
     if (found == nullptr) return;
     const int type = (*found)["type"].asInt();
-    // An item with columns is selected as a table, any other as a leaf.
+    // An item without columns is selected as a leaf, by its name only.
     const bool asLeaf = type != kTableType || !item["column"].isArray();
-    AddFound(*found, type, text, asLeaf ? name : everything_, out);
+    AddFound(*found, type, text, asLeaf ? name : null_, out);
 }
 
 void SelectionDecoder::AddFound(const vxJson::Value& item, int type, const std::string& name,
@@ -83,12 +84,11 @@ void SelectionDecoder::AddFound(const vxJson::Value& item, int type, const std::
     } else if (entry.isObject() || entry.isNull()) {
         AddTable(item, name, offsets_[index], entry["column"], entry["attributes"], out);
     } else {
-        // A table selected as if it were a leaf: whether its text can have members, the value says.
+        // A table selected by its name only: let the value decide whether a name has members.
         vxJson::Value copy(entry);
-        copy["column"];
-        copy["attributes"];
-        const vxJson::Value& members = copy;
-        AddTable(item, name, offsets_[index], members["column"], members["attributes"], out);
+        const vxJson::Value column = copy["column"];
+        const vxJson::Value attributes = copy["attributes"];
+        AddTable(item, name, offsets_[index], column, attributes, out);
     }
 }
 
@@ -122,31 +122,30 @@ void SelectionDecoder::DecodeChildren(const vxJson::Value& selection, const vxJs
 
     const vxJson::Value& names = all ? children : selection;
     RawValues::Reserve(list, names.size(), pool_);
-    NameIndex scan(children);
+    NameIndex index(children, names.size());
     const auto end = names.end();
     for (auto position = names.begin(); !position.isEqual(end); position.increment()) {
         const vxJson::Value& entry = position.deref();
         if (!all) {
-            AddChild(scan, entry.asString(), nullptr, offsets, list);
-        } else if (const vxJson::Value& name = entry["name"]; name.isString()) {
-            AddChild(scan, name.asString(), &entry, offsets, list);
+            const std::string name = entry.asString();
+            AddChild(index.Find(name), name, offsets, list);
+        } else if (const vxJson::Value& own = entry["name"]; own.isString()) {
+            const std::string name = own.asString();
+            AddChild(index.Find(name, &entry), name, offsets, list);
         }
     }
 }
 
-void SelectionDecoder::AddChild(NameIndex& children, const std::string& name,
-                                const vxJson::Value* bearer, const vxJson::Value& offsets,
-                                rapidjson::Value& list) {
-    const vxJson::Value* child = children.Find(name, bearer);
+void SelectionDecoder::AddChild(const vxJson::Value* child, const std::string& name,
+                                const vxJson::Value& offsets, rapidjson::Value& list) {
     if (child == nullptr) return;
-
     const int type = (*child)["type"].asInt();
     const int index = (*child)["index"].asInt();
-    const bool table = type == kTableType;  // tables don't nest: such a child has no value
+    if (type != kTableType) return AddLeaf(type, name, offsets[index], list);
+    // Tables do not nest: a table within a table has no value.
     rapidjson::Value object;
-    MemberWriter members(object, table ? 2 : 3, pool_);
+    MemberWriter members(object, 2, pool_);
     members.AddTypeAndName(type, name, pool_);
-    if (!table) members.Add("value") = DecodeAt(offsets[index].asInt());
     list.PushBack(object, pool_);
 }
 

@@ -2,6 +2,7 @@
 
 #include <VxUtil/vxJson.h>
 
+#include <cstddef>
 #include <string>
 
 #include "structure/detail/NameIndex.h"
@@ -12,19 +13,20 @@ namespace dataengine {
 /// The "type" of an item that is a table; every other number marks a leaf.
 constexpr int kTableType = 11;
 
-/// One decoding of selected items out of a packed buffer, driven by its schema. All arguments are
-/// the caller's and must outlive it.
+/// Decodes the selected items of a packed buffer, as its schema describes them. Used for one call
+/// of ParseBinaryDataToJson; the arguments must outlive it.
 class SelectionDecoder {
   public:
+    /// `selected` is the number of calls of the functions below.
     SelectionDecoder(const char* bytes, int size, const vxJson::Value& schema,
-                     const vxJson::Value& offsets, JsonPool& pool);
+                     const vxJson::Value& offsets, std::size_t selected, JsonPool& pool);
 
-    /// Decodes what one entry of a selection names and pushes it to `out`; an unknown name is
-    /// passed over.
+    /// Appends the item that one entry of a selection names to `out`, or nothing if the schema does
+    /// not have it.
     void AddSelected(const vxJson::Value& entry, rapidjson::Value& out);
 
-    /// Does the same for the entry that a selection of everything has for an item: none if its name
-    /// is no string.
+    /// Appends what the entry for this item of the schema names in a selection of all items. There
+    /// is none if the item's name is not a string.
     void AddItem(const vxJson::Value& item, rapidjson::Value& out);
 
   private:
@@ -37,8 +39,8 @@ class SelectionDecoder {
                   rapidjson::Value& out);
     void DecodeChildren(const vxJson::Value& selection, const vxJson::Value& children,
                         const vxJson::Value& offsets, rapidjson::Value& list);
-    void AddChild(NameIndex& children, const std::string& name, const vxJson::Value* bearer,
-                  const vxJson::Value& offsets, rapidjson::Value& list);
+    void AddChild(const vxJson::Value* child, const std::string& name, const vxJson::Value& offsets,
+                  rapidjson::Value& list);
     rapidjson::Value DecodeAt(int offset);
 
     const char* bytes_;
@@ -46,7 +48,7 @@ class SelectionDecoder {
     NameIndex items_;
     const vxJson::Value& offsets_;
     JsonPool& pool_;
-    const vxJson::Value everything_;  // the null value: selects all
+    const vxJson::Value null_;  // selects all columns and attributes of a table
 };
 
 }  // namespace dataengine
