@@ -10,76 +10,64 @@ std::string NameOf(const vxJson::Value& item) {
     return item["name"].asString();
 }
 
-std::size_t HashOf(const std::string& name) {
-    return std::hash<std::string>()(name);
-}
-
-/// Returns the size of a table that is at most half full with `count` entries.
-std::size_t TableSize(std::size_t count) {
-    std::size_t size = 16;
-    while (size < 2 * count) size *= 2;
-    return size;
+std::uint32_t HashOf(const std::string& name) {
+    return static_cast<std::uint32_t>(std::hash<std::string>()(name));
 }
 
 }  // namespace
 
-NameIndex::NameIndex(const vxJson::Value& list, std::size_t lookups)
-    : next_(list.isArray() ? list.begin() : list.end()),
-      end_(list.end()),
-      lookups_(lookups),
-      firstSize_(TableSize(std::min<std::size_t>(lookups, list.size()))) {}
-
 const vxJson::Value* NameIndex::Find(const std::string& name, const vxJson::Value* hint) {
     const bool isLast = --lookups_ == 0;
-    const std::size_t hash = HashOf(name);
+    const std::uint32_t hash = HashOf(name);
     if (count_ != 0) {
-        if (const vxJson::Value* known = EntryFor(hash, name).item) return known;
+        const std::uint32_t place = EntryFor(hash, name).place;
+        if (place != 0) return &ItemAt(place - 1);
     }
-    while (!next_.isEqual(end_)) {
-        const vxJson::Value& item = next_.deref();
+    while (read_ != size_) {
+        const vxJson::Value& item = ItemAt(read_);
         if (&item == hint) {
-            if (!isLast) Add(hash, name, item);
-            next_.increment();
+            if (!isLast) Add(hash, name);
+            ++read_;
             return &item;
         }
         const std::string passed = NameOf(item);
-        if (!isLast) Add(HashOf(passed), passed, item);
-        next_.increment();
+        if (!isLast) Add(HashOf(passed), passed);
+        ++read_;
         if (passed == name) return &item;
     }
     return nullptr;
 }
 
-/// Adds an item unless one of its name is there.
-void NameIndex::Add(std::size_t hash, const std::string& name, const vxJson::Value& item) {
-    if (2 * (count_ + 1) > entries_.size()) Grow();
+/// Adds the item being read unless there is one with its name.
+void NameIndex::Add(std::uint32_t hash, const std::string& name) {
+    if (3 * (count_ + 1) > 2 * entries_.size()) Grow();
     Entry& entry = EntryFor(hash, name);
-    if (entry.item != nullptr) return;
-    entry = {hash, &item};
+    if (entry.place != 0) return;
+    entry = {hash, read_ + 1};
     ++count_;
 }
 
 void NameIndex::Grow() {
-    std::vector<Entry> smaller(entries_.empty() ? firstSize_ : 2 * entries_.size());
+    // At first enough for one item per lookup to come, which is exact when everything is selected.
+    const std::size_t expected = std::min<std::size_t>(lookups_, size_ - read_) + 8;
+    std::vector<Entry> smaller(entries_.empty() ? expected + expected / 2 : 2 * entries_.size());
     smaller.swap(entries_);
-    const std::size_t mask = entries_.size() - 1;
     for (const Entry& entry : smaller) {
-        if (entry.item == nullptr) continue;
-        std::size_t position = entry.hash & mask;
-        while (entries_[position].item != nullptr) position = (position + 1) & mask;
-        entries_[position] = entry;
+        if (entry.place == 0) continue;
+        std::size_t at = PlaceOf(entry.hash);
+        while (entries_[at].place != 0) at = at + 1 == entries_.size() ? 0 : at + 1;
+        entries_[at] = entry;
     }
 }
 
 /// Returns the entry of that name, or the free one where it belongs.
-NameIndex::Entry& NameIndex::EntryFor(std::size_t hash, const std::string& name) {
-    const std::size_t mask = entries_.size() - 1;
-    std::size_t position = hash & mask;
-    while (entries_[position].item != nullptr &&
-           (entries_[position].hash != hash || NameOf(*entries_[position].item) != name)) {
-        position = (position + 1) & mask;
+NameIndex::Entry& NameIndex::EntryFor(std::uint32_t hash, const std::string& name) {
+    std::size_t at = PlaceOf(hash);
+    while (entries_[at].place != 0 &&
+           (entries_[at].hash != hash || NameOf(ItemAt(entries_[at].place - 1)) != name)) {
+        at = at + 1 == entries_.size() ? 0 : at + 1;
     }
-    return entries_[position];
+    return entries_[at];
 }
 
 }  // namespace dataengine
