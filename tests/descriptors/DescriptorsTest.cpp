@@ -44,14 +44,10 @@ TEST(Descriptors, ALocationIsBuiltFromItsParts) {
 }
 
 TEST(Descriptors, ATimeRangeStartsAtItsEarlierTime) {
-    for (const auto& row : Rows(R"(
-        5 | 3                 | 3                 | 5
-        3 | 5                 | 3                 | 5
-        1 | -9007199254740993 | -9007199254740993 | 1
-    )")) {
-        const CDETimeRange range(std::stoll(row[0]), std::stoll(row[1]));
-        EXPECT_EQ(range.GetStartTime(), std::stoll(row[2])) << row[0];
-        EXPECT_EQ(range.GetEndTime(), std::stoll(row[3])) << row[0];
+    const long long early = -9007199254740993;
+    for (const CDETimeRange& range : {CDETimeRange(early, 1), CDETimeRange(1, early)}) {
+        EXPECT_EQ(range.GetStartTime(), early);
+        EXPECT_EQ(range.GetEndTime(), 1);
     }
 }
 

@@ -8,7 +8,6 @@
 #include "query/CDEQueryResultStructureData.h"
 #include "structure/CDEStructureDataHelper.h"
 #include "tests/memory/FailingMalloc.h"
-#include "tests/structure/SampleUnit.h"
 #include "tests/support/Texts.h"
 
 namespace {
@@ -106,10 +105,13 @@ struct SmallDocument : SmallPool, rapidjson::Document {
     SmallDocument() : rapidjson::Document(&pool) {}
 };
 
-/// The sample unit with values that take memory: long strings, nesting, and a bin and a float that
-/// are decoded from text.
+/// A leaf and a table with values that take memory: long strings, nesting, and a bin and a float
+/// that are decoded from text.
 void Decode(rapidjson::Document& document) {
-    static const Value schema = Json(SampleUnit::kSchema);
+    static const Value schema = Json(R"([{"name":"hostname","type":1,"index":0},
+        {"name":"ifTable","type":11,"index":1,"hashSort":true,"hashColumns":["ifName"],
+         "column":[{"name":"ifName","type":1,"index":0},{"name":"speed","type":3,"index":1}],
+         "attributes":[{"name":"vrf","type":1,"index":2}]}])");
     static const Value offsets = Json("[0,[27,53,0]]");
     static const Value selection = Json(R"(["hostname",{"table":"ifTable"}])");
     static const std::string payload =
