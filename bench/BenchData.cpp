@@ -220,6 +220,12 @@ Unit Integers(int count) {
     });
 }
 
+Unit Integers32(int count) {
+    return OneArray(10, "counters32", count, [](Packer& packer) {
+        packer.Unsigned((std::uint64_t{1} << 31) | packer.Below(std::uint64_t{1} << 32));
+    });
+}
+
 Unit Floats(int count) {
     return OneArray(5, "rates", count, [](Packer& packer) {
         // Every fourth is a reading that had few decimals to begin with.

@@ -28,6 +28,9 @@ Unit RouteTable(int routes);
 /// One leaf with an array of counters of all magnitudes.
 Unit Integers(int count);
 
+/// One leaf with an array of counters that take all 32 bits.
+Unit Integers32(int count);
+
 /// One leaf with an array of measured rates, most of them with a full mantissa.
 Unit Floats(int count);
 

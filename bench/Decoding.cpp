@@ -123,6 +123,7 @@ void RegisterDecoding() {
     Register("routes", RouteTable(50000));
     Register("integers", Integers(1000000));
     Register("floats", Floats(300000));
+    Register("integers32", Integers32(1000000));
     Register("configuration", ConfigurationLeaf(200000));
 
     const SharedUnit shared = std::make_shared<const Unit>(InterfaceTable(200));

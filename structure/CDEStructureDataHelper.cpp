@@ -38,10 +38,10 @@ class BadCast : public msgpack::type_error {
 int ReadVersion(PackedBytes& bytes) {
     const PackedHead& head = bytes.Head();
     if (head.kind != PackedKind::kInteger) Reject(bytes);
-    bool isNegative;
-    const std::uint64_t number = bytes.TakeInteger(head, isNegative);
-    const int version = static_cast<int>(number);
-    const bool fits = static_cast<std::uint64_t>(version) == number && isNegative == (version < 0);
+    const dataengine::PackedInteger number = bytes.TakeInteger(head);
+    const int version = static_cast<int>(number.bits);
+    const bool fits =
+        static_cast<std::uint64_t>(version) == number.bits && number.isNegative == (version < 0);
     if (!fits) throw BadCast();
     return version;
 }

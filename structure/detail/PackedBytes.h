@@ -39,37 +39,46 @@ struct PackedHead {
 /// The heads by first byte.
 extern const std::array<PackedHead, 256> kPackedHeads;
 
+/// An integer of 64 bits, in two's complement if it is negative.
+struct PackedInteger {
+    std::uint64_t bits;
+    bool isNegative;
+};
+
 /// Reads packed bytes from front to end. Throws what unpacking them throws:
 /// msgpack::insufficient_bytes where the bytes end within a value, msgpack::parse_error at a byte
 /// that starts no value. Never reads beyond the end.
 class PackedBytes {
   public:
+    static constexpr std::size_t kLongestHead = 9;
+    static constexpr unsigned kLongestShortString = 31;
+
     PackedBytes(const char* bytes, std::size_t size) : next_(bytes), end_(bytes + size) {}
 
     const char* Next() const { return next_; }
     std::size_t Left() const { return static_cast<std::size_t>(end_ - next_); }
 
-    /// Returns whether another value follows and is of `kind`.
-    bool NextIs(PackedKind kind) const { return next_ != end_ && HeadAt(next_).kind == kind; }
-
-    /// Returns the head of the next value, all of whose bytes are there.
+    /// Returns the head of the next value. Its bytes, and those that the Take functions then read,
+    /// are there.
     const PackedHead& Head() const {
         if (next_ == end_) ThrowInsufficientBytes();
-        const PackedHead& head = HeadAt(next_);
+        const PackedHead& head = PeekHead();
         if (head.kind == PackedKind::kInvalid) ThrowParseError();
         if (head.size > Left()) ThrowInsufficientBytes();
         return head;
     }
 
-    bool TakeBoolean() { return (*next_++ & 1) != 0; }
+    /// Returns the head of the next value without any check: for `kLongestHead` bytes or more.
+    const PackedHead& PeekHead() const { return kPackedHeads[FirstByte(next_)]; }
 
-    /// Takes an integer: its low 64 bits. It is negative if `isNegative` is set.
-    std::uint64_t TakeInteger(const PackedHead& head, bool& isNegative) {
+    void TakeNil() { ++next_; }
+    bool TakeBoolean() { return (FirstByte(next_++) & 1) != 0; }
+
+    PackedInteger TakeInteger(const PackedHead& head) {
         const std::uint64_t word = TakeWord(head);
         const std::uint64_t signBit = (std::uint64_t{head.sign} << 63) >> head.shift;
-        const std::uint64_t number = ((word >> head.shift) ^ signBit) - signBit;
-        isNegative = (head.sign & (word >> 63)) != 0;
-        return number;
+        const std::uint64_t bits = ((word >> head.shift) ^ signBit) - signBit;
+        return {bits, (head.sign & (word >> 63)) != 0};
     }
 
     double TakeFloat(const PackedHead& head) {
@@ -91,13 +100,17 @@ class PackedBytes {
         return bytes;
     }
 
+    // For a float64, or a str of at most 31 bytes, that is known to be there as a whole.
+    double PeekFloat64() const { return BitsAs<double>(LoadWord(next_ + 1)); }
+    void TakeFloat64() { next_ += 1 + sizeof(double); }
+    bool NextIsShortString() const { return (FirstByte(next_) & 0xe0) == 0xa0; }
+    unsigned TakeShortLength() { return FirstByte(next_++) & kLongestShortString; }
+
     /// Passes `count` whole values.
     void Skip(std::uint64_t count = 1);
 
   private:
-    static const PackedHead& HeadAt(const char* first) {
-        return kPackedHeads[static_cast<unsigned char>(*first)];
-    }
+    static unsigned char FirstByte(const char* bytes) { return static_cast<unsigned char>(*bytes); }
 
     template <typename Float, typename Bits>
     static Float BitsAs(Bits bits) {
@@ -118,7 +131,6 @@ class PackedBytes {
     /// Takes a head and returns the eight bytes at its number, zeros beyond the end. One load of
     /// fixed size and a shift serve numbers of all widths.
     std::uint64_t TakeWord(const PackedHead& head) {
-        constexpr std::size_t kLongestHead = 9;
         const char* number = next_ + head.skip;
         char padded[sizeof(std::uint64_t)] = {};
         if (Left() < kLongestHead) {

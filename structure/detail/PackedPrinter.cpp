@@ -37,7 +37,7 @@ char* WriteEscape(unsigned char byte, char* at) {
 
 }  // namespace
 
-bool PackedPrinter::Str(const char* bytes, std::size_t size, std::size_t) {
+bool PackedPrinter::Str(const char* bytes, std::size_t size) {
     constexpr std::size_t kEscapeSize = 6;
     char* at = Room(size + 2);
     *at++ = '"';

@@ -41,22 +41,24 @@ class PackedPrinter {
 
     using Place = bool;  // unused: brackets need no more than their kind
 
+    std::uint64_t TakeScalars(PackedBytes&, std::uint64_t, bool) { return 0; }
     bool Element() { return Separate('['); }
     bool Key(PackedKind) { return Separate('{'); }
     bool Value() { return Put(":"); }
 
     bool Nil() { return Put("null"); }
     bool Boolean(bool value) { return Put(value ? "true" : "false"); }
-    bool Integer(std::uint64_t number, bool isNegative) {
-        return isNegative ? PutNumber(static_cast<std::int64_t>(number)) : PutNumber(number);
+    bool Integer(PackedInteger integer) {
+        if (!integer.isNegative) return PutNumber(integer.bits);
+        return PutNumber(static_cast<std::int64_t>(integer.bits));
     }
     bool Float(double value) {
         if (style_ == FloatStyle::kTwoDecimals)
             return PutNumber(value, std::chars_format::fixed, 2);
         return PutNumber(value, std::chars_format::general, 6);
     }
-    bool Str(const char* bytes, std::size_t size, std::size_t readable);
-    bool Bin(const char* bytes, std::size_t size, std::size_t) {
+    bool Str(const char* bytes, std::size_t size);
+    bool Bin(const char* bytes, std::size_t size) {
         return Put("\"") && Put({bytes, size}) && Put("\"");
     }
     bool Ext() { return Put("EXT"); }

@@ -6,38 +6,39 @@
 
 namespace dataengine {
 
-/// Reads one packed value in one pass and reports its parts to `handler` in the order of the bytes.
-/// The handler is a class with these members; those that return bool end the walk with false:
+/// Reads one packed value in one pass and reports its parts to a handler in the order of the bytes.
+/// The handler is a class with these members:
 ///
-///   bool Element()             an element of an array follows, or the root
-///   bool Key(PackedKind)       a key of that kind follows
+///   std::uint64_t TakeScalars(PackedBytes& bytes, std::uint64_t left, bool isMap)
+///                              `left` elements of an array follow, or keys and values of a map;
+///                              a handler may read some itself and return how many, or return 0
+///   bool Element()             an element of an array follows, or the value as a whole
+///   bool Key(PackedKind)       a key of this kind follows
 ///   bool Value()               the value of a key follows
-///
-///   bool Nil(), Boolean(bool), Float(double), Ext()
-///   bool Integer(std::uint64_t number, bool isNegative)     a negative number in two's complement
-///   bool Str(const char* bytes, std::size_t size, std::size_t readable)
-///   bool Bin(const char* bytes, std::size_t size, std::size_t readable)
-///                              `readable` bytes, `size` or more, can be read from `bytes`
-///
-///   using Place                what the handler needs to go on after a container
+///   bool Nil(), Boolean(bool), Integer(PackedInteger), Float(double), Ext()
+///   bool Str(const char* bytes, std::size_t size), Bin(const char* bytes, std::size_t size)
 ///   Place BeginArray(std::uint32_t count), BeginMap(std::uint32_t count)
 ///   void EndArray(Place), EndMap(Place)
+///   using Place                what the handler wants back at the end of the container
 ///
-/// Throws what PackedBytes throws. Declared counts are checked against the remaining bytes before
-/// the handler sees them: over the whole walk, it sees at most as many elements, keys and values
-/// announced as there are bytes. There is no recursion; depth is bounded by memory only.
+/// The walk ends where one of them returns false. Declared counts are checked against the
+/// remaining bytes before the handler sees them: at no point has it seen more elements, keys and
+/// values declared than there are bytes. No recursion; depth is bounded by memory only.
 template <typename Handler>
 class PackedWalk {
   public:
     PackedWalk(PackedBytes& bytes, Handler& handler) : bytes_(bytes), handler_(handler) {}
 
-    /// Returns whether the walk came to the end of the value. `bytes` then begins after it.
+    /// Returns whether the walk came to the end of the value; the bytes then begin after it. Throws
+    /// what PackedBytes throws.
     bool Run() {
         for (;;) {
             while (left_ == 0) {
                 if (around_.empty()) return true;
                 Leave();
             }
+            left_ -= handler_.TakeScalars(bytes_, left_, isMap_);
+            if (left_ == 0) continue;
             const PackedHead& head = bytes_.Head();
             if (!Announce(head.kind)) return false;
             --left_;
@@ -45,7 +46,7 @@ class PackedWalk {
                 Enter(bytes_.TakeLength(head), false);
             } else if (head.kind == PackedKind::kMap) {
                 Enter(bytes_.TakeLength(head), true);
-            } else if (!Scalars(head)) {
+            } else if (!Scalar(head)) {
                 return false;
             }
         }
@@ -66,58 +67,34 @@ class PackedWalk {
         return left_ % 2 == 0 ? handler_.Key(kind) : handler_.Value();
     }
 
-    /// Reports the scalar at `head`, and those of its kind that follow it in an array.
-    bool Scalars(const PackedHead& head) {
+    bool Scalar(const PackedHead& head) {
         switch (head.kind) {
             case PackedKind::kInteger:
-                return Repeat(head, [this](const PackedHead& each) {
-                    bool isNegative;
-                    const std::uint64_t number = bytes_.TakeInteger(each, isNegative);
-                    return handler_.Integer(number, isNegative);
-                });
+                return handler_.Integer(bytes_.TakeInteger(head));
             case PackedKind::kFloat32:
             case PackedKind::kFloat64:
-                return Repeat(head, [this](const PackedHead& each) {
-                    return handler_.Float(bytes_.TakeFloat(each));
-                });
+                return handler_.Float(bytes_.TakeFloat(head));
             case PackedKind::kStr:
-                return Repeat(head, [this](const PackedHead& each) {
-                    return String(each, [this](auto... text) { return handler_.Str(text...); });
-                });
-            case PackedKind::kBin:
-                return String(head, [this](auto... text) { return handler_.Bin(text...); });
+            case PackedKind::kBin: {
+                const auto size = static_cast<std::size_t>(bytes_.TakeLength(head));
+                const char* const text = bytes_.TakeBytes(size);
+                return head.kind == PackedKind::kStr ? handler_.Str(text, size)
+                                                     : handler_.Bin(text, size);
+            }
             case PackedKind::kBoolean:
                 return handler_.Boolean(bytes_.TakeBoolean());
             case PackedKind::kExt:
                 bytes_.TakeBytes(bytes_.TakeLength(head));
                 return handler_.Ext();
             default:
-                bytes_.TakeLength(head);
+                bytes_.TakeNil();
                 return handler_.Nil();
         }
     }
 
-    template <typename Report>
-    bool Repeat(const PackedHead& head, const Report& report) {
-        if (!report(head)) return false;
-        if (isMap_) return true;
-        while (left_ != 0 && bytes_.NextIs(head.kind)) {
-            --left_;
-            if (!handler_.Element() || !report(bytes_.Head())) return false;
-        }
-        return true;
-    }
-
-    template <typename Report>
-    bool String(const PackedHead& head, const Report& report) {
-        const std::uint64_t size = bytes_.TakeLength(head);
-        const char* const text = bytes_.TakeBytes(size);
-        return report(text, static_cast<std::size_t>(size), bytes_.Left() + size);
-    }
-
     void Enter(std::uint64_t count, bool isMap) {
         const std::uint64_t children = isMap ? 2 * count : count;
-        // Each of them takes a byte at least. If there are fewer, the value is cut or broken.
+        // Each takes a byte at least. If fewer are left, passing them throws what is wrong.
         const std::uint64_t claimed = children + left_ + leftAround_;
         if (claimed > bytes_.Left()) bytes_.Skip(claimed);
         const auto size = static_cast<std::uint32_t>(count);

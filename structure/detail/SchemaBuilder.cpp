@@ -32,16 +32,16 @@ bool SchemaBuilder::Boolean(bool value) {
     return true;
 }
 
-bool SchemaBuilder::Integer(std::uint64_t number, bool isNegative) {
-    if (isNegative) {
-        *slot_ = static_cast<long long>(number);
+bool SchemaBuilder::Integer(PackedInteger integer) {
+    if (integer.isNegative) {
+        *slot_ = static_cast<long long>(integer.bits);
     } else {
-        *slot_ = static_cast<unsigned long long>(number);
+        *slot_ = static_cast<unsigned long long>(integer.bits);
     }
     return true;
 }
 
-bool SchemaBuilder::Str(const char* bytes, std::size_t size, std::size_t) {
+bool SchemaBuilder::Str(const char* bytes, std::size_t size) {
     std::string text(bytes, size);
     if (!isKey_) {
         *slot_ = std::move(text);

@@ -24,16 +24,17 @@ class SchemaBuilder {
     /// `root` must be null.
     explicit SchemaBuilder(vxJson::Value& root) : slot_(&root) {}
 
+    std::uint64_t TakeScalars(PackedBytes&, std::uint64_t, bool) { return 0; }
     bool Element();
     bool Key(PackedKind kind) { return isKey_ = kind == PackedKind::kStr; }
     bool Value() { return true; }
 
     bool Nil() { return true; }
     bool Boolean(bool value);
-    bool Integer(std::uint64_t number, bool isNegative);
+    bool Integer(PackedInteger integer);
     bool Float(double) { return false; }
-    bool Str(const char* bytes, std::size_t size, std::size_t readable);
-    bool Bin(const char*, std::size_t, std::size_t) { return false; }
+    bool Str(const char* bytes, std::size_t size);
+    bool Bin(const char*, std::size_t) { return false; }
     bool Ext() { return false; }
 
     using Place = vxJson::Value*;  // the container around a container

@@ -6,7 +6,7 @@
 #include "documents/ParseJson.h"
 #include "structure/detail/PackedPrinter.h"
 #include "structure/detail/PackedWalk.h"
-#include "structure/detail/TwoDecimals.h"
+#include "structure/detail/ScalarFiller.h"
 
 namespace dataengine {
 namespace {
@@ -43,6 +43,12 @@ class ValueFiller {
 
     using Place = rapidjson::Value*;  // where the next value after a container goes
 
+    std::uint64_t TakeScalars(PackedBytes& bytes, std::uint64_t left, bool isMap) {
+        ScalarFiller filler(bytes, slot_, slot_ + left, pool_);
+        isMap ? filler.FillMembers() : filler.FillElements();
+        bytes = filler.Bytes();
+        return static_cast<std::uint64_t>(filler.Slot() - std::exchange(slot_, filler.Slot()));
+    }
     bool Element() { return true; }
     bool Key(PackedKind kind) { return kind == PackedKind::kStr || kind == PackedKind::kBin; }
     bool Value() { return true; }
@@ -55,8 +61,8 @@ class ValueFiller {
         new (slot_++) rapidjson::Value(value);
         return true;
     }
-    bool Integer(std::uint64_t number, bool isNegative) {
-        RawValues::MakeInteger(*slot_++, number, isNegative);
+    bool Integer(PackedInteger integer) {
+        RawValues::MakeInteger(*slot_++, integer.bits, integer.isNegative);
         return true;
     }
     bool Float(double value) {
@@ -65,13 +71,12 @@ class ValueFiller {
         new (slot_++) rapidjson::Value(rounded);
         return true;
     }
-    bool Str(const char* bytes, std::size_t size, std::size_t readable) {
-        RawValues::MakeString(*slot_++, bytes, static_cast<rapidjson::SizeType>(size),
-                              readable - size, pool_);
+    bool Str(const char* bytes, std::size_t size) {
+        RawValues::MakeString(*slot_++, bytes, static_cast<rapidjson::SizeType>(size), pool_);
         return true;
     }
-    bool Bin(const char* bytes, std::size_t size, std::size_t readable) {
-        if (IsPlainText(bytes, size)) return Str(bytes, size, readable);
+    bool Bin(const char* bytes, std::size_t size) {
+        if (IsPlainText(bytes, size)) return Str(bytes, size);
         ended_ = Outcome::kText;
         return false;
     }
