@@ -52,9 +52,8 @@ TEST(Memory, AValueChangesAsAWholeOrNotAtAll) {
     } rows[] = {
         {"copy assignment", Json(R"(["an old string of many bytes"])"),
          [](Value& value) { value = rich; }},
-        {"a new member", Json(R"({"a":1})"), [](Value& value) { value["a key of many bytes"]; }},
-        {"append", Json("[1]"), [](Value& value) { value.append(rich); }},
         {"a first member", Value(), [](Value& value) { value["a key of many bytes"]; }},
+        {"append", Json("[1]"), [](Value& value) { value.append(rich); }},
         {"a first element", Value(), [](Value& value) { value.append(1); }},
         {"nulls before an element", Value(), [](Value& value) { value[9]; }},
         {"a member moved to another one", Json(R"({"a":[1],"b":2})"),
@@ -168,9 +167,11 @@ Value Saved(char letter) {
     return saved;
 }
 
+/// What a result saves, the document by its first bytes.
 Value Shown(const CDEQueryResultStructureData& result) {
     Value target = Json(R"({"resultMetaDataOnly":{"old":1}})");
     result.SaveToJson(target);
+    target["data"] = target["data"].asBinary().substr(0, 40);
     return target;
 }
 
