@@ -18,9 +18,10 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     CDEQueryResultStructureData result;
     Require(result.LoadFromJson(saved), "a load fails");
     const rapidjson::Document& loaded = result.GetData_RO();
-    Require(loaded.HasParseError() == expected.HasParseError(), "the parse error differs");
-    Require(loaded.HasParseError() ? testing::AssertionResult(loaded.IsNull())
-                                   : SameDocument(loaded, expected));
+    Require(loaded.GetParseError() == expected.GetParseError() &&
+                loaded.GetErrorOffset() == expected.GetErrorOffset(),
+            "the parse error differs");
+    Require(SameDocument(loaded, expected));
 
     rapidjson::StringBuffer buffer;
     rapidjson::Writer<rapidjson::StringBuffer> writer(buffer);
