@@ -1,7 +1,7 @@
 # The files that `cmake --install` copies, by component: the libraries (runtime, and bson for the
 # optional one), the headers, static libraries, CMake packages and pkg-config files (development)
 # and the command-line tool (tools). find_package(DataEngine) finds everything a program needs;
-# COMPONENTS adds the optional libraries.
+# COMPONENTS adds the optional libraries. debian/ makes packages of them.
 include(CMakePackageConfigHelpers)
 
 set(packages ${CMAKE_INSTALL_LIBDIR}/cmake)
@@ -60,9 +60,10 @@ dataengine_install_package(DataEngine)
 if(TARGET dataengine_bson)
     dataengine_install_library(dataengine_bson bson DataEngine DataEngineBson dataengine)
 endif()
+install(FILES tools/gdb/dataengine.py
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/dataengine/gdb COMPONENT development)
 
 if(PROJECT_IS_TOP_LEVEL)
     add_custom_target(uninstall
         COMMAND ${CMAKE_COMMAND} -DBUILD=${PROJECT_BINARY_DIR} -P ${PROJECT_SOURCE_DIR}/cmake/Uninstall.cmake)
-    include(cmake/Packages.cmake)
 endif()
