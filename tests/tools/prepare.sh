@@ -2,7 +2,7 @@
 set -e
 ln -s "$1/examples/data" data
 sed 's/\\-/-/g' "$1/tools/dataengine/dataengine.1" > manual
-make_sample_frame data/interfaces.csv frame offsets > /dev/null
+dataengine pack data/interfaces.csv -o frame --offsets offsets
 head -c 100 frame > cut-header
 head -c 1000 frame > cut-payload
 (cat frame; echo) > long
@@ -19,7 +19,7 @@ printf '\001\245\033[2Jx\221\202\244name\244evil\244type\001\251\033[31m\342\200
 printf '\001\244odd1\225' > odd
 printf '\203\244name\241a\244type\001\245index\000' >> odd
 printf '\203\244name\241a\244type\001\245index\001' >> odd
-printf '\202\244name\241s\244type\241x' >> odd
+printf '\203\244name\241s\244type\241x\245index\002' >> odd
 printf '\203\244name\242$d\244type\001\245index\316\177\377\377\377' >> odd
 printf '\203\244name\241t\244type\013\245index\004' >> odd
 printf '\001\002\003\004' >> odd
@@ -33,3 +33,21 @@ echo '{"a": 1}' > bad-map.json
 echo '[{"gvPath": "Device.name", "mappingType": 0, "mappingVars": [
   {"parserPath": "p", "varName": "$hostname", "varFullName": "$hostname"},
   {"parserPath": "q", "varName": "$stacked", "varFullName": "$stacked"}]}]' > documents.json
+dataengine decode frame --format json > frame.json
+echo '[]' > none.json
+echo '[{"type":1,"name":"$x","value":7},{"type":1,"name":"$x","value":8},{"type":11,"name":"$t","column":[{"type":2,"name":"a","value":[1]},{"type":2,"name":"a","value":[2.5]},{"type":11,"name":"u"}],"hashSort":true,"hashColumns":"null","attributes":[]},{"type":1,"name":"","value":[]}]' > odd.json
+cat > sheet.csv <<'END'
+# Every kind, null and an empty text in a table.
+unit,sheet
+
+leaf,integer,low,-9223372036854775808
+leaf,integer,high,18446744073709551615
+leaf,bytes,raw,0b0a
+attribute,number,ratio,2.50
+table,t
+text:name,boolean:up,number:load
+"a ""b"", c",true,1e3
+"two
+lines",,
+,false,-0
+END

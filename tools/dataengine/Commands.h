@@ -27,6 +27,14 @@ struct DecodeOptions {
 };
 int Decode(const DecodeOptions& options);
 
+struct PackOptions {
+    std::string input;
+    std::string output;
+    std::string offsets;  // a path; not written if empty
+    std::string name;     // of the frame; if empty, the unit of the CSV or the name of the file
+};
+int Pack(const PackOptions& options);
+
 struct RecordOptions {
     std::string device;
     std::string type;

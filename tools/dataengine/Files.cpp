@@ -169,7 +169,8 @@ rapidjson::Document ParseJson(const std::string& path, const std::string& text) 
     return document;
 }
 
-vxJson::Value ParseValue(const std::string& path, const std::string& text) {
+vxJson::Value ReadJson(const std::string& path) {
+    const std::string text = ReadFile(path);
     std::istringstream stream(text);
     vxJson::Value value;
     if (!vxJson::Reader().parse(stream, value, false)) {
@@ -177,10 +178,6 @@ vxJson::Value ParseValue(const std::string& path, const std::string& text) {
         throw Failure(Shown(path) + ": is not JSON");
     }
     return value;
-}
-
-vxJson::Value ReadJson(const std::string& path) {
-    return ParseValue(path, ReadFile(path));
 }
 
 void WriteFiles(const std::vector<FileContent>& files) {

@@ -25,10 +25,8 @@ void CheckPaths(const std::vector<std::string>& inputs, const std::vector<std::s
 /// Returns the bytes of a file smaller than 2 GiB.
 std::string ReadFile(const std::string& path);
 
-/// Parses JSON text of any depth; `path` is for the error message, which names the byte. @{
+/// Parses JSON text of any depth; `path` is for the error message, which names the byte.
 rapidjson::Document ParseJson(const std::string& path, const std::string& text);
-vxJson::Value ParseValue(const std::string& path, const std::string& text);
-/// @}
 
 /// Returns the JSON value that a file holds.
 vxJson::Value ReadJson(const std::string& path);

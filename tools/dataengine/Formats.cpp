@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "tools/dataengine/Csv.h"
 #include "tools/dataengine/Failure.h"
 #include "tools/dataengine/Frame.h"
 
@@ -54,18 +55,10 @@ class Rows {
     rapidjson::SizeType count_ = 0;
 };
 
-std::string CsvCell(const rapidjson::Value& value) {
-    const std::string text = CellText(value);
-    if (value.IsNull() || (!text.empty() && text.find_first_of(",\"\r\n") == text.npos))
-        return text;
-    std::string quoted = "\"";
-    for (const char c : text) quoted.append(c == '"' ? 2 : 1, c);
-    return quoted + "\"";
-}
-
 std::string CsvLine(const std::vector<const rapidjson::Value*>& values) {
     std::string line;
-    for (const rapidjson::Value* value : values) line += CsvCell(*value) + ",";
+    for (const rapidjson::Value* value : values)
+        line += (value->IsNull() ? "" : CsvCell(CellText(*value))) + ",";
     if (!line.empty()) line.pop_back();
     return line + "\n";
 }

@@ -4,6 +4,7 @@
 #include <climits>
 #include <msgpack.hpp>
 #include <optional>
+#include <tuple>
 
 #include "documents/RenderJson.h"
 #include "structure/CDEStructureDataHelper.h"
@@ -64,23 +65,50 @@ std::optional<long long> IntegerOf(const vxJson::Value& value) {
     }
 }
 
-/// Returns the element of `list` at the index of `item`; null if there is none.
-const vxJson::Value& AtIndex(const vxJson::Value& list, const Item& item) {
-    const long long index = IntegerOf((*item.schema)["index"]).value_or(0);
+/// An item that has a value, and where in an array of offsets its offset belongs.
+struct Place {
+    Item item;
+    long long index;
+    std::optional<long long> child;  // the index in the array of a table
+
+    bool operator<(const Place& other) const {
+        return std::tie(index, child) < std::tie(other.index, other.child);
+    }
+};
+
+long long IndexOf(const Item& item) {
+    return IntegerOf((*item.schema)["index"]).value_or(0);
+}
+
+/// Returns the places of a table's columns and attributes, in the order of their index.
+std::vector<Place> PlacesOf(const Item& table) {
+    std::vector<Place> places;
+    for (const char* list : {"column", "attributes"}) {
+        for (const Item& child : ItemsOf((*table.schema)[list], table.path + "."))
+            if (!child.IsTable()) places.push_back({child, IndexOf(table), IndexOf(child)});
+    }
+    std::stable_sort(places.begin(), places.end());
+    return places;
+}
+
+/// Returns the places of all values in the order in which a writer puts the values.
+std::vector<Place> AllPlaces(const Frame& frame) {
+    std::vector<Place> places;
+    for (const Item& item : ItemsOf(frame.schema)) {
+        // A frame without items lists this name, which nothing selects and which has no value.
+        if (item.path == "$" && frame.Payload().empty()) continue;
+        if (!item.IsTable()) {
+            places.push_back({item, IndexOf(item), std::nullopt});
+            continue;
+        }
+        for (Place& place : PlacesOf(item)) places.push_back(std::move(place));
+    }
+    return places;
+}
+
+/// Returns the element of `list` at `index`; null if there is none.
+const vxJson::Value& At(const vxJson::Value& list, long long index) {
     return list[index < list.size() ? static_cast<int>(index) : -1];
-}
-
-void AddOffset(const vxJson::Value& offset, const Item& item, Offsets& offsets) {
-    const auto number = IntegerOf(offset);
-    if (number && *number >= 0 && *number <= INT_MAX)
-        offsets.byItem[item.schema] = static_cast<int>(*number);
-}
-
-std::vector<Item> ChildrenOf(const Item& table) {
-    std::vector<Item> children = ItemsOf((*table.schema)["column"], table.path + ".");
-    for (Item& attribute : ItemsOf((*table.schema)["attributes"], table.path + "."))
-        children.push_back(std::move(attribute));
-    return children;
 }
 
 Offsets ReadOffsets(const Frame& frame, const std::string& path) {
@@ -88,45 +116,29 @@ Offsets ReadOffsets(const Frame& frame, const std::string& path) {
     if (!list.isArray()) throw Failure(Shown(path) + ": is not an array of offsets");
     Offsets offsets;
     offsets.given = true;
-    for (const Item& item : ItemsOf(frame.schema)) {
-        const vxJson::Value& entry = AtIndex(list, item);
-        if (!item.IsTable()) {
-            AddOffset(entry, item, offsets);
-        } else if (entry.isArray()) {
-            for (const Item& child : ChildrenOf(item))
-                AddOffset(AtIndex(entry, child), child, offsets);
-        }
+    for (const Place& place : AllPlaces(frame)) {
+        const vxJson::Value& entry = At(list, place.index);
+        const auto offset = IntegerOf(place.child ? At(entry, *place.child) : entry);
+        if (offset && *offset >= 0 && *offset <= INT_MAX)
+            offsets.byItem[place.item.schema] = static_cast<int>(*offset);
     }
     return offsets;
 }
 
-/// Returns the items that have a value, in the order in which a writer puts the values.
-std::vector<Item> ValuesInOrder(const Frame& frame) {
-    std::vector<Item> values;
-    for (const Item& item : ItemsOf(frame.schema)) {
-        if (!item.IsTable()) {
-            values.push_back(item);
-            continue;
-        }
-        std::vector<Item> children = ChildrenOf(item);
-        std::stable_sort(children.begin(), children.end(), [](const Item& a, const Item& b) {
-            return IntegerOf((*a.schema)["index"]) < IntegerOf((*b.schema)["index"]);
-        });
-        std::copy_if(children.begin(), children.end(), std::back_inserter(values),
-                     [](const Item& child) { return !child.IsTable(); });
-    }
-    return values;
-}
-
 Offsets FindOffsets(const Frame& frame, Complaints& complaints) {
     Offsets offsets;
+    std::map<Place, int> found;  // items with the same index share one value
     const auto header = static_cast<std::size_t>(frame.headerLength);
     std::size_t position = header;
     try {
-        for (const Item& item : ValuesInOrder(frame)) {
-            const std::size_t end = Skip(frame, item.path, position);
-            offsets.byItem[item.schema] = static_cast<int>(position - header);
-            position = end;
+        for (const Place& place : AllPlaces(frame)) {
+            auto value = found.find(place);
+            if (value == found.end()) {
+                const std::size_t end = Skip(frame, place.item.path, position);
+                value = found.emplace(place, static_cast<int>(position - header)).first;
+                position = end;
+            }
+            offsets.byItem[place.item.schema] = value->second;
         }
     } catch (const Failure& failure) {
         complaints.Add(std::string(failure.what()) +
@@ -154,9 +166,7 @@ Frame ReadFrame(const std::string& path) {
 std::vector<Item> ItemsOf(const vxJson::Value& list, const std::string& prefix) {
     std::vector<Item> items;
     if (!list.isArray()) return items;
-    const auto end = list.end();
-    for (auto i = list.begin(); !i.isEqual(end); i.increment()) {
-        const vxJson::Value& item = i.deref();
+    for (const vxJson::Value& item : list) {
         if (item["name"].isString()) items.push_back({&item, prefix + item["name"].asString()});
     }
     return items;

@@ -5,6 +5,7 @@
 #include <exception>
 #include <functional>
 
+#include "contracts/DataEngineVersion.h"
 #include "tools/dataengine/Commands.h"
 #include "tools/dataengine/Failure.h"
 #include "tools/dataengine/Files.h"
@@ -75,6 +76,26 @@ void AddDecode(CLI::App& app, Command& chosen) {
     command.callback([options, &chosen] { chosen.run = [options] { return Decode(*options); }; });
 }
 
+void AddPack(CLI::App& app, Command& chosen) {
+    const auto options = std::make_shared<PackOptions>();
+    CLI::App& command = *app.add_subcommand("pack", "Pack a frame");
+    command
+        .add_option("INPUT", options->input,
+                    "A CSV table, or a JSON document as decode prints it; - for standard input")
+        ->required();
+    command.add_option("-o,--output", options->output, "The frame to write")
+        ->required()
+        ->type_name("FRAME");
+    command.add_option("--offsets", options->offsets, "The file to write the offsets to")
+        ->type_name("FILE");
+    command
+        .add_option("--name", options->name,
+                    "The name of the frame; the unit of the CSV, or the name of INPUT by default")
+        ->type_name("NAME");
+    command.footer("Example: dataengine pack interfaces.csv -o interfaces.frame");
+    command.callback([options, &chosen] { chosen.run = [options] { return Pack(*options); }; });
+}
+
 void AddRecord(CLI::App& app, Command& chosen) {
     const auto options = std::make_shared<RecordOptions>();
     CLI::App& command = *app.add_subcommand("record", "Print what a store receives for a payload");
@@ -127,12 +148,13 @@ std::function<int()> Print(const std::string& text) {
 
 /// Parses the command line into `chosen`. Throws UsageError; the name is then set if it is known.
 void Parse(int argc, char** argv, Command& chosen) {
-    CLI::App app("Looks into packed frames, builds records, and lists the store's vocabulary",
+    CLI::App app("Reads and writes packed frames, builds records, and lists the store's vocabulary",
                  "dataengine");
-    app.set_version_flag("--version", "dataengine " DATAENGINE_TOOL_VERSION);
+    app.set_version_flag("--version", std::string("dataengine ") + DataEngineVersion());
     app.require_subcommand(1);
     AddShow(app, chosen);
     AddDecode(app, chosen);
+    AddPack(app, chosen);
     AddRecord(app, chosen);
     AddNames(app, chosen);
     std::string error;

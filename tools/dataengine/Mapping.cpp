@@ -9,14 +9,13 @@
 namespace tool {
 namespace {
 
-std::map<DDKey, DDKey> FromPairs(const rapidjson::Document& pairs, const std::string& path,
+std::map<DDKey, DDKey> FromPairs(const vxJson::Value& pairs, const std::string& path,
                                  const std::string& parser) {
     std::map<DDKey, DDKey> mapping;
-    for (const auto& pair : pairs.GetObject()) {
-        const std::string wanted(pair.name.GetString(), pair.name.GetStringLength());
-        if (!pair.value.IsString())
+    for (const auto& [wanted, variable] : pairs.members()) {
+        if (!variable.isString())
             throw Failure(Shown(path) + ": " + wanted + ": is not the name of a variable");
-        mapping[DDKey("", wanted)] = DDKey(parser, pair.value.GetString());
+        mapping[DDKey("", wanted)] = DDKey(parser, variable.asString());
     }
     return mapping;
 }
@@ -44,10 +43,9 @@ std::map<DDKey, DDKey> FromDocuments(const vxJson::Value& documents, const std::
 
 std::map<DDKey, DDKey> ReadMapping(const std::string& path, const std::string& parser) {
     if (path.empty()) return {};
-    const std::string text = ReadFile(path);
-    const rapidjson::Document document = ParseJson(path, text);
-    if (document.IsObject()) return FromPairs(document, path, parser);
-    if (document.IsArray()) return FromDocuments(ParseValue(path, text), path);
+    const vxJson::Value value = ReadJson(path);
+    if (value.isObject()) return FromPairs(value, path, parser);
+    if (value.isArray()) return FromDocuments(value, path);
     throw Failure(Shown(path) + ": is neither an object of names nor an array of mappings");
 }
 

@@ -100,8 +100,13 @@ int Record(const RecordOptions& options) {
     CheckPaths({options.file}, {options.output});
     const auto record = MakeRecord(options, ReadFile(options.file));
     std::string output;
-    for (const std::string& view : options.views)
-        output += Format(ViewOf(*record, view), options.format);
+    for (const std::string& view : options.views) {
+        try {
+            output += Format(ViewOf(*record, view), options.format);
+        } catch (const vxJson::Error& error) {
+            throw Failure(Shown(options.file) + ": " + view + " view: " + error.what());
+        }
+    }
     WriteFiles({{options.output, output}});
     return 0;
 }

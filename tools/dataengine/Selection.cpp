@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <map>
 
 #include "tools/dataengine/Files.h"
 
@@ -12,35 +13,53 @@ std::string NameOf(const Item& item) {
     return (*item.schema)["name"].asString();
 }
 
-const Item* Find(const std::vector<Item>& items, const std::string& name) {
+const Item* FindChild(const std::vector<Item>& items, const std::string& name) {
     const auto found = std::find_if(items.begin(), items.end(),
                                     [&](const Item& item) { return NameOf(item) == name; });
     return found == items.end() ? nullptr : &*found;
 }
 
+/// Replaces each item by the first of its name, which is the one that a decoder finds.
+std::vector<Item> Found(std::vector<Item> items) {
+    std::map<std::string, const vxJson::Value*> first;
+    for (Item& item : items) item.schema = first.emplace(item.path, item.schema).first->second;
+    return items;
+}
+
 SelectedItem Whole(const Item& item) {
     const vxJson::Value& schema = *item.schema;
-    return {item, ItemsOf(schema["column"], item.path + "."),
-            ItemsOf(schema["attributes"], item.path + ".")};
+    return {item, Found(ItemsOf(schema["column"], item.path + ".")),
+            Found(ItemsOf(schema["attributes"], item.path + "."))};
+}
+
+/// Removes the '$' with which a name may start in a selection.
+std::string WithoutMark(const std::string& name) {
+    return name.empty() || name.front() != '$' ? name : name.substr(1);
 }
 
 class Selector {
   public:
     Selector(const Frame& frame, Complaints& complaints)
-        : path_(Shown(frame.path)), items_(ItemsOf(frame.schema)), complaints_(complaints) {}
+        : path_(Shown(frame.path)), complaints_(complaints) {
+        for (Item& item : ItemsOf(frame.schema)) items_.emplace(item.path, item);
+    }
 
-    void AddAll() {
-        for (const Item& item : items_) selected_.push_back(Whole(item));
+    /// Adds what a decoder finds for a selection of everything.
+    void AddAll(const vxJson::Value& schema) {
+        for (const Item& item : ItemsOf(schema)) {
+            if (const Item* found = Find(WithoutMark(item.path)))
+                selected_.push_back(Whole(*found));
+        }
     }
 
     /// Adds what a name from the command line names. Returns false if it names nothing.
     bool AddNamed(const std::string& name) {
-        if (const Item* item = Find(items_, name)) {
+        if (const Item* item = Find(name)) {
             selected_.push_back(Whole(*item));
             return true;
         }
         for (std::size_t dot = name.find('.'); dot != name.npos; dot = name.find('.', dot + 1)) {
-            const Item* table = Find(items_, name.substr(0, dot));
+            const Item* table = Find(name.substr(0, dot));
             if (table != nullptr && table->IsTable() && AddChild(*table, name.substr(dot + 1)))
                 return true;
         }
@@ -49,9 +68,9 @@ class Selector {
 
     /// Adds what an entry of a selection in JSON names.
     void AddEntry(const vxJson::Value& entry) {
-        std::string name = entry.isObject() ? entry["table"].asString() : entry.asString();
-        if (!name.empty() && name.front() == '$') name.erase(0, 1);
-        const Item* item = Find(items_, name);
+        const vxJson::Value& text = entry.isObject() ? entry["table"] : entry;
+        const std::string name = WithoutMark(text.asString());
+        const Item* item = Find(name);
         if (item == nullptr) return Complain(name);
         SelectedItem selected = Whole(*item);
         if (entry.isObject() && item->IsTable()) {
@@ -67,11 +86,16 @@ class Selector {
     std::vector<SelectedItem> Take() { return std::move(selected_); }
 
   private:
-    /// Adds a column or an attribute to the selection of its table made last.
+    const Item* Find(const std::string& name) const {
+        const auto found = items_.find(name);
+        return found == items_.end() ? nullptr : &found->second;
+    }
+
+    /// Adds a column or an attribute, to the selection of its table if that was made last.
     bool AddChild(const Item& table, const std::string& name) {
         SelectedItem whole = Whole(table);
-        const Item* column = Find(whole.columns, name);
-        const Item* attribute = column == nullptr ? Find(whole.attributes, name) : nullptr;
+        const Item* column = FindChild(whole.columns, name);
+        const Item* attribute = column == nullptr ? FindChild(whole.attributes, name) : nullptr;
         if (column == nullptr && attribute == nullptr) return false;
         if (selected_.empty() || selected_.back().item.schema != table.schema)
             selected_.push_back({table, {}, {}});
@@ -84,10 +108,9 @@ class Selector {
     void Keep(std::vector<Item>& children, const vxJson::Value& names) {
         if (names.isNull()) return;
         std::vector<Item> kept;
-        const auto end = names.end();
-        for (auto i = names.begin(); !i.isEqual(end); i.increment()) {
-            const std::string name = i.deref().asString();
-            const Item* child = Find(children, name);
+        for (const vxJson::Value& entry : names) {
+            const std::string name = entry.asString();
+            const Item* child = FindChild(children, name);
             if (child == nullptr) {
                 Complain(name);
             } else {
@@ -98,18 +121,17 @@ class Selector {
     }
 
     std::string path_;
-    std::vector<Item> items_;
+    std::map<std::string, Item> items_;  // the first of each name
     Complaints& complaints_;
     std::vector<SelectedItem> selected_;
 };
 
-void AddFile(Selector& selector, const std::string& path) {
+void AddFile(Selector& selector, const Frame& frame, const std::string& path) {
     const vxJson::Value fields = ReadJson(path);
-    if (fields.isNull()) return selector.AddAll();
+    if (fields.isNull()) return selector.AddAll(frame.schema);
     if (!fields.isArray()) throw Failure(Shown(path) + ": is neither an array nor null");
     try {
-        const auto end = fields.end();
-        for (auto i = fields.begin(); !i.isEqual(end); i.increment()) selector.AddEntry(i.deref());
+        for (const vxJson::Value& entry : fields) selector.AddEntry(entry);
     } catch (const vxJson::Error& error) {
         throw Failure(Shown(path) + ": is not a selection (" + error.what() + ")");
     }
@@ -120,12 +142,12 @@ void AddFile(Selector& selector, const std::string& path) {
 std::vector<SelectedItem> Select(const Frame& frame, const std::vector<std::string>& select,
                                  Complaints& complaints) {
     Selector selector(frame, complaints);
-    if (select.empty()) selector.AddAll();
+    if (select.empty()) selector.AddAll(frame.schema);
     for (const std::string& name : select) {
         if (selector.AddNamed(name)) continue;
         const bool file = name == kStandard || std::filesystem::exists(name);
         if (select.size() == 1 && file) {
-            AddFile(selector, name);
+            AddFile(selector, frame, name);
         } else {
             selector.Complain(name);
         }
