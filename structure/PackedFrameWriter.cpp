@@ -33,15 +33,14 @@ using dataengine::ValuePacker;
 using dataengine::WriterError;
 
 constexpr int kFormatVersion = 1;
-constexpr std::size_t kMaxSize = std::numeric_limits<int>::max();
 
-/// Runs `step`. The message of an error gets the name of the part that it concerns.
-template <typename Step>
-void Naming(const char* part, std::string_view name, const Step& step) {
+/// Runs `step`. An error gets `label()` in front of its message.
+template <typename Label, typename Step>
+void Labelled(const Label& label, const Step& step) {
     try {
         step();
     } catch (const WriterError& error) {
-        throw WriterError(std::string(part).append(" \"").append(name) + "\": " + error.what());
+        throw WriterError(label() + ": " + error.what());
     }
 }
 
@@ -50,36 +49,64 @@ void RequireLeafType(int type) {
 }
 
 void RequireSize(std::size_t size) {
+    constexpr std::size_t kMaxSize = std::numeric_limits<int>::max();
     if (size > kMaxSize) throw WriterError("a frame holds up to 2147483647 bytes");
 }
 
-/// Returns the member `key` of an item that the decoder made.
-const rapidjson::Value& MemberOf(const rapidjson::Value& item, const char* key) {
-    const auto member = item.FindMember(key);
-    if (member == item.MemberEnd()) throw WriterError(std::string("has no \"") + key + '"');
-    return member->value;
-}
+/// A member that the decoder gives an item, and the kind that it has; null for any kind.
+struct Member {
+    const char* key;
+    bool (rapidjson::Value::*isOfKind)() const;
+};
+constexpr Member kType = {"type", &rapidjson::Value::IsInt};
+constexpr Member kName = {"name", &rapidjson::Value::IsString};
+constexpr Member kLeaf[] = {kType, kName, {"value", nullptr}};
+constexpr Member kTableChild[] = {kType, kName};
+constexpr Member kTable[] = {kType,
+                             kName,
+                             {"column", &rapidjson::Value::IsArray},
+                             {"hashSort", &rapidjson::Value::IsBool},
+                             {"hashColumns", &rapidjson::Value::IsString},
+                             {"attributes", &rapidjson::Value::IsArray}};
 
-const rapidjson::Value& StringMember(const rapidjson::Value& item, const char* key) {
-    const rapidjson::Value& value = MemberOf(item, key);
-    if (!value.IsString()) throw WriterError(std::string("\"") + key + "\" is not a string");
-    return value;
-}
-
-std::string NameOf(const rapidjson::Value& item) {
+template <std::size_t count>
+void RequireMembers(const rapidjson::Value& item, const Member (&members)[count]) {
     if (!item.IsObject()) throw WriterError("is not an object");
-    const rapidjson::Value& name = StringMember(item, "name");
-    return std::string(name.GetString(), name.GetStringLength());
-}
-
-int TypeOf(const rapidjson::Value& item) {
-    const rapidjson::Value& type = MemberOf(item, "type");
-    if (!type.IsInt()) throw WriterError("\"type\" is not a 32-bit integer");
-    return type.GetInt();
-}
-
-void RequireMembers(const rapidjson::Value& item, rapidjson::SizeType count) {
+    for (const auto& [key, isOfKind] : members) {
+        const auto member = item.FindMember(key);
+        if (member == item.MemberEnd() || (isOfKind != nullptr && !(member->value.*isOfKind)()))
+            throw WriterError(std::string("\"") + key + "\" is missing or of another kind");
+    }
     if (item.MemberCount() != count) throw WriterError("has members that no decoded item has");
+}
+
+const rapidjson::Value* FindMember(const rapidjson::Value& item, const char* key) {
+    if (!item.IsObject()) return nullptr;
+    const auto member = item.FindMember(key);
+    return member == item.MemberEnd() ? nullptr : &member->value;
+}
+
+bool IsTable(const rapidjson::Value& item) {
+    const rapidjson::Value* type = FindMember(item, "type");
+    return type != nullptr && type->IsInt() && type->GetInt() == kTableType;
+}
+
+std::string StringOf(const rapidjson::Value& value) {
+    return std::string(value.GetString(), value.GetStringLength());
+}
+
+/// Runs `step` for each element of a list; an error gets the element's position and name.
+template <typename Step>
+void ForEach(const char* part, const rapidjson::Value& list, const Step& step) {
+    for (rapidjson::SizeType i = 0; i < list.Size(); ++i) {
+        const auto label = [&] {
+            const rapidjson::Value* name = FindMember(list[i], "name");
+            const std::string position = part + (' ' + std::to_string(i));
+            return name == nullptr || !name->IsString() ? position
+                                                        : position + " \"" + StringOf(*name) + '"';
+        };
+        Labelled(label, [&] { step(list[i]); });
+    }
 }
 
 /// Chooses the names by which the elements of one list are found: the first of each name keeps it,
@@ -96,6 +123,13 @@ class ListedNames {
   private:
     std::unordered_set<std::string> taken_;
 };
+
+template <typename List, typename Text>
+std::string JsonArray(const List& list, const Text& textOf) {
+    std::string text;
+    for (const auto& element : list) text.append(text.empty() ? "[" : ",").append(textOf(element));
+    return text.empty() ? "[]" : text + ']';
+}
 
 bool StartsWithMark(const std::string& name) {
     return !name.empty() && name.front() == '$';
@@ -170,13 +204,7 @@ void PackedFrameWriter::AddAttribute(const std::string& name, int type,
 void PackedFrameWriter::AddItems(const rapidjson::Value& document) {
     AddOrRestore("document of unit", name_, [&] {
         if (!document.IsArray()) throw WriterError("is not an array");
-        for (rapidjson::SizeType i = 0; i < document.Size(); ++i) {
-            try {
-                AddDocumentItem(document[i]);
-            } catch (const WriterError& error) {
-                throw WriterError("item " + std::to_string(i) + ": " + error.what());
-            }
-        }
+        ForEach("item", document, [this](const rapidjson::Value& item) { AddDocumentItem(item); });
         holdsDocument_ = true;
     });
 }
@@ -190,24 +218,12 @@ int PackedFrameWriter::HeaderLength() const {
 }
 
 vxJson::Value PackedFrameWriter::Offsets() const {
-    std::string text = "[";
-    const auto separate = [&] {
-        if (text.back() != '[') text += ',';
-    };
-    for (const Item& item : items_) {
-        separate();
-        if (item.type != kTableType) {
-            text += std::to_string(item.offset);
-            continue;
-        }
-        text += '[';
-        for (const Child& child : item.children) {
-            separate();
-            text += std::to_string(child.offset);
-        }
-        text += ']';
-    }
-    std::istringstream stream(text + ']');
+    const std::string text = JsonArray(items_, [](const Item& item) {
+        if (item.type != kTableType) return std::to_string(item.offset);
+        return JsonArray(item.children,
+                         [](const Child& child) { return std::to_string(child.offset); });
+    });
+    std::istringstream stream(text);
     vxJson::Value offsets = dataengine::NullValue();
     vxJson::Reader().parse(stream, offsets, true);
     return offsets;
@@ -221,7 +237,7 @@ void PackedFrameWriter::AddOrRestore(const char* part, const std::string& name, 
     const std::size_t children = lastTable == kNoTable ? 0 : items_[lastTable].children.size();
     const std::size_t bytes = payload_.size();
     try {
-        Naming(part, name, add);
+        Labelled([&] { return part + (" \"" + name) + '"'; }, add);
     } catch (...) {
         items_.erase(items_.begin() + static_cast<std::ptrdiff_t>(items), items_.end());
         lastTable_ = lastTable;
@@ -257,44 +273,29 @@ void PackedFrameWriter::Pack(const Value& value) {
 }
 
 void PackedFrameWriter::AddDocumentItem(const rapidjson::Value& item) {
-    const std::string name = NameOf(item);
-    const int type = TypeOf(item);
-    if (type == kTableType) {
-        Naming("table", name, [&] { AddDocumentTable(name, item); });
-        return;
-    }
-    Naming("leaf", name, [&] {
-        RequireMembers(item, 3);
-        AddItem(name, type);
-        Pack(MemberOf(item, "value"));
-    });
+    if (IsTable(item)) return AddDocumentTable(item);
+    RequireMembers(item, kLeaf);
+    AddItem(StringOf(item["name"]), item["type"].GetInt());
+    Pack(item["value"]);
 }
 
-void PackedFrameWriter::AddDocumentTable(const std::string& name, const rapidjson::Value& table) {
-    RequireMembers(table, 6);
-    const rapidjson::Value& hashSort = MemberOf(table, "hashSort");
-    if (!hashSort.IsBool()) throw WriterError("\"hashSort\" is not a boolean");
+void PackedFrameWriter::AddDocumentTable(const rapidjson::Value& table) {
+    RequireMembers(table, kTable);
     std::string hashColumns;
-    if (!ValuePacker(hashColumns).JsonText(StringMember(table, "hashColumns").GetString()))
+    if (!ValuePacker(hashColumns).JsonText(table["hashColumns"].GetString()))
         throw WriterError("\"hashColumns\" is not JSON");
-    AddTableItem(name, hashSort.GetBool(), hashColumns);
-    AddDocumentChildren(false, MemberOf(table, "column"));
-    AddDocumentChildren(true, MemberOf(table, "attributes"));
+    AddTableItem(StringOf(table["name"]), table["hashSort"].GetBool(), hashColumns);
+    AddDocumentChildren(false, table["column"]);
+    AddDocumentChildren(true, table["attributes"]);
 }
 
 void PackedFrameWriter::AddDocumentChildren(bool isAttribute, const rapidjson::Value& children) {
-    const char* part = isAttribute ? "attribute" : "column";
-    if (!children.IsArray()) throw WriterError(std::string(part) + " list is not an array");
-    for (const rapidjson::Value& child : children.GetArray()) {
-        const std::string name = NameOf(child);
-        Naming(part, name, [&] {
-            const int type = TypeOf(child);
-            const bool hasValue = type != kTableType;  // tables do not nest
-            RequireMembers(child, hasValue ? 3 : 2);
-            AddChild(isAttribute, name, type);
-            if (hasValue) Pack(MemberOf(child, "value"));
-        });
-    }
+    ForEach(isAttribute ? "attribute" : "column", children, [&](const rapidjson::Value& child) {
+        const bool hasValue = !IsTable(child);  // tables do not nest
+        hasValue ? RequireMembers(child, kLeaf) : RequireMembers(child, kTableChild);
+        AddChild(isAttribute, StringOf(child["name"]), child["type"].GetInt());
+        if (hasValue) Pack(child["value"]);
+    });
 }
 
 std::string PackedFrameWriter::Header() const {

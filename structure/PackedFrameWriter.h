@@ -115,7 +115,7 @@ class PackedFrameWriter {
     template <typename Value>
     void Pack(const Value& value);
     void AddDocumentItem(const rapidjson::Value& item);
-    void AddDocumentTable(const std::string& name, const rapidjson::Value& table);
+    void AddDocumentTable(const rapidjson::Value& table);
     void AddDocumentChildren(bool isAttribute, const rapidjson::Value& children);
 
     std::string Header() const;

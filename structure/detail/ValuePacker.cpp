@@ -54,27 +54,22 @@ struct Range {
     const rapidjson::Value* end;
 };
 
-/// A container that is being packed, and what it prints as.
-struct OpenValue {
-    const vxJson::Value* value;
-    const rapidjson::Value* printed;
-    rapidjson::SizeType next;
-};
+std::uint32_t SizeOf(std::string_view bytes) {
+    const auto size = static_cast<std::uint32_t>(bytes.size());
+    if (size != bytes.size()) throw WriterError("a string of 4 GiB or more has no packed form");
+    return size;
+}
 
 }  // namespace
 
 void ValuePacker::Str(std::string_view bytes) {
-    const auto size = static_cast<std::uint32_t>(bytes.size());
-    if (size != bytes.size()) throw WriterError("a string of 4 GiB or more has no packed form");
-    packer_.pack_str(size);
-    packer_.pack_str_body(bytes.data(), size);
+    packer_.pack_str(SizeOf(bytes));
+    packer_.pack_str_body(bytes.data(), SizeOf(bytes));
 }
 
 void ValuePacker::Bin(std::string_view bytes) {
-    const auto size = static_cast<std::uint32_t>(bytes.size());
-    if (size != bytes.size()) throw WriterError("a binary of 4 GiB or more has no packed form");
-    packer_.pack_bin(size);
-    packer_.pack_bin_body(bytes.data(), size);
+    packer_.pack_bin(SizeOf(bytes));
+    packer_.pack_bin_body(bytes.data(), SizeOf(bytes));
 }
 
 /// The packer of msgpack-c would turn whole doubles into integers.
@@ -133,51 +128,50 @@ void ValuePacker::Value(const rapidjson::Value& root) {
 }
 
 /// The value prints itself as text, whose parsed form supplies what the value itself cannot be
-/// asked for: the keys of objects, and which scalar kind it holds. Strings, binaries and the
-/// containers themselves are taken from the value, so an object that looks like a printed binary
-/// stays an object.
+/// asked for: the keys of objects, and which scalar kind it holds. Strings, binaries and containers
+/// are taken from the value, so an object that looks like a printed binary stays an object.
 void ValuePacker::Value(const vxJson::Value& root) {
     JsonPool pool;
-    rapidjson::Value printedRoot;
-    if (!ParseExactly(root.toString(false).c_str(), printedRoot, pool))
-        throw WriterError("the value does not print as JSON");
+    rapidjson::Value printed;
+    if (!ParseExactly(root.toString(false).c_str(), printed, pool))
+        throw WriterError("does not print as JSON");
 
-    std::vector<OpenValue> open;
-    const auto pack = [&](const vxJson::Value& value, const rapidjson::Value& printed) {
-        if (value.isArray() && printed.IsArray() && printed.Size() == value.size()) {
-            Array(printed.Size());
-            open.push_back({&value, &printed, 0});
-        } else if (value.isObject() && printed.IsObject()) {
-            Map(printed.MemberCount());
-            open.push_back({&value, &printed, 0});
-        } else if (value.isString()) {
-            Str(value.asString());
-        } else if (printed.IsObject() && printed.HasMember("$date")) {
-            throw WriterError("a time has no packed form");
-        } else if (printed.IsObject() || printed.IsString()) {
-            Bin(value.asBinary());
-        } else {
-            Scalar(printed);
-        }
-    };
-    pack(root, printedRoot);
+    std::vector<PrintedContainer> open;
+    Node(root, printed, open);
     while (!open.empty()) {
-        OpenValue& top = open.back();
-        const rapidjson::SizeType position = top.next++;
-        if (top.printed->IsArray()) {
-            if (position == top.printed->Size()) {
-                open.pop_back();
-            } else {
-                pack((*top.value)[static_cast<int>(position)], (*top.printed)[position]);
-            }
-        } else if (position == top.printed->MemberCount()) {
+        PrintedContainer& top = open.back();
+        if (top.position == top.count) {
             open.pop_back();
-        } else {
-            const auto member = top.printed->MemberBegin() + position;
-            const std::string key(member->name.GetString(), member->name.GetStringLength());
-            Str(key);
-            pack((*top.value)[key], member->value);
+            continue;
         }
+        const rapidjson::SizeType position = top.position++;
+        if (top.printed.IsArray()) {
+            Node(top.value[static_cast<int>(position)], top.printed[position], open);
+        } else {
+            const auto& [name, value] = top.printed.MemberBegin()[position];
+            const std::string key(name.GetString(), name.GetStringLength());
+            Str(key);
+            Node(top.value[key], value, open);
+        }
+    }
+}
+
+void ValuePacker::Node(const vxJson::Value& value, const rapidjson::Value& printed,
+                       std::vector<PrintedContainer>& open) {
+    if (value.isArray() && printed.IsArray() && printed.Size() == value.size()) {
+        Array(printed.Size());
+        open.push_back({value, printed, printed.Size()});
+    } else if (value.isObject() && printed.IsObject()) {
+        Map(printed.MemberCount());
+        open.push_back({value, printed, printed.MemberCount()});
+    } else if (value.isString()) {
+        Str(value.asString());
+    } else if (printed.IsObject() && printed.HasMember("$date")) {
+        throw WriterError("a time has no packed form");
+    } else if (printed.IsObject() || printed.IsString()) {
+        Bin(value.asBinary());
+    } else {
+        Scalar(printed);
     }
 }
 

@@ -58,6 +58,16 @@ class ValuePacker {
         void write(const char* data, std::size_t size) { bytes.append(data, size); }
     };
 
+    /// An array or object that is being packed, and the same value as it prints.
+    struct PrintedContainer {
+        const vxJson::Value& value;
+        const rapidjson::Value& printed;
+        rapidjson::SizeType count;
+        rapidjson::SizeType position = 0;  // of the next element or member
+    };
+
+    void Node(const vxJson::Value& value, const rapidjson::Value& printed,
+              std::vector<PrintedContainer>& open);
     void Scalar(const rapidjson::Value& value);
     void Double(double value);
     void Bin(std::string_view bytes);
