@@ -2,15 +2,17 @@
 
 #include <array>
 #include <cstdint>
-#include <msgpack.hpp>
 #include <random>
+
+#include "structure/CDEStructureDataHelper.h"
+#include "structure/PackedFrameWriter.h"
 
 namespace {
 
-/// Packs values that look like a device's.
-class Packer {
+/// Random values like those that a device reports.
+class Random {
   public:
-    explicit Packer(std::uint64_t seed) : engine_(seed), packer_(buffer_) {}
+    explicit Random(std::uint64_t seed) : engine_(seed) {}
 
     std::uint64_t Below(std::uint64_t bound) { return engine_() % bound; }
     std::string Number(std::uint64_t bound) { return std::to_string(Below(bound)); }
@@ -30,58 +32,53 @@ class Packer {
     }
     double Rate() { return static_cast<double>(Below(std::uint64_t{1} << 53)) / 9e13; }
     std::uint64_t Counter() { return engine_() >> Below(60); }
-
-    void Text(const std::string& text) { packer_.pack(text); }
-    void Unsigned(std::uint64_t number) { packer_.pack(number); }
-    void Signed(std::int64_t number) { packer_.pack(number); }
-    void Float(double number) { packer_.pack(number); }
-    void Flag(bool flag) { packer_.pack(flag); }
-    void Nil() { packer_.pack_nil(); }
-    void Array(std::uint32_t count) { packer_.pack_array(count); }
-    void Map(std::uint32_t count) { packer_.pack_map(count); }
-
-    std::size_t Size() const { return buffer_.size(); }
-    std::string Bytes() const { return std::string(buffer_.data(), buffer_.size()); }
+    std::int64_t Negative(std::uint64_t bound) { return -static_cast<std::int64_t>(Below(bound)); }
+    bool Flag() { return Below(2) == 0; }
 
   private:
     std::mt19937_64 engine_;
-    msgpack::sbuffer buffer_;
-    msgpack::packer<msgpack::sbuffer> packer_;
 };
 
-vxJson::Value Item(const std::string& name, int type, int index) {
-    vxJson::Value item;
-    item["name"] = name;
-    item["type"] = type;
-    item["index"] = index;
-    return item;
+/// Adds the byte offsets of all values, in order.
+void AddOffsets(const vxJson::Value& offsets, std::vector<std::size_t>& values) {
+    for (int i = 0; i < static_cast<int>(offsets.size()); ++i) {
+        if (offsets[i].isArray())
+            AddOffsets(offsets[i], values);
+        else
+            values.push_back(static_cast<std::size_t>(offsets[i].asInt()));
+    }
 }
 
-/// Tells a unit that its next value begins where `packer` stands.
-void BeginLeaf(Unit& unit, const Packer& packer, const std::string& name) {
-    unit.schema.append(Item(name, 1, static_cast<int>(unit.values.size())));
-    unit.offsets.append(vxJson::Value(static_cast<int>(packer.Size())));
-    unit.values.push_back(packer.Size());
+Unit UnitOf(const PackedFrameWriter& writer) {
+    Unit unit;
+    std::string name;
+    int header = 0;
+    const std::string frame = writer.Frame();
+    CDEStructureDataHelper::GetBinaryDataInfo(frame, name, unit.schema, header);
+    unit.payload = frame.substr(static_cast<std::size_t>(header));
+    unit.offsets = writer.Offsets();
+    AddOffsets(unit.offsets, unit.values);
+    return unit;
 }
 
-void PackScalar(Packer& packer, int kind) {
+vxJson::Value Scalar(Random& random, int kind) {
     switch (kind % 8) {
         case 0:
-            return packer.Text("core-router-" + packer.Number(1000));
+            return "core-router-" + random.Number(1000);
         case 1:
-            return packer.Text(packer.Address());
+            return random.Address();
         case 2:
-            return packer.Unsigned(packer.Counter());
+            return random.Counter();
         case 3:
-            return packer.Float(packer.Rate());
+            return random.Rate();
         case 4:
-            return packer.Flag(packer.Below(2) == 0);
+            return random.Flag();
         case 5:
-            return packer.Unsigned(packer.Below(9000));
+            return random.Below(9000);
         case 6:
-            return packer.Text("IOS-XE Software, Version 17." + packer.Number(13));
+            return "IOS-XE Software, Version 17." + random.Number(13);
         default:
-            return packer.Signed(-static_cast<std::int64_t>(packer.Below(120)));
+            return random.Negative(120);
     }
 }
 
@@ -90,133 +87,101 @@ constexpr std::array kInterfaceColumns = {
     "mtu",       "speed",   "duplex",  "vlan",        "inOctets",   "outOctets", "inErrors",
     "outErrors", "inRate",  "outRate", "utilisation", "lastChange", "isTrunk"};
 
-void PackInterfaceCell(Packer& packer, std::size_t column, int row) {
+vxJson::Value InterfaceCell(Random& random, std::size_t column, int row) {
     switch (column) {
         case 0:
-            return packer.Text("GigabitEthernet1/0/" + std::to_string(row));
+            return "GigabitEthernet1/0/" + std::to_string(row);
         case 1:
-            return packer.Text("uplink to access-switch-" + packer.Number(400));
+            return "uplink to access-switch-" + random.Number(400);
         case 2:
-            return packer.Unsigned(static_cast<std::uint64_t>(row) + 10100);
+            return row + 10100;
         case 3:
         case 4:
-            return packer.Text(packer.Below(5) == 0 ? "down" : "up");
+            return random.Below(5) == 0 ? "down" : "up";
         case 5:
-            return packer.Text(packer.Address());
+            return random.Address();
         case 6:
-            return packer.Text(packer.Mac());
+            return random.Mac();
         case 7:
-            return packer.Unsigned(1500);
+            return 1500;
         case 8:
-            return packer.Unsigned(1000000000);
+            return 1000000000;
         case 9:
-            return packer.Text("full");
+            return "full";
         case 10:
-            return packer.Unsigned(packer.Below(4094));
+            return random.Below(4094);
         case 11:
         case 12:
-            return packer.Unsigned(packer.Counter());
+            return random.Counter();
         case 13:
         case 14:
-            return packer.Unsigned(packer.Below(20));
+            return random.Below(20);
         case 15:
         case 16:
         case 17:
-            return packer.Float(packer.Rate());
+            return random.Rate();
         case 18:
-            return packer.Unsigned(1600000000000 + packer.Below(100000000000));
+            return 1600000000000 + random.Below(100000000000);
         default:
-            return packer.Flag(packer.Below(2) == 0);
+            return random.Flag();
     }
 }
 
-template <typename PackElement>
-Unit OneArray(std::uint64_t seed, const std::string& name, int count,
-              const PackElement& packElement) {
-    Unit unit;
-    Packer packer(seed);
-    BeginLeaf(unit, packer, name);
-    packer.Array(static_cast<std::uint32_t>(count));
-    for (int i = 0; i < count; ++i) packElement(packer);
-    unit.payload = packer.Bytes();
-    return unit;
-}
-
-void PackRoute(Packer& packer) {
+vxJson::Value Route(Random& random) {
     constexpr const char* kProtocols[] = {"bgp", "ospf", "static", "connected"};
-    packer.Map(7);
-    packer.Text("prefix");
-    packer.Text(packer.Address() + "/24");
-    packer.Text("nextHop");
-    packer.Text(packer.Address());
-    packer.Text("protocol");
-    packer.Text(kProtocols[packer.Below(4)]);
-    packer.Text("metric");
-    packer.Unsigned(packer.Below(70000));
-    packer.Text("interface");
-    packer.Text("GigabitEthernet1/0/" + packer.Number(48));
-    packer.Text("load");
-    packer.Float(packer.Rate());
-    packer.Text("tag");
-    if (packer.Below(3) == 0)
-        packer.Unsigned(packer.Below(200));
-    else
-        packer.Nil();
+    vxJson::Value route;
+    route["prefix"] = random.Address() + "/24";
+    route["nextHop"] = random.Address();
+    route["protocol"] = kProtocols[random.Below(4)];
+    route["metric"] = random.Below(70000);
+    route["interface"] = "GigabitEthernet1/0/" + random.Number(48);
+    route["load"] = random.Rate();
+    route["tag"];
+    if (random.Below(3) == 0) route["tag"] = random.Below(200);
+    return route;
 }
 
-void PackSchemaItem(Packer& packer, const std::string& name, int type, int index,
-                    std::uint32_t more) {
-    packer.Map(3 + more);
-    packer.Text("name");
-    packer.Text(name);
-    packer.Text("type");
-    packer.Signed(type);
-    packer.Text("index");
-    packer.Signed(index);
+/// A unit of one leaf, an array of `count` elements.
+template <typename Element>
+Unit OneArray(std::uint64_t seed, const std::string& name, int count, const Element& element) {
+    Random random(seed);
+    vxJson::Value array;
+    for (int i = 0; i < count; ++i) array.append(vxJson::Value(element(random)));
+    PackedFrameWriter writer(name);
+    writer.AddLeaf(name, 1, array);
+    return UnitOf(writer);
 }
 
 }  // namespace
 
 Unit ScalarLeaves(int count) {
-    Unit unit;
-    Packer packer(1);
-    for (int i = 0; i < count; ++i) {
-        BeginLeaf(unit, packer, "variable" + std::to_string(i));
-        PackScalar(packer, i);
-    }
-    unit.payload = packer.Bytes();
-    return unit;
+    Random random(1);
+    PackedFrameWriter writer("scalars");
+    for (int i = 0; i < count; ++i)
+        writer.AddLeaf("variable" + std::to_string(i), 1, Scalar(random, i));
+    return UnitOf(writer);
 }
 
 Unit InterfaceTable(int rows) {
-    Unit unit;
-    Packer packer(2);
-    vxJson::Value columns, inner;
+    Random random(2);
+    PackedFrameWriter writer("interfaces");
+    writer.AddTable("ifTable", false, {});
     for (std::size_t column = 0; column < kInterfaceColumns.size(); ++column) {
-        columns.append(Item(kInterfaceColumns[column], 1, static_cast<int>(column)));
-        inner.append(vxJson::Value(static_cast<int>(packer.Size())));
-        unit.values.push_back(packer.Size());
-        packer.Array(static_cast<std::uint32_t>(rows));
-        for (int row = 0; row < rows; ++row) PackInterfaceCell(packer, column, row);
+        vxJson::Value cells;
+        for (int row = 0; row < rows; ++row) cells.append(InterfaceCell(random, column, row));
+        writer.AddColumn(kInterfaceColumns[column], 1, cells);
     }
-    vxJson::Value table = Item("ifTable", 11, 0);
-    table["column"] = columns;
-    unit.schema.append(table);
-    unit.offsets.append(inner);
-    unit.payload = packer.Bytes();
-    return unit;
+    return UnitOf(writer);
 }
 
 Unit RouteTable(int routes) {
-    return OneArray(3, "routes", routes, PackRoute);
+    return OneArray(3, "routes", routes, Route);
 }
 
 Unit Integers(int count) {
-    return OneArray(4, "counters", count, [](Packer& packer) {
-        if (packer.Below(8) == 0)
-            packer.Signed(-static_cast<std::int64_t>(packer.Below(100000)));
-        else
-            packer.Unsigned(packer.Counter());
+    return OneArray(4, "counters", count, [](Random& random) -> vxJson::Value {
+        if (random.Below(8) == 0) return random.Negative(100000);
+        return random.Counter();
     });
 }
 
@@ -227,26 +192,20 @@ Unit Integers32(int count) {
 }
 
 Unit Floats(int count) {
-    return OneArray(5, "rates", count, [](Packer& packer) {
+    return OneArray(5, "rates", count, [](Random& random) {
         // Every fourth is a reading that had few decimals to begin with.
-        if (packer.Below(4) == 0)
-            packer.Float(static_cast<double>(packer.Below(10000)) / 10);
-        else
-            packer.Float(packer.Rate());
+        return random.Below(4) == 0 ? static_cast<double>(random.Below(10000)) / 10 : random.Rate();
     });
 }
 
 Unit ConfigurationLeaf(std::size_t bytes) {
-    Unit unit;
-    Packer packer(6);
-    BeginLeaf(unit, packer, "runningConfig");
-    packer.Text(ConfigurationText(bytes));
-    unit.payload = packer.Bytes();
-    return unit;
+    PackedFrameWriter writer("configuration");
+    writer.AddLeaf("runningConfig", 1, ConfigurationText(bytes));
+    return UnitOf(writer);
 }
 
 std::string ConfigurationText(std::size_t bytes) {
-    Packer random(7);
+    Random random(7);
     std::string text;
     while (text.size() < bytes) {
         text += "interface GigabitEthernet1/0/" + random.Number(48) + "\n";
@@ -260,29 +219,19 @@ std::string ConfigurationText(std::size_t bytes) {
 
 std::string HeaderOf40Items() {
     constexpr int kLeaves = 32, kTables = 8, kColumns = 10;
-    Packer packer(8);
-    packer.Signed(1);
-    packer.Text("device overview");
-    packer.Array(kLeaves + kTables);
+    PackedFrameWriter writer("device overview");
     for (int i = 0; i < kLeaves; ++i)
-        PackSchemaItem(packer, "variable" + std::to_string(i), 1 + i % 4, i, 0);
+        writer.AddLeaf("variable" + std::to_string(i), 1 + i % 4, vxJson::Value());
     for (int i = 0; i < kTables; ++i) {
-        PackSchemaItem(packer, "table" + std::to_string(i), 11, kLeaves + i, 3);
-        packer.Text("hashSort");
-        packer.Flag(true);
-        packer.Text("hashColumns");
-        packer.Array(1);
-        packer.Text("column0");
-        packer.Text("column");
-        packer.Array(kColumns);
+        writer.AddTable("table" + std::to_string(i), true, {"column0"});
         for (int column = 0; column < kColumns; ++column)
-            PackSchemaItem(packer, "column" + std::to_string(column), 1, column, 0);
+            writer.AddColumn("column" + std::to_string(column), 1, vxJson::Value());
     }
-    return packer.Bytes();
+    return writer.Frame().substr(0, static_cast<std::size_t>(writer.HeaderLength()));
 }
 
 std::string InterfacesJson(std::size_t bytes) {
-    Packer random(9);
+    Random random(9);
     std::string text = "[";
     for (int row = 0; text.size() < bytes; ++row) {
         if (row > 0) text += ",";

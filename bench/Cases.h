@@ -5,6 +5,7 @@
 void RegisterDecoding();
 void RegisterHeaders();
 void RegisterJson();
+void RegisterPacking();
 void RegisterRecords();
 void RegisterRenaming();
 void RegisterSelection();

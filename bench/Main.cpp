@@ -23,6 +23,7 @@ int main(int argc, char** argv) {
     RegisterDecoding();
     RegisterHeaders();
     RegisterJson();
+    RegisterPacking();
     RegisterRecords();
     RegisterRenaming();
     RegisterSelection();

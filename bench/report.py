@@ -87,6 +87,8 @@ def wanted_rows(run):
               run.time("select_all/of100000") / run.time("select_all/of1000") / 100, False)
     yield Row("renaming 1,000 columns by 10,000 entries", "plain way", 5,
               run.speedup("rename", "plain"), True)
+    yield Row("time to pack the interface table as a document", "msgpack::packer by hand", 2,
+              run.time("pack_interfaces/library") / run.time("pack_interfaces/packer"), False)
     for operation in JSON_OPERATIONS:
         yield Row(f"JSON value, {operation} of 1 MB", "nlohmann", 1.2,
                   run.speedup(f"json_{operation}", "nlohmann"), True)

@@ -135,6 +135,17 @@ bool StartsWithMark(const std::string& name) {
     return !name.empty() && name.front() == '$';
 }
 
+/// Returns what `pack` packs.
+template <typename Pack>
+std::string PackedWith(const Pack& pack) {
+    std::string bytes;
+    {
+        ValuePacker packer(bytes);
+        pack(packer);
+    }
+    return bytes;
+}
+
 /// Packs the members that all items have; those of a table are `more`.
 void PackItemStart(ValuePacker& packer, const std::string& name, int type, std::size_t index,
                    std::size_t more = 0) {
@@ -174,11 +185,10 @@ void PackedFrameWriter::AddLeaf(const std::string& name, int type, const vxJson:
 void PackedFrameWriter::AddTable(const std::string& name, bool hashSort,
                                  const std::vector<std::string>& hashColumns) {
     AddOrRestore("table", name, [&] {
-        std::string packed;
-        ValuePacker packer(packed);
-        packer.Array(hashColumns.size());
-        for (const std::string& column : hashColumns) packer.Str(column);
-        AddTableItem(name, hashSort, packed);
+        AddTableItem(name, hashSort, PackedWith([&](ValuePacker& packer) {
+                         packer.Array(hashColumns.size());
+                         for (const std::string& column : hashColumns) packer.Str(column);
+                     }));
     });
 }
 
@@ -299,24 +309,22 @@ void PackedFrameWriter::AddDocumentChildren(bool isAttribute, const rapidjson::V
 }
 
 std::string PackedFrameWriter::Header() const {
-    std::string header;
-    ValuePacker packer(header);
-    packer.Integer(kFormatVersion);
-    packer.Str(name_);
-
-    if (items_.empty() && holdsDocument_) {
-        // Decodes to an empty document; an empty schema would not decode. Readers strip the '$' and
-        // find no item of that name.
-        packer.Array(1);
-        PackItemStart(packer, "$", 0, 0);
-    } else {
+    const std::string header = PackedWith([this](ValuePacker& packer) {
+        packer.Integer(kFormatVersion);
+        packer.Str(name_);
         PackItems(packer);
-    }
+    });
     RequireSize(header.size());
     return header;
 }
 
 void PackedFrameWriter::PackItems(ValuePacker& packer) const {
+    if (items_.empty() && holdsDocument_) {
+        // Decodes to an empty document; an empty schema would not decode. Readers strip the '$' and
+        // find no item of that name.
+        packer.Array(1);
+        return PackItemStart(packer, "$", 0, 0);
+    }
     packer.Array(items_.size() + static_cast<std::size_t>(std::count_if(
                                      items_.begin(), items_.end(),
                                      [](const Item& item) { return StartsWithMark(item.name); })));

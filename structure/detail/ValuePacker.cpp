@@ -1,8 +1,8 @@
 #include "structure/detail/ValuePacker.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <cstring>
 #include <limits>
 
 #include "documents/ParseJson.h"
@@ -47,84 +47,87 @@ double DecodingTo(double wanted) {
     return wanted;
 }
 
-/// The values of a container that are not yet packed. The members of an object are consecutive
-/// pairs of name and value.
-struct Range {
-    const rapidjson::Value* next;
-    const rapidjson::Value* end;
-};
-
-std::uint32_t SizeOf(std::string_view bytes) {
-    const auto size = static_cast<std::uint32_t>(bytes.size());
-    if (size != bytes.size()) throw WriterError("a string of 4 GiB or more has no packed form");
-    return size;
-}
-
 }  // namespace
 
-void ValuePacker::Str(std::string_view bytes) {
-    packer_.pack_str(SizeOf(bytes));
-    packer_.pack_str_body(bytes.data(), SizeOf(bytes));
+void ValuePacker::Grow(std::size_t count) {
+    constexpr std::size_t kStep = 512;
+    const std::size_t size = Size();
+    bytes_.resize(size + count + kStep);
+    next_ = bytes_.data() + size;
+    end_ = bytes_.data() + bytes_.size();
+}
+
+void ValuePacker::Integer(std::int64_t number) {
+    if (number >= 0) return Unsigned(static_cast<std::uint64_t>(number));
+    const auto bits = static_cast<std::uint64_t>(number);
+    if (number >= -0x20) return Byte(static_cast<unsigned char>(bits));
+    const unsigned width = WidthOf(~bits << 1);  // the sign takes a bit
+    Number(0xd0 + width, width, bits);
+}
+
+void ValuePacker::Double(double value) {
+    if (!std::isfinite(value)) return Nil();
+    std::uint64_t bits;
+    std::memcpy(&bits, &value, sizeof bits);
+    Number(0xcb, 3, bits);
 }
 
 void ValuePacker::Bin(std::string_view bytes) {
-    packer_.pack_bin(SizeOf(bytes));
-    packer_.pack_bin_body(bytes.data(), SizeOf(bytes));
-}
-
-/// The packer of msgpack-c would turn whole doubles into integers.
-void ValuePacker::Double(double value) {
-    if (!std::isfinite(value)) {
-        packer_.pack_nil();
-        return;
-    }
-    std::uint64_t bits;
-    std::memcpy(&bits, &value, sizeof bits);
-    char packed[9] = {'\xcb'};
-    for (int i = 8; i > 0; --i, bits >>= 8) packed[i] = static_cast<char>(bits);
-    output_.write(packed, sizeof packed);
+    Length(0, 0, 0xc4, 0, bytes.size());
+    Packed(bytes);
 }
 
 void ValuePacker::Scalar(const rapidjson::Value& value) {
-    if (value.IsString()) {
-        Str({value.GetString(), value.GetStringLength()});
-    } else if (value.IsUint64()) {
-        packer_.pack_uint64(value.GetUint64());
-    } else if (value.IsInt64()) {
-        packer_.pack_int64(value.GetInt64());
-    } else if (value.IsDouble()) {
-        Double(value.GetDouble());
-    } else if (value.IsBool()) {
-        Bool(value.GetBool());
-    } else {
-        packer_.pack_nil();
+    switch (value.GetType()) {
+        case rapidjson::kStringType:
+            return Str({value.GetString(), value.GetStringLength()});
+        case rapidjson::kNumberType:
+            if (value.IsUint64())
+                Unsigned(value.GetUint64());
+            else if (value.IsInt64())
+                Integer(value.GetInt64());
+            else
+                Double(value.GetDouble());
+            return;
+        case rapidjson::kNullType:
+            return Nil();
+        default:
+            return Bool(value.GetBool());
     }
 }
 
 void ValuePacker::Value(const rapidjson::Value& root) {
-    std::vector<Range> open = {{&root, &root + 1}};
-    while (!open.empty()) {
-        Range& top = open.back();
-        if (top.next == top.end) {
-            open.pop_back();
-            continue;
+    std::vector<Range> around;
+    Range range = {&root, &root + 1};
+    for (;;) {
+        while (range.next != range.end) {
+            const rapidjson::Value& value = *range.next++;
+            if (value.IsDouble()) {
+                Double(DecodingTo(value.GetDouble()));
+            } else if (!value.IsArray() && !value.IsObject()) {
+                Scalar(value);
+            } else {
+                around.push_back(range);
+                range = value.IsArray() ? BeginArray(value) : BeginObject(value);
+            }
         }
-        const rapidjson::Value& value = *top.next++;
-        if (value.IsArray()) {
-            Array(value.Size());
-            open.push_back({value.Begin(), value.End()});
-        } else if (value.IsObject()) {
-            const rapidjson::SizeType count = value.MemberCount();
-            Map(count);
-            if (count == 0) continue;
-            const rapidjson::Value* first = &value.MemberBegin()->name;
-            open.push_back({first, first + 2 * std::size_t{count}});
-        } else if (value.IsDouble()) {
-            Double(DecodingTo(value.GetDouble()));
-        } else {
-            Scalar(value);
-        }
+        if (around.empty()) return;
+        range = around.back();
+        around.pop_back();
     }
+}
+
+ValuePacker::Range ValuePacker::BeginArray(const rapidjson::Value& array) {
+    Array(array.Size());
+    return {array.Begin(), array.End()};
+}
+
+ValuePacker::Range ValuePacker::BeginObject(const rapidjson::Value& object) {
+    const rapidjson::SizeType count = object.MemberCount();
+    Map(count);
+    if (count == 0) return {nullptr, nullptr};
+    const rapidjson::Value* first = &object.MemberBegin()->name;
+    return {first, first + 2 * std::size_t{count}};
 }
 
 /// The value prints itself as text, whose parsed form supplies what the value itself cannot be
