@@ -30,7 +30,8 @@ class DATAENGINE_EXPORT CDEQueryResultRawDataPlusMetaData : public IJsonSerializ
 
     /// Reads "resultMetaDataOnly" and "resultRawData" and ignores all other keys.
     bool LoadFromJson(const vxJson::Value& source) override;
-    /// Writes both keys, replacing what stood there.
+    /// Writes both keys. Each replaces an old entry as a whole; if saving a part throws, its old
+    /// entry is unchanged.
     bool SaveToJson(vxJson::Value& target) const override;
 
   private:

@@ -27,7 +27,8 @@ class DATAENGINE_EXPORT CDEQueryResultStructureData : public IJsonSerialize {
     CDEQueryResultStructureData(const CDEQueryResultStructureData&) = delete;
     CDEQueryResultStructureData& operator=(const CDEQueryResultStructureData&) = delete;
     /// @}
-    /// Takes the document with its pool, and the error text. @{
+    /// Takes the document with its pool, and the error text. Throws std::bad_alloc if memory runs
+    /// out; `other` is then unchanged. @{
     CDEQueryResultStructureData(CDEQueryResultStructureData&& other);
     CDEQueryResultStructureData& operator=(CDEQueryResultStructureData&& other);
     /// @}
@@ -69,7 +70,8 @@ class DATAENGINE_EXPORT CDEQueryResultStructureData : public IJsonSerialize {
     bool LoadFromJson(const vxJson::Value& source) override;
 
     /// Writes the same four keys, the document as compact text. A number that JSON cannot write
-    /// ends the text before it. Not for a moved-from object.
+    /// ends the text before it. "resultMetaDataOnly" replaces an old entry as a whole; if saving it
+    /// throws, the old entry is unchanged. Not for a moved-from object.
     bool SaveToJson(vxJson::Value& target) const override;
 
   private:
