@@ -1,0 +1,233 @@
+#include "bson/Bson.h"
+
+#include <VxUtil/CDeviceIdentifier.h>
+#include <bson/bson.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <functional>
+#include <memory>
+#include <random>
+
+#include "descriptors/CDEDeviceInfo.h"
+#include "descriptors/CDEDeviceMetadata.h"
+#include "query/CDEDeviceDataQueryInfo.h"
+#include "query/CDEQueryResultRawDataPlusMetaData.h"
+#include "query/CDEQueryResultStructureData.h"
+#include "query/CDEStructureQueryInfo.h"
+#include "query/CDETableQueryInfo.h"
+#include "records/CDEDataShowCommand.h"
+#include "tests/support/Rows.h"
+#include "tests/support/Texts.h"
+
+using vxJson::Value;
+
+namespace {
+
+const std::uint8_t* Data(const std::string& bytes) {
+    return reinterpret_cast<const std::uint8_t*>(bytes.data());
+}
+
+/// A document as libbson holds it.
+class Document {
+  public:
+    explicit Document(const std::string& bytes)
+        : document_(bson_new_from_data(Data(bytes), bytes.size())) {}
+    Document(const Document&) = delete;
+    ~Document() { bson_destroy(document_); }
+    operator const bson_t*() const { return document_; }
+
+  private:
+    bson_t* document_;
+};
+
+/// The bytes that libbson writes for a text.
+std::string Written(const std::string& text) {
+    bson_t document;
+    bson_error_t error{};
+    if (!bson_init_from_json(&document, text.data(), static_cast<ssize_t>(text.size()), &error))
+        throw std::invalid_argument(text + ": " + error.message);
+    const std::uint8_t* const bytes = bson_get_data(&document);
+    const std::string written(bytes, bytes + document.len);
+    bson_destroy(&document);
+    return written;
+}
+
+Value Decode(const std::string& bytes) {
+    return Bson::Decode(bytes.data(), bytes.size());
+}
+
+/// The message of the error that `operation` throws, without the name of the function; "" if it
+/// throws none.
+std::string ErrorOf(const std::function<void()>& operation) {
+    try {
+        operation();
+    } catch (const vxJson::Error& error) {
+        const std::string message = error.what();
+        return message.substr(message.find(": ") + 2);
+    }
+    return "";
+}
+
+/// A document of `levels` objects in arrays in objects ...
+Value Nested(std::size_t levels) {
+    Value value(vxJson::objectKind, false);
+    Value* innermost = &value;
+    for (std::size_t level = 1; level < levels; ++level)
+        innermost = level % 2 == 1 ? &(*innermost)["a"] : &innermost->append(Value());
+    *innermost = Value(levels % 2 == 1 ? vxJson::objectKind : vxJson::arrayKind, false);
+    return value;
+}
+
+TEST(Bson, WritesWhatLibbsonWrites) {
+    for (const auto& row : RowsOf(TEST_DATA "/documents.txt")) {
+        const std::string bytes = Bson::Encode(Json(row[0]));
+        EXPECT_EQ(bytes, Hex(row[1])) << row[0];
+        EXPECT_EQ(bytes, Written(row[0])) << row[0];
+        EXPECT_EQ(Decode(bytes), Json(row[0])) << row[0];
+    }
+}
+
+Value RandomValue(std::mt19937_64& random, int depth) {
+    const auto kind = random() % (depth > 0 ? 9 : 7);
+    const std::string text = std::string(random() % 40, static_cast<char>(random() % 128)) + "ü";
+    if (kind == 0) return Value();
+    if (kind == 1) return (random() & 1) != 0;
+    if (kind == 2) return static_cast<std::int64_t>(random()) >> (random() % 64);
+    if (kind == 3)
+        return std::ldexp(static_cast<double>(random()), static_cast<int>(random() % 64));
+    if (kind == 4) return text;
+    if (kind == 5) return Value::Binary(text);
+    if (kind == 6) return Value::Time(static_cast<long long>(random()));
+    Value value(kind == 7 ? vxJson::arrayKind : vxJson::objectKind, false);
+    for (auto i = random() % 12; i > 0; --i)
+        (kind == 7 ? value.append(Value()) : value[std::to_string(random() % 1000)]) =
+            RandomValue(random, depth - 1);
+    return value;
+}
+
+TEST(Bson, RoundTripsAreEqual) {
+    std::mt19937_64 random(30);
+    for (int i = 0; i < 2000; ++i) {
+        Value value(vxJson::objectKind, false);
+        value["$v.alue"] = RandomValue(random, 4);
+        const std::string bytes = Bson::Encode(value);
+        ASSERT_EQ(Decode(bytes), value);
+        ASSERT_EQ(bytes, Written(value.toString(false))) << value;
+        const Document document(bytes);
+        constexpr int flags = BSON_VALIDATE_UTF8 | BSON_VALIDATE_UTF8_ALLOW_NULL;
+        ASSERT_TRUE(bson_validate(document, static_cast<bson_validate_flags_t>(flags), nullptr))
+            << value;
+    }
+}
+
+TEST(Bson, ReadsEveryType) {
+    for (const auto& row : RowsOf(TEST_DATA "/foreign.txt")) {
+        const Value expected = Json(row[1] == "=" ? row[0] : row[1]);
+        EXPECT_EQ(Decode(Written(row[0])), expected) << row[0];
+    }
+}
+
+template <typename T>
+Value LoadAndSave(const Value& form) {
+    T object;
+    object.LoadFromJson(form);
+    Value saved;
+    object.SaveToJson(saved);
+    return saved;
+}
+
+Value ViewsOfARecord(const Value& form) {
+    CDEDataShowCommand record((CDeviceIdentifier(VX128Guid(), "N:router:edge")));
+    record.SetCommand("show version");
+    record.SetData(form["data"].asBinary());
+    record.SetTime(form["time"].asTime());
+    record.SetParam(form);
+    Value views;
+    record.GetDEStatus(views["status"]);
+    views["store"] = record.GetODJson();
+    views["device"] = *std::unique_ptr<Value>(record.GetDeviceDataJSon());
+    return views;
+}
+
+Value Same(const Value& form) {
+    return form;
+}
+
+// A client prints documents as JSON of three forms.
+TEST(Bson, ClientTextsOfEveryClassLoadBack) {
+    const std::map<std::string, Value (*)(const Value&)> classes = {
+        {"CDEDeviceDataQueryInfo", LoadAndSave<CDEDeviceDataQueryInfo>},
+        {"CDEDeviceInfo", LoadAndSave<CDEDeviceInfo>},
+        {"CDEDeviceMetadata", LoadAndSave<CDEDeviceMetadata>},
+        {"CDEQueryResultRawDataPlusMetaData", LoadAndSave<CDEQueryResultRawDataPlusMetaData>},
+        {"CDEQueryResultStructureData", LoadAndSave<CDEQueryResultStructureData>},
+        {"CDEStructureQueryInfo", LoadAndSave<CDEStructureQueryInfo>},
+        {"CDETableQueryInfo", LoadAndSave<CDETableQueryInfo>},
+        {"record", ViewsOfARecord},
+        {"read only", Same}};
+    for (const auto& row : RowsOf(TEST_DATA "/classes.txt")) {
+        const Value document = classes.at(row[0])(Json(row[1]));
+        EXPECT_TRUE(row[0] == "record" || document == Json(row[1])) << document;
+        const std::string bytes = Bson::Encode(document);
+        const Document stored(bytes);
+        for (const auto print :
+             {bson_as_canonical_extended_json, bson_as_relaxed_extended_json, bson_as_json}) {
+            const std::unique_ptr<char, void (*)(void*)> text(print(stored, nullptr), bson_free);
+            EXPECT_EQ(Json(text.get()), document) << text.get();
+        }
+    }
+}
+
+TEST(Bson, ErrorsNameThePlace) {
+    for (const auto& row : RowsOf(TEST_DATA "/errors.txt")) {
+        const Value value = Json(row[0]);
+        EXPECT_EQ(ErrorOf([&] { Bson::Encode(value); }), row[1]);
+    }
+    for (const char* text : {"\xff", "caf\xe9", "\xc0\x80", "\xed\xa0\x80"}) {
+        Value value;
+        value["k"].append(text);
+        EXPECT_EQ(ErrorOf([&] { Bson::Encode(value); }), "k[0]: the string is not UTF-8");
+        value["k"][0] = Value::Binary(text);
+        EXPECT_EQ(Decode(Bson::Encode(value)), value);
+        value["k"][0] = Value();
+        value["k"][0][text] = 1;
+        EXPECT_EQ(ErrorOf([&] { Bson::Encode(value); }),
+                  std::string("k[0].") + text + ": the key is not UTF-8");
+    }
+}
+
+TEST(Bson, KeepsTheLimitsOfTheStore) {
+    const Value deepest = Nested(Bson::kMaxLevels);
+    const std::string bytes = Bson::Encode(deepest);
+    EXPECT_EQ(Decode(bytes), deepest);
+    EXPECT_NE(ErrorOf([] { Bson::Encode(Nested(Bson::kMaxLevels + 1)); }), "");
+    EXPECT_NE(ErrorOf([] { Bson::Encode(Nested(1000000)); }), "");
+
+    Value large;
+    large["a"] = Value::Binary(std::string(Bson::kMaxSize - 13, 'x'));
+    EXPECT_EQ(Bson::Encode(large).size(), Bson::kMaxSize);
+    large["b"];
+    EXPECT_EQ(ErrorOf([&] { Bson::Encode(large); }),
+              "b: the document is larger than 16777199 bytes");
+}
+
+TEST(Bson, RejectsBrokenBytes) {
+    for (const auto& row : RowsOf(TEST_DATA "/broken.txt")) {
+        const std::string bytes = Hex(row[0]);
+        EXPECT_EQ(ErrorOf([&] { Decode(bytes); }).find("offset " + row[1] + ": "), 0u) << row[0];
+    }
+    const std::string whole = Written(
+        R"({"a":"text","b":[1,{"$binary":{"base64":"YQ==","subType":"02"}},{"c":{"$oid":"0123456789abcdef01234567"}}],
+            "d":{"$code":"c","$scope":{"e":{"$numberDecimal":"1"}}},"f":{"$dbPointer":{"$ref":"r","$id":{"$oid":"0123456789abcdef01234567"}}}})");
+    for (std::size_t size = 0; size < whole.size(); ++size) {
+        EXPECT_NE(ErrorOf([&] { Decode(whole.substr(0, size)); }), "") << size;
+        for (const char byte : {'\0', '\x01', '\x7f', '\xff'}) {
+            std::string damaged = whole;
+            damaged[size] = byte;
+            ErrorOf([&] { Bson::Encode(Decode(damaged)); });
+        }
+    }
+}
+
+}  // namespace
