@@ -2,6 +2,7 @@
 
 // Each function registers the benchmarks of one source under names of the form case/contender,
 // which is how bench/report.py finds the two sides of a ratio.
+void RegisterBson();
 void RegisterDecoding();
 void RegisterHeaders();
 void RegisterJson();

@@ -86,6 +86,17 @@ void LookupNlohmann(benchmark::State& state) {
     }
 }
 
+void PrintMiBOfBinary(benchmark::State& state) {
+    const vxJson::Value value = vxJson::Value::Binary(ConfigurationText(1 << 20));
+    for (auto _ : state) benchmark::DoNotOptimize(value.toString(false));
+}
+
+void PrintStringOfItsLength(benchmark::State& state) {
+    const std::string text = vxJson::Value::Binary(ConfigurationText(1 << 20)).toString(false);
+    const vxJson::Value value = std::string(text.size() - 2, 'x');
+    for (auto _ : state) benchmark::DoNotOptimize(value.toString(false));
+}
+
 }  // namespace
 
 void RegisterJson() {
@@ -93,6 +104,8 @@ void RegisterJson() {
     benchmark::RegisterBenchmark("json_parse/nlohmann", ParseNlohmann);
     benchmark::RegisterBenchmark("json_print/library", PrintLibrary);
     benchmark::RegisterBenchmark("json_print/nlohmann", PrintNlohmann);
+    benchmark::RegisterBenchmark("json_binary/library", PrintMiBOfBinary);
+    benchmark::RegisterBenchmark("json_binary/string", PrintStringOfItsLength);
     benchmark::RegisterBenchmark("json_copy/library", CopyLibrary);
     benchmark::RegisterBenchmark("json_copy/nlohmann", CopyNlohmann);
     benchmark::RegisterBenchmark("json_lookup/library", LookupLibrary);

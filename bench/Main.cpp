@@ -20,6 +20,7 @@ int main(int argc, char** argv) {
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
     benchmark::AddCustomContext("compiler", Compiler());
+    RegisterBson();
     RegisterDecoding();
     RegisterHeaders();
     RegisterJson();

@@ -92,6 +92,13 @@ def wanted_rows(run):
     for operation in JSON_OPERATIONS:
         yield Row(f"JSON value, {operation} of 1 MB", "nlohmann", 1.2,
                   run.speedup(f"json_{operation}", "nlohmann"), True)
+    yield Row("time to print 1 MiB of binary", "a string as long as its text", 1.2,
+              run.time("json_binary/library") / run.time("json_binary/string"), False)
+    for size, name, wanted in (("1k", "1 KiB", 10), ("1m", "1 MiB", 50)):
+        yield Row(f"record of {name} to BSON", "toString and libbson's JSON reader", wanted,
+                  run.speedup(f"bson_{size}", "text"), True)
+    yield Row("time of a record of 1 MiB to BSON", "its fields appended by hand", 3,
+              run.time("bson_1m/library") / run.time("bson_1m/by_hand"), False)
     yield Row("decoding on two threads", "on one", 1.9,
               run.rate("decode_threads/real_time/threads:2")
               / run.rate("decode_threads/real_time/threads:1"), True)
