@@ -15,17 +15,20 @@ DECODINGS = {
     "leaves": "100 scalar leaves",
     "interfaces": "interface table, 20 columns by 200 rows",
     "routes": "route table of 50,000 maps",
-    "integers": "1,000,000 integers",
+    "integers": "1,000,000 integers of random width",
     "floats": "300,000 floats",
+    "integers32": "1,000,000 integers of 32 bits",
     "configuration": "one text of 200 KB",
 }
 FIRST_FIVE = list(DECODINGS)[:5]
 PEERS = {
-    "text": "text road",
+    "text": "text route",
     "nlohmann": "nlohmann from_msgpack",
     "unpack": "msgpack::unpack",
-    "floor": "floor",
+    "floor": "memory floor",
 }
+UNPACK_GOALS = {"leaves": 1.2, "interfaces": 1.6, "routes": 2.2, "integers": 2, "floats": 1.5,
+                "integers32": 4}
 JSON_OPERATIONS = ["parse", "print", "copy", "lookup"]
 
 # `wanted` is the least ratio for more_is_better, the greatest otherwise.
@@ -69,13 +72,12 @@ def wanted_rows(run):
     def decodings(peer, names):
         return {name: run.speedup(f"decode_{name}", peer) for name in names}
 
-    yield Row("decode, geometric mean of the first five", "text road", 14,
+    yield Row("decode, geometric mean of the first five", "text route", 25,
               geometric_mean(decodings("text", FIRST_FIVE).values()), True)
-    for name, ratio in decodings("unpack", FIRST_FIVE).items():
-        yield Row(f"decode, {DECODINGS[name]}", "bare msgpack::unpack", 1, ratio, True)
-    for name, ratio in decodings("floor", DECODINGS).items():
-        yield Row(f"decode, {DECODINGS[name]}", "floor", 0.67, ratio, True)
-    yield Row("decode, geometric mean of the first five", "nlohmann from_msgpack", 8,
+    for name, ratio in decodings("unpack", UNPACK_GOALS).items():
+        yield Row(f"decode, {DECODINGS[name]}", "bare msgpack::unpack", UNPACK_GOALS[name], ratio,
+                  True)
+    yield Row("decode, geometric mean of the first five", "nlohmann from_msgpack", 11,
               geometric_mean(decodings("nlohmann", FIRST_FIVE).values()), True)
     yield Row("header with a schema of 40 items", "plain way", 3, run.speedup("header", "plain"),
               True)
@@ -135,9 +137,10 @@ def markdown(run):
     ratios = table(["case", "against", "wanted", "measured", ""],
                    [[row.case, row.against, wanted_text(row), f"{row.measured:.2f}",
                      "" if is_met(row) else "missed"] for row in wanted_rows(run)])
-    decodings = table(["unit", "this library"] + list(PEERS.values()),
+    decodings = table(["unit", "this library"] + list(PEERS.values()) + ["multiple of the floor"],
                       [[text] + [duration(run.time(f"decode_{name}/{contender}"))
                                  for contender in ["library"] + list(PEERS)]
+                       + [f"{1 / run.speedup(f'decode_{name}', 'floor'):.1f}"]
                        for name, text in DECODINGS.items()])
     others = table(["case", "time"],
                    [[name, duration(run.time(name))] for name in sorted(run.medians)
@@ -155,9 +158,9 @@ A ratio says how many times as fast as the other this library is; where the case
 many times as long it takes.
 
 {ratios}
-- Text road: unpack, print, parse, as the documents are defined.
-- Floor: `msgpack::parse` with a visitor that keeps nothing, and one write of as many bytes as the
-  decoded document takes into fresh memory.
+- Text route: unpack, print, parse, as the documents are defined.
+- Memory floor: one read of the packed bytes, and one write of as many bytes as the decoded document
+  takes into fresh memory.
 - Plain way: for the header, three times unpack, then print and parse the schema by way of streams;
   for renaming, an ordered map of copied keys.
 
