@@ -4,6 +4,7 @@
 #include <functional>
 #include <limits>
 #include <map>
+#include <random>
 #include <vector>
 
 #include "tests/support/Rows.h"
@@ -194,28 +195,52 @@ TEST(JsonValue, EachKindIsOfItsOwnTestOnly) {
               ".......x. ........x ");
 }
 
-// Keys around the sizes at which their comparison changes, against the standard's own order.
+// Keys around the sizes at which their comparison changes, enough of them to split the index, come
+// and go, next to a standard map.
 TEST(JsonValue, KeepsMembersInPlaceAndSorted) {
-    std::map<std::string, Value*> model;
-    Value object;
+    std::vector<std::string> keys;
     for (const std::string stem : {"", "1", "1234567", "12345678", "123456781234567",
                                    "1234567812345678", "12345678123456781234"}) {
+        keys.push_back(stem);
         for (int first = 0; first < 256; first += 5) {
-            for (const std::string rest : {"", "a", "\xff"}) {
-                const std::string key = stem + static_cast<char>(first) + rest;
-                model[key] = &(object[key] = key);
+            for (const char* rest : {"", "a", "\xff"}) {
+                keys.push_back(stem + static_cast<char>(first) + rest);
             }
         }
-        model[stem] = &(object[stem] = stem);
     }
-    ASSERT_EQ(object.size(), model.size());
-    auto expected = model.begin();
-    for (auto i = object.begin(), end = object.end(); !i.isEqual(end); i.increment(), ++expected) {
-        ASSERT_EQ(&i.deref(), expected->second);
-        ASSERT_EQ(i.deref().asString(), expected->first);
-    }
+    std::mt19937 random(1);
+    std::map<std::string, Value*> model;
+    Value object;
     const Value& constant = object;
-    for (const auto& [key, member] : model) ASSERT_EQ(&constant[key], member) << Value(key);
+    for (const unsigned share : {100u, 50u, 100u, 1u, 100u, 0u, 20u}) {
+        std::shuffle(keys.begin(), keys.end(), random);
+        for (const std::string& key : keys) {
+            if (random() % 100 < share) {
+                model[key] = &(object[key] = key);
+            } else {
+                ASSERT_EQ(object.removeMember(key), model.erase(key) == 1);
+            }
+        }
+        ASSERT_EQ(object.size(), model.size());
+        auto expected = model.begin();
+        for (const auto [key, value] : object.members()) {
+            ASSERT_EQ(key, expected->first);
+            ASSERT_EQ(&value, expected++->second);
+            ASSERT_EQ(value, Value(key));
+        }
+        for (const std::string& key : keys) {
+            const auto found = model.find(key);
+            ASSERT_EQ(constant.isMember(key) ? &constant[key] : nullptr,
+                      found == model.end() ? nullptr : found->second);
+        }
+        EXPECT_EQ(Value(object), object);
+        if (object.empty()) continue;
+        Value nulls = object;
+        for (Value& value : nulls) value = Value();
+        std::string text = nulls.toString(false) + object.toString(false);
+        text.replace(text.find("}{"), 2, ",");
+        EXPECT_EQ(Json(text), object) << "of equal keys the last wins";
+    }
 }
 
 TEST(JsonValue, SurvivesItself) {

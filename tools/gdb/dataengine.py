@@ -75,28 +75,11 @@ def vector_size(vector):
     return int(vector["_M_impl"]["_M_finish"] - vector["_M_impl"]["_M_start"])
 
 
-def map_entries(tree):
-    """The pairs of a std::map in order."""
-    header = tree["_M_t"]["_M_impl"]["_M_header"]
-    pair = tree.type.strip_typedefs().template_argument(3).template_argument(0)
-    node_type = gdb.lookup_type("std::_Rb_tree_node<%s >" % pair.unqualified().strip_typedefs())
-    node = header["_M_left"]
-    while node != header.address:
-        content = node.cast(node_type.pointer()).dereference()["_M_storage"]["_M_storage"]
-        yield content.address.cast(pair.pointer()).dereference()
-        node = next_node(node)
-
-
-def next_node(node):
-    if node["_M_right"]:
-        node = node["_M_right"]
-        while node["_M_left"]:
-            node = node["_M_left"]
-        return node
-    parent = node["_M_parent"]
-    while node == parent["_M_right"]:
-        node, parent = parent, parent["_M_parent"]
-    return parent if node["_M_right"] != parent else node
+def members_of(item):
+    """The members of a vxJson::detail::Object in order."""
+    for chunk in [item["first_"], *vector_elements(item["more_"])]:
+        for index in range(int(chunk["count"])):
+            yield chunk["entries"][index]["member"].dereference()
 
 
 class ValuePrinter:
@@ -114,9 +97,6 @@ class ValuePrinter:
 
     def elements(self):
         return self.container("Array")["elements"]
-
-    def members(self):
-        return self.container("Object")["members"]
 
     def to_string(self):
         plain = self.value["plain_"]
@@ -140,7 +120,7 @@ class ValuePrinter:
         if self.tag == "array":
             return "array of %d" % vector_size(self.elements())
         if self.tag == "object":
-            return "object of %d" % self.members()["_M_t"]["_M_impl"]["_M_node_count"]
+            return "object of %d" % int(self.container("Object")["size_"])
         return self.tag
 
     def children(self):
@@ -148,9 +128,9 @@ class ValuePrinter:
             for index, slot in enumerate(vector_elements(self.elements())):
                 yield "[%d]" % index, slot["value"]
         elif self.tag == "object":
-            for index, entry in enumerate(map_entries(self.members())):
-                yield "key %d" % index, lazy_text(entry["first"]["text"])
-                yield "value %d" % index, entry["second"]["value"]
+            for index, member in enumerate(members_of(self.container("Object"))):
+                yield "key %d" % index, lazy_text(member["key"])
+                yield "value %d" % index, member["slot"]["value"]
 
     def display_hint(self):
         return {"string": "string", "array": "array", "object": "map"}.get(self.tag)

@@ -3,6 +3,7 @@
 #include <VxUtil/vxJson.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <iterator>
 #include <string>
 
@@ -32,9 +33,11 @@ class VXUTIL_EXPORT ValueIteratorBase {
     ValueIteratorBase(const Value& value, bool atEnd) noexcept;
 
   private:
-    // An element of an array, or the tree iterator of an object; null on any other kind.
-    bool inObject_ = false;
-    void* place_ = nullptr;
+    // The container is null for other kinds. In an object, `at_` counts within a chunk of its
+    // index.
+    detail::Container* container_ = nullptr;
+    std::uint32_t chunk_ = 0;
+    std::uint32_t at_ = 0;
 };
 
 namespace detail {

@@ -344,6 +344,7 @@ class VXUTIL_EXPORT Value {
     };
     struct Shallow {};
 
+    explicit Value(detail::Container& owned) noexcept;
     Value(const Value& other, Shallow);
     bool HoldsText() const noexcept { return tag_ == Tag::string || tag_ == Tag::binary; }
     bool HoldsContainer() const noexcept { return tag_ >= Tag::array; }
@@ -367,8 +368,6 @@ class VXUTIL_EXPORT Value {
     static const Value& Nothing() noexcept;
     template <typename Edit>
     Value& EditArray(Edit edit);
-    detail::Array& ToArray(const char* operation);
-    detail::Object& ToObject(const char* operation);
     long long AsInteger(const char* operation) const;
     [[noreturn]] void FailKind(const char* operation, const char* wanted) const;
     [[noreturn]] void FailRange(const char* operation) const;

@@ -1,16 +1,10 @@
 #pragma once
 
-#include <VxUtil/vxJson.h>
-
 #include <string_view>
 
-namespace vxJson::detail {
+#include "FlatObject.h"
 
-/// A member of an object that is being read; the key is part of the text.
-struct ParsedMember {
-    std::string_view key;
-    Value value;
-};
+namespace vxJson::detail {
 
 /// Returns whether `key` opens one of the objects in which Extended JSON writes a value.
 bool IsFormKey(std::string_view key) noexcept;

@@ -129,20 +129,15 @@ bool ParseHandler::RawNumber(const char* text, std::size_t length, bool /*copy*/
 }
 
 Value ParseHandler::MakeArray(ParsedMember* first, ParsedMember* last) {
-    Value array;
-    Elements& elements = array.ToArray("parse").elements;
+    auto array = std::make_unique<Array>();
+    Elements& elements = array->elements;
     elements.reserve(static_cast<std::size_t>(last - first));
     for (; first != last; ++first) elements.emplace_back(std::move(first->value));
-    return array;
+    return Value(*array.release());
 }
 
 Value ParseHandler::MakeObject(ParsedMember* first, ParsedMember* last) {
-    Value object;
-    Members& members = object.ToObject("parse").members;
-    for (; first != last; ++first) {
-        members.try_emplace(members.end(), detail::Key(first->key), std::move(first->value));
-    }
-    return object;
+    return Value(*Object::Make(first, static_cast<std::size_t>(last - first)).release());
 }
 
 /// Sorts members by their keys. Of equal keys only the last stays. Returns the new end.
@@ -176,10 +171,14 @@ bool ParseHandler::EndArray(std::size_t count) {
 
 bool ParseHandler::EndObject(std::size_t count) {
     ParsedMember* const first = pending_.data() + (pending_.size() - count);
-    ParsedMember* const last = SortMembers(first, first + count);
+    ParsedMember* last = first + count;
     Value object;
-    if (!extended_ || open_.back().insideForm || !ReadForm(first, last, object))
-        object = MakeObject(first, last);
+    bool isForm = false;
+    if (extended_ && !open_.back().insideForm && count > 0 && first->key.substr(0, 1) == "$") {
+        last = SortMembers(first, last);
+        isForm = ReadForm(first, last, object);
+    }
+    if (!isForm) object = MakeObject(first, last);
     pending_.resize(pending_.size() - count);
     pending_.back().value = std::move(object);
     open_.pop_back();

@@ -12,11 +12,12 @@ using detail::Array;
 using detail::Container;
 using detail::Cursor;
 using detail::Elements;
-using detail::KeyView;
-using detail::Members;
 using detail::Object;
 using detail::Slot;
 using detail::VisitChildren;
+
+// The room for members in an object that starts with one.
+constexpr std::size_t kFirstMembers = 4;
 
 static_assert(sizeof(Value) == sizeof(std::string) + sizeof(void*));
 
@@ -95,10 +96,10 @@ Value::Value(ValueType type, bool flag) : Value() {
             *this = Value(std::string(), type);
             return;
         case arrayKind:
-            ToArray("Value");
+            *this = Value(*new Array);
             return;
         case objectKind:
-            ToObject("Value");
+            *this = Value(*Object::Make(0).release());
             return;
     }
     throw Error("Value: " + std::to_string(static_cast<int>(type)) + " is the number of no kind");
@@ -150,7 +151,8 @@ Value& Value::operator=(Value&& other) noexcept {
 
 void Value::OwnBorrowed() {
     if (plain_.borrowed->isObject) {
-        plain_.container = new Object(*static_cast<const Object*>(plain_.borrowed));
+        plain_.container =
+            Object::MakeShallow(*static_cast<const Object*>(plain_.borrowed)).release();
         tag_ = Tag::object;
     } else {
         plain_.container = new Array(*static_cast<const Array*>(plain_.borrowed));
@@ -178,47 +180,19 @@ void Value::ReleaseContainer() noexcept {
     }
 }
 
-Array& Value::ToArray(const char* operation) {
-    if (isNull()) {
-        plain_.container = new Array;
-        tag_ = Tag::array;
-    } else if (!isArray()) {
-        FailKind(operation, "an array");
-    }
-    return *static_cast<Array*>(plain_.container);
-}
-
-Object& Value::ToObject(const char* operation) {
-    if (isNull()) {
-        plain_.container = new Object;
-        tag_ = Tag::object;
-    } else if (!isObject()) {
-        FailKind(operation, "an object");
-    }
-    return *static_cast<Object*>(plain_.container);
-}
-
 Value& Value::Member(std::string_view key) {
     if (!isNull() && !isObject()) FailKind("operator[]", "an object");
-    const KeyView view(key);
-    if (isNull()) {
-        auto object = std::make_unique<Object>();
-        Value& member = object->members.try_emplace(detail::Key(view)).first->second.value;
-        plain_.container = object.release();
-        tag_ = Tag::object;
-        return member;
-    }
-    Members& members = static_cast<Object*>(plain_.container)->members;
-    const auto place = members.lower_bound(view);
-    if (place != members.end() && place->first.text == key) return place->second.value;
-    return members.try_emplace(place, detail::Key(view))->second.value;
+    if (isObject()) return static_cast<Object*>(plain_.container)->FindOrAdd(key);
+    auto object = Object::Make(kFirstMembers);
+    Value& member = object->FindOrAdd(key);
+    *this = Value(*object.release());
+    return member;
 }
 
 const Value& Value::Find(std::string_view key) const noexcept {
     if (!isObject()) return nothing.fields.value;
-    const Members& members = static_cast<const Object*>(plain_.container)->members;
-    const auto found = members.find(KeyView(key));
-    return found == members.end() ? nothing.fields.value : found->second.value;
+    const Value* const found = static_cast<const Object*>(plain_.container)->Find(key);
+    return found == nullptr ? nothing.fields.value : *found;
 }
 
 const Value& Value::Nothing() noexcept {
@@ -242,12 +216,7 @@ bool Value::removeMember(const char* key) noexcept {
 }
 
 bool Value::Remove(std::string_view key) noexcept {
-    if (!isObject()) return false;
-    Members& members = static_cast<Object*>(plain_.container)->members;
-    const auto found = members.find(KeyView(key));
-    if (found == members.end()) return false;
-    members.erase(found);
-    return true;
+    return isObject() && static_cast<Object*>(plain_.container)->Remove(key);
 }
 
 template <typename Edit>
@@ -255,8 +224,7 @@ Value& Value::EditArray(Edit edit) {
     if (isArray()) return edit(static_cast<Array*>(plain_.container)->elements);
     auto array = std::make_unique<Array>();
     Value& element = edit(array->elements);
-    plain_.container = array.release();
-    tag_ = Tag::array;
+    *this = Value(*array.release());
     return element;
 }
 
@@ -439,8 +407,7 @@ std::uint32_t Value::size() const noexcept {
             static_cast<const Array*>(plain_.container)->elements.size());
     }
     if (isObject()) {
-        return static_cast<std::uint32_t>(
-            static_cast<const Object*>(plain_.container)->members.size());
+        return static_cast<std::uint32_t>(static_cast<const Object*>(plain_.container)->Size());
     }
     return 0;
 }
@@ -511,55 +478,41 @@ ValueConstIterator Value::end() const {
     return ValueConstIterator(*this, true);
 }
 
-namespace {
-
-// The place in an object is a tree iterator, which is a plain pointer inside.
-using MemberPlace = Members::iterator;
-static_assert(sizeof(MemberPlace) == sizeof(void*) && std::is_trivially_copyable_v<MemberPlace>);
-
-void* FromMember(MemberPlace member) noexcept {
-    void* place = nullptr;
-    std::memcpy(&place, &member, sizeof place);
-    return place;
-}
-
-MemberPlace ToMember(void* place) noexcept {
-    MemberPlace member;
-    std::memcpy(static_cast<void*>(&member), &place, sizeof place);
-    return member;
-}
-
-}  // namespace
-
-ValueIteratorBase::ValueIteratorBase(const Value& value, bool atEnd) noexcept
-    : inObject_(value.isObject()) {
-    if (value.isArray()) {
-        auto& elements = static_cast<Array*>(value.plain_.container)->elements;
-        place_ = elements.data() + (atEnd ? elements.size() : 0);
-    } else if (inObject_) {
-        auto& members = static_cast<Object*>(value.plain_.container)->members;
-        place_ = FromMember(atEnd ? members.end() : members.begin());
+ValueIteratorBase::ValueIteratorBase(const Value& value, bool atEnd) noexcept {
+    if (!value.HoldsContainer()) return;
+    container_ = value.plain_.container;
+    if (!atEnd) return;
+    if (container_->isObject) {
+        const auto& object = static_cast<const Object&>(*container_);
+        chunk_ = static_cast<std::uint32_t>(object.ChunkCount() - 1);
+        at_ = object.GetChunk(chunk_).count;
+    } else {
+        at_ = value.size();
     }
 }
 
 Value& ValueIteratorBase::deref() const noexcept {
-    return inObject_ ? ToMember(place_)->second.value : static_cast<Slot*>(place_)->value;
-}
-
-void ValueIteratorBase::increment() noexcept {
-    if (inObject_) {
-        place_ = FromMember(std::next(ToMember(place_)));
-    } else {
-        place_ = static_cast<Slot*>(place_) + 1;
-    }
+    if (!container_->isObject) return static_cast<Array*>(container_)->elements[at_].value;
+    return static_cast<Object*>(container_)->GetChunk(chunk_).entries[at_].member->slot.value;
 }
 
 const std::string& ValueIteratorBase::key() const noexcept {
-    return inObject_ ? ToMember(place_)->first.text : nothing.fields.text;
+    if (!container_->isObject) return nothing.fields.text;
+    return static_cast<Object*>(container_)->GetChunk(chunk_).entries[at_].member->key;
+}
+
+void ValueIteratorBase::increment() noexcept {
+    ++at_;
+    if (!container_->isObject) return;
+    const auto& object = static_cast<const Object&>(*container_);
+    if (at_ == object.GetChunk(chunk_).count && chunk_ + 1 < object.ChunkCount()) {
+        ++chunk_;
+        at_ = 0;
+    }
 }
 
 bool ValueIteratorBase::isEqual(const ValueIteratorBase& other) const noexcept {
-    return place_ == other.place_;
+    return container_ == other.container_ && chunk_ == other.chunk_ && at_ == other.at_;
 }
 
 }  // namespace vxJson
