@@ -71,10 +71,6 @@ def vector_elements(vector):
         element += 1
 
 
-def vector_size(vector):
-    return int(vector["_M_impl"]["_M_finish"] - vector["_M_impl"]["_M_start"])
-
-
 def members_of(item):
     """The members of a vxJson::detail::Object in order."""
     for chunk in [item["first_"], *vector_elements(item["more_"])]:
@@ -96,7 +92,10 @@ class ValuePrinter:
         return self.value["plain_"]["container"].cast(kind.pointer()).dereference()
 
     def elements(self):
-        return self.container("Array")["elements"]
+        """The elements of an array, which follow it, and their number."""
+        array = self.container("Array")
+        slot = gdb.lookup_type("vxJson::detail::Slot")
+        return (array.address + 1).cast(slot.pointer()), int(array["size_"])
 
     def to_string(self):
         plain = self.value["plain_"]
@@ -118,15 +117,16 @@ class ValuePrinter:
             dots = " ..." if length > PREVIEW_BYTES else ""
             return "binary of %d bytes: %s%s" % (length, preview, dots)
         if self.tag == "array":
-            return "array of %d" % vector_size(self.elements())
+            return "array of %d" % self.elements()[1]
         if self.tag == "object":
             return "object of %d" % int(self.container("Object")["size_"])
         return self.tag
 
     def children(self):
         if self.tag == "array":
-            for index, slot in enumerate(vector_elements(self.elements())):
-                yield "[%d]" % index, slot["value"]
+            slots, count = self.elements()
+            for index in range(count):
+                yield "[%d]" % index, slots[index]["value"]
         elif self.tag == "object":
             for index, member in enumerate(members_of(self.container("Object"))):
                 yield "key %d" % index, lazy_text(member["key"])

@@ -22,8 +22,8 @@ class MemberRange;
 
 namespace detail {
 struct Container;
-struct Array;
-struct Object;
+class Array;
+class Object;
 struct Slot;
 class ParseHandler;
 class Printer;
@@ -191,7 +191,7 @@ class VXUTIL_EXPORT Value {
     /// Finds the member for `key`, and adds it as null if it is absent; a null value becomes an
     /// object first. Returns the member. Throws Error on a value that is neither null nor an
     /// object, and if `key` is a null pointer. Complexity: logarithmic. @{
-    Value& operator[](const char* key) {
+    [[gnu::always_inline]] Value& operator[](const char* key) {
         if (key == nullptr) FailNullKey();
         return Member(key);
     }
@@ -200,7 +200,8 @@ class VXUTIL_EXPORT Value {
 
     /// Returns the member for `key`, or the null value if there is none; so does a value of any
     /// other kind, and a null pointer. Complexity: logarithmic. @{
-    const Value& operator[](const char* key) const noexcept {
+    // Always inline, so that the length of a literal is known to the compiler.
+    [[gnu::always_inline]] const Value& operator[](const char* key) const noexcept {
         return key == nullptr ? Nothing() : Find(key);
     }
     const Value& operator[](const std::string& key) const noexcept { return Find(key); }
@@ -366,8 +367,7 @@ class VXUTIL_EXPORT Value {
     const Value& Find(std::string_view key) const noexcept;
     bool Remove(std::string_view key) noexcept;
     static const Value& Nothing() noexcept;
-    template <typename Edit>
-    Value& EditArray(Edit edit);
+    detail::Array& MakeRoom(std::size_t count);
     long long AsInteger(const char* operation) const;
     [[noreturn]] void FailKind(const char* operation, const char* wanted) const;
     [[noreturn]] void FailRange(const char* operation) const;

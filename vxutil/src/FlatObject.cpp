@@ -44,7 +44,7 @@ std::unique_ptr<Object> Object::Make(ParsedMember* members, std::size_t count) {
     ParsedMember* const end = members + count;
     if (count <= kChunkEntries) {
         for (ParsedMember* from = members; from != end; ++from) {
-            object->Append({std::string(from->key), Slot(std::move(from->value))});
+            object->Append(std::string(from->key), Slot(std::move(from->value)));
         }
         object->SortFirstChunk();
     } else {
@@ -59,7 +59,7 @@ std::unique_ptr<Object> Object::MakeShallow(const Object& other) {
     std::unique_ptr<Object> object = Make(other.size_);
     other.ForEach([&object](const Member& member) {
         if (object->size_ < kChunkEntries) {
-            object->Append(Member(member));
+            object->Append(member);
         } else {
             const std::size_t last = object->more_.size();
             object->Insert({last, object->GetChunk(last).count}, KeyPrefix(member.key),
@@ -133,8 +133,9 @@ Value* Object::At(Position position, std::uint64_t prefix, std::string_view key)
     return Order(entry, prefix, key) == 0 ? &entry.member->slot.value : nullptr;
 }
 
-void Object::Append(Member&& from) noexcept {
-    Member* const member = ::new (static_cast<void*>(unused_)) Member(std::move(from));
+template <typename... From>
+void Object::Append(From&&... from) {
+    Member* const member = ::new (static_cast<void*>(unused_)) Member{std::forward<From>(from)...};
     ++unused_;
     ++size_;
     first_.entries[first_.count++] = {KeyPrefix(member->key), member};

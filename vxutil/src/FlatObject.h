@@ -32,6 +32,15 @@ inline std::uint64_t KeyPrefix(std::string_view key) noexcept {
     return at(0) | at(size / 2) | at(size - 1);
 }
 
+/// Returns whether two keys with the same prefix are equal.
+inline bool HasEqualRest(std::string_view a, std::string_view b) noexcept {
+    const std::size_t size = a.size();
+    if (size != b.size()) return false;
+    if (size <= 8) return true;
+    if (size > 16) return std::memcmp(a.data() + 8, b.data() + 8, size - 8) == 0;
+    return std::memcmp(a.data() + size - 8, b.data() + size - 8, 8) == 0;
+}
+
 /// A member of an object that is being read; the key is part of the text.
 struct ParsedMember {
     std::string_view key;
@@ -95,7 +104,7 @@ class Object : public Container {
         const Entry* const end = chunk.entries + chunk.count;
         const Entry* entry = LowerBound(chunk, prefix);
         if (entry == end || entry->prefix != prefix) return nullptr;
-        if (entry->member->key != key) {
+        if (!HasEqualRest(entry->member->key, key)) {
             entry = LowerBound(entry, end, prefix, key);
             if (entry == end || entry->member->key != key) return nullptr;
         }
@@ -156,7 +165,8 @@ class Object : public Container {
     std::size_t FindChunk(std::uint64_t prefix, std::string_view key) const noexcept;
     Position FindPosition(std::uint64_t prefix, std::string_view key) const noexcept;
     Value* At(Position position, std::uint64_t prefix, std::string_view key) const noexcept;
-    void Append(Member&& from) noexcept;
+    template <typename... From>
+    void Append(From&&... from);
     Value& Insert(Position position, std::uint64_t prefix, Member&& from);
     void MakeRoom(Position& position);
     void Split(Position& position);

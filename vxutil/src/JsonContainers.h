@@ -1,28 +1,67 @@
 #pragma once
 
-#include <vector>
+#include <algorithm>
+#include <memory>
 
 #include "Container.h"
 #include "FlatObject.h"
 
 namespace vxJson::detail {
 
-using Elements = std::vector<Slot>;
+/// An array, followed by its elements in the same allocation. It does not grow: a larger array
+/// takes its place.
+class Array : public Container {
+  public:
+    /// Creates an empty array with room for `capacity` elements.
+    static std::unique_ptr<Array> Make(std::size_t capacity) {
+        return std::unique_ptr<Array>(new (Capacity{capacity}) Array(capacity));
+    }
 
-struct Array : Container {
-    Array() noexcept : Container(false) {}
+    Array(const Array&) = delete;
+    Array& operator=(const Array&) = delete;
+    ~Array() { std::destroy(begin(), end()); }
 
-    Elements elements;
+    std::size_t Size() const noexcept { return size_; }
+    std::size_t GetCapacity() const noexcept { return capacity_; }
+    Slot* begin() noexcept { return reinterpret_cast<Slot*>(this + 1); }
+    Slot* end() noexcept { return begin() + size_; }
+    const Slot* begin() const noexcept { return reinterpret_cast<const Slot*>(this + 1); }
+    const Slot* end() const noexcept { return begin() + size_; }
+
+    /// Adds an element, for which there must be room, and returns its value.
+    template <typename... From>
+    Value& Append(From&&... from) {
+        Slot* const slot = ::new (static_cast<void*>(end())) Slot(std::forward<From>(from)...);
+        ++size_;
+        return slot->value;
+    }
+
+    static void operator delete(void* array) { ::operator delete(array); }
+
+  private:
+    struct Capacity {
+        std::size_t elements;
+    };
+
+    explicit Array(std::size_t capacity) noexcept : Container(false), capacity_(capacity) {}
+    static void* operator new(std::size_t size, Capacity capacity) {
+        constexpr std::size_t kMost = (PTRDIFF_MAX - sizeof(Array)) / sizeof(Slot);
+        if (capacity.elements > kMost) throw std::bad_alloc();
+        return ::operator new(size + capacity.elements * sizeof(Slot));
+    }
+    static void operator delete(void* array, Capacity) { ::operator delete(array); }
+
+    std::size_t size_ = 0;
+    std::size_t capacity_;
 };
 
 template <typename Visit>
-void VisitChildren(const Container& container, Visit visit) {
+void VisitChildren(Container& container, Visit visit) {
     if (container.isObject) {
-        static_cast<const Object&>(container).ForEach(
+        static_cast<Object&>(container).ForEach(
             [&visit](Member& member) { visit(member.slot.value); });
     } else {
-        for (const Slot& slot : static_cast<const Array&>(container).elements)
-            visit(const_cast<Value&>(slot.value));
+        for (Slot& slot : static_cast<Array&>(container)) visit(slot.value);
     }
 }
 
@@ -34,9 +73,8 @@ class Cursor {
             object_ = &static_cast<const Object&>(container);
             EnterChunk();
         } else {
-            const Elements& elements = static_cast<const Array&>(container).elements;
-            element_ = elements.data();
-            elementEnd_ = element_ + elements.size();
+            element_ = static_cast<const Array&>(container).begin();
+            elementEnd_ = static_cast<const Array&>(container).end();
         }
     }
 

@@ -129,10 +129,8 @@ bool ParseHandler::RawNumber(const char* text, std::size_t length, bool /*copy*/
 }
 
 Value ParseHandler::MakeArray(ParsedMember* first, ParsedMember* last) {
-    auto array = std::make_unique<Array>();
-    Elements& elements = array->elements;
-    elements.reserve(static_cast<std::size_t>(last - first));
-    for (; first != last; ++first) elements.emplace_back(std::move(first->value));
+    auto array = Array::Make(static_cast<std::size_t>(last - first));
+    for (; first != last; ++first) array->Append(std::move(first->value));
     return Value(*array.release());
 }
 

@@ -11,13 +11,13 @@ namespace vxJson {
 using detail::Array;
 using detail::Container;
 using detail::Cursor;
-using detail::Elements;
 using detail::Object;
 using detail::Slot;
 using detail::VisitChildren;
 
-// The room for members in an object that starts with one.
+// The room in an object or an array that starts with one member or element.
 constexpr std::size_t kFirstMembers = 4;
+constexpr std::size_t kFirstElements = 4;
 
 static_assert(sizeof(Value) == sizeof(std::string) + sizeof(void*));
 
@@ -96,7 +96,7 @@ Value::Value(ValueType type, bool flag) : Value() {
             *this = Value(std::string(), type);
             return;
         case arrayKind:
-            *this = Value(*new Array);
+            *this = Value(*Array::Make(0).release());
             return;
         case objectKind:
             *this = Value(*Object::Make(0).release());
@@ -155,7 +155,10 @@ void Value::OwnBorrowed() {
             Object::MakeShallow(*static_cast<const Object*>(plain_.borrowed)).release();
         tag_ = Tag::object;
     } else {
-        plain_.container = new Array(*static_cast<const Array*>(plain_.borrowed));
+        const auto& from = static_cast<const Array&>(*plain_.borrowed);
+        auto array = Array::Make(from.Size());
+        for (const detail::Slot& slot : from) array->Append(slot);
+        plain_.container = array.release();
         tag_ = Tag::array;
     }
 }
@@ -219,30 +222,34 @@ bool Value::Remove(std::string_view key) noexcept {
     return isObject() && static_cast<Object*>(plain_.container)->Remove(key);
 }
 
-template <typename Edit>
-Value& Value::EditArray(Edit edit) {
-    if (isArray()) return edit(static_cast<Array*>(plain_.container)->elements);
-    auto array = std::make_unique<Array>();
-    Value& element = edit(array->elements);
-    *this = Value(*array.release());
-    return element;
+// Returns the array of this array or null value, with room for `count` elements.
+Array& Value::MakeRoom(std::size_t count) {
+    if (isNull()) {
+        *this = Value(*Array::Make(std::max(count, kFirstElements)).release());
+    } else if (auto& array = *static_cast<Array*>(plain_.container); array.GetCapacity() < count) {
+        auto larger = Array::Make(std::max(count, 2 * array.GetCapacity()));
+        for (detail::Slot& slot : array) larger->Append(std::move(slot));
+        plain_.container = larger.release();
+        delete &array;
+    }
+    return *static_cast<Array*>(plain_.container);
 }
 
 Value& Value::operator[](int index) {
     if (!isNull() && !isArray()) FailKind("operator[]", "an array");
     if (index < 0) throw Error("operator[]: index " + std::to_string(index));
-    return EditArray([position = static_cast<std::size_t>(index)](Elements& elements) -> Value& {
-        if (position >= elements.size()) elements.resize(position + 1);
-        return elements[position].value;
-    });
+    const auto position = static_cast<std::size_t>(index);
+    Array& array = MakeRoom(position + 1);
+    while (array.Size() <= position) array.Append();
+    return array.begin()[position].value;
 }
 
 const Value& Value::operator[](int index) const noexcept {
-    if (index < 0 || static_cast<std::uint32_t>(index) >= size() || !isArray()) {
-        return nothing.fields.value;
-    }
+    if (!isArray()) return nothing.fields.value;
+    const auto& array = static_cast<const Array&>(*plain_.container);
+    // As an unsigned number, a negative index is beyond the end.
     const auto position = static_cast<std::size_t>(index);
-    return static_cast<const Array*>(plain_.container)->elements[position].value;
+    return position < array.Size() ? array.begin()[position].value : nothing.fields.value;
 }
 
 Value& Value::append(Value&& value) {
@@ -250,9 +257,7 @@ Value& Value::append(Value&& value) {
     // Taken first: `value` may be this value or a part of it.
     Value taken(std::move(value));
     try {
-        return EditArray([&taken](Elements& elements) -> Value& {
-            return elements.emplace_back(std::move(taken)).value;
-        });
+        return MakeRoom(std::size_t{size()} + 1).Append(std::move(taken));
     } catch (...) {
         value = std::move(taken);
         throw;
@@ -403,8 +408,7 @@ ValueType Value::type() const noexcept {
 
 std::uint32_t Value::size() const noexcept {
     if (isArray()) {
-        return static_cast<std::uint32_t>(
-            static_cast<const Array*>(plain_.container)->elements.size());
+        return static_cast<std::uint32_t>(static_cast<const Array*>(plain_.container)->Size());
     }
     if (isObject()) {
         return static_cast<std::uint32_t>(static_cast<const Object*>(plain_.container)->Size());
@@ -492,7 +496,7 @@ ValueIteratorBase::ValueIteratorBase(const Value& value, bool atEnd) noexcept {
 }
 
 Value& ValueIteratorBase::deref() const noexcept {
-    if (!container_->isObject) return static_cast<Array*>(container_)->elements[at_].value;
+    if (!container_->isObject) return static_cast<Array*>(container_)->begin()[at_].value;
     return static_cast<Object*>(container_)->GetChunk(chunk_).entries[at_].member->slot.value;
 }
 
