@@ -1,5 +1,7 @@
 #pragma once
 
+#include <VxUtil/VxUtilStandardLibrary.h>
+
 // Marks the symbols that libVxUtil.so exports; everything else in it is hidden. The static library
 // exports nothing from the program or the library that it is linked into.
 #ifdef VXUTIL_STATIC
