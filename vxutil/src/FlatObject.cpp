@@ -126,6 +126,10 @@ Object::Position Object::FindPosition(std::uint64_t prefix, std::string_view key
     return {i, static_cast<std::uint32_t>(entry - chunk.entries)};
 }
 
+const Value* Object::FindByPosition(std::uint64_t prefix, std::string_view key) const noexcept {
+    return At(FindPosition(prefix, key), prefix, key);
+}
+
 Value* Object::At(Position position, std::uint64_t prefix, std::string_view key) const noexcept {
     const Chunk& chunk = GetChunk(position.chunk);
     if (position.entry == chunk.count) return nullptr;

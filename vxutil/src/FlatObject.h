@@ -100,14 +100,10 @@ class Object : public Container {
     /// Returns the value of the member for `key`, or null if there is none.
     const Value* Find(std::string_view key) const noexcept {
         const std::uint64_t prefix = KeyPrefix(key);
-        const Chunk& chunk = more_.empty() ? first_ : GetChunk(FindChunk(prefix, key));
-        const Entry* const end = chunk.entries + chunk.count;
-        const Entry* entry = LowerBound(chunk, prefix);
-        if (entry == end || entry->prefix != prefix) return nullptr;
-        if (!HasEqualRest(entry->member->key, key)) {
-            entry = LowerBound(entry, end, prefix, key);
-            if (entry == end || entry->member->key != key) return nullptr;
-        }
+        if (!more_.empty()) return FindByPosition(prefix, key);
+        const Entry* const entry = LowerBound(first_, prefix);
+        if (entry == first_.entries + first_.count || entry->prefix != prefix) return nullptr;
+        if (!HasEqualRest(entry->member->key, key)) return FindByPosition(prefix, key);
         return &entry->member->slot.value;
     }
 
@@ -149,13 +145,13 @@ class Object : public Container {
     Entry* OwnEntries() noexcept { return reinterpret_cast<Entry*>(this + 1); }
     Chunk& ChunkAt(std::size_t i) noexcept { return i == 0 ? first_ : more_[i - 1]; }
 
-    /// Returns the first entry of a chunk whose prefix is not less. Without branches that depend on
-    /// keys, which are unpredictable.
+    /// Returns the first entry of a chunk whose prefix is not less. Without branches on keys, which
+    /// are unpredictable.
     static Entry* LowerBound(const Chunk& chunk, std::uint64_t prefix) noexcept {
         Entry* from = chunk.entries;
         for (std::size_t count = chunk.count; count > 0;) {
             const std::size_t half = (count + 1) / 2;
-            from += from[half - 1].prefix < prefix ? half : 0;
+            from += half * static_cast<std::size_t>(from[half - 1].prefix < prefix);
             count -= half;
         }
         return from;
@@ -164,6 +160,7 @@ class Object : public Container {
                                    std::string_view key) noexcept;
     std::size_t FindChunk(std::uint64_t prefix, std::string_view key) const noexcept;
     Position FindPosition(std::uint64_t prefix, std::string_view key) const noexcept;
+    const Value* FindByPosition(std::uint64_t prefix, std::string_view key) const noexcept;
     Value* At(Position position, std::uint64_t prefix, std::string_view key) const noexcept;
     template <typename... From>
     void Append(From&&... from);
