@@ -1,46 +1,19 @@
 #include "structure/PackedFrameWriter.h"
 
 #include <functional>
+#include <random>
 
 #include "tests/structure/Decode.h"
 #include "tests/structure/SampleUnit.h"
 #include "tests/support/RandomDocument.h"
+#include "tests/support/RoundTrip.h"
 #include "tests/support/Rows.h"
-#include "tests/support/SameDocument.h"
 
 namespace {
 
-/// Decodes all items of a frame that was just written.
-rapidjson::Document Decoded(const PackedFrameWriter& writer) {
-    const std::string frame = writer.Frame();
-    std::string name;
-    vxJson::Value schema;
-    int header = 0;
-    rapidjson::Document document;
-    CDEStructureDataHelper::GetBinaryDataInfo(frame, name, schema, header);
-    EXPECT_EQ(header, writer.HeaderLength());
-    EXPECT_TRUE(CDEStructureDataHelper::ParseBinaryDataToJson(
-        frame.data() + header, static_cast<int>(frame.size()) - header, schema, writer.Offsets(),
-        vxJson::Value(), document));
-    return document;
-}
-
-testing::AssertionResult RoundTrips(const rapidjson::Value& document) {
-    PackedFrameWriter writer("unit");
-    writer.AddItems(document);
-    return SameDocument(Decoded(writer), document);
-}
-
-TEST(Writer, WritesTheBytesOfTheSampleUnit) {
-    PackedFrameWriter writer("demo");
-    writer.AddLeaf("hostname", 1, "r1");
-    writer.AddTable("ifTable", true, {"ifName"});
-    writer.AddColumn("ifName", 1, Json(R"(["Gi0/1","Gi0/2"])"));
-    writer.AddColumn("speed", 3, Json("[1000,2.5]"));
-    writer.AddAttribute("vrf", 1, "blue");
-    EXPECT_EQ(writer.Frame(), SampleUnit::Header() + SampleUnit::Payload());
-    EXPECT_EQ(writer.Offsets(), Json(SampleUnit::kOffsets));
-    EXPECT_EQ(writer.HeaderLength(), 186);
+TEST(Writer, ReportsWhereTheValuesOfTheSampleUnitAre) {
+    EXPECT_EQ(SampleUnit::Written().Offsets(), Json(SampleUnit::kOffsets));
+    EXPECT_EQ(SampleUnit::Written().HeaderLength(), 186);
 }
 
 TEST(Writer, PacksEachKindInItsNarrowestForm) {
@@ -59,15 +32,14 @@ TEST(Writer, PacksEachKindInItsNarrowestForm) {
     lookalike["$binary"] = "/";
     PackedFrameWriter writer("");
     writer.AddLeaf("", 1, lookalike);
-    EXPECT_EQ(Text(Decoded(writer)[0]["value"]), R"({"$binary":"/"})");
+    EXPECT_EQ(Text(DecodedWhole(writer)[0]["value"]), R"({"$binary":"/"})");
 }
 
 TEST(Writer, WritesDocumentsThatDecodeToThemselves) {
     RandomDocument random(1);
     std::map<DDKey, DDKey> mapping;
-    for (const char* wanted : {"b|a", "$b|b", "|a.b", "$x.$y|a.a", "x.$y|b.$a"})
-        mapping[DDKey("", std::string(wanted).substr(0, std::string(wanted).find('|')))] =
-            DDKey("p", std::string(wanted).substr(std::string(wanted).find('|') + 1));
+    for (const auto& row : Rows("b | a\n$b | b\n | a.b\n$x.$y | a.a\nx.$y | b.$a"))
+        mapping[DDKey("", row[0])] = DDKey("p", row[1]);
     for (int i = 0; i < 3000; ++i) {
         rapidjson::Document& document = random.Next();
         ASSERT_TRUE(RoundTrips(document)) << i;

@@ -19,7 +19,7 @@ class RandomDocument {
 
   private:
     std::uint64_t Below(std::uint64_t bound) { return engine_() % bound; }
-    rapidjson::SizeType Size();
+    auto& Pool() { return document_.GetAllocator(); }
     rapidjson::Value Str(const std::string& bytes);
     rapidjson::Value Name();
     rapidjson::Value Any(int depth);

@@ -1,0 +1,32 @@
+// Builds a record of a command's output and prints what a store receives: the keys under which it
+// files the record, and the record as JSON.
+#include <VxUtil/CDeviceIdentifier.h>
+#include <VxUtil/VX128Guid.h>
+#include <VxUtil/vxJson.h>
+
+#include <iostream>
+
+#include "records/CDEDataShowCommand.h"
+
+// [a record into the store]
+void Store(const CDeviceIdentifier& device, const std::string& command, const std::string& output,
+           long long milliseconds) {
+    CDEDataShowCommand record(device);
+    record.SetCommand(command);
+    record.SetData(output);
+    record.SetTime(milliseconds);
+
+    vxJson::Value status;
+    record.GetDEStatus(status);
+    std::cout << "what it is:    " << record.GetMetaMD5() << '\n'  // device, type and name
+              << "what it holds: " << record.GetDataMD5() << '\n'
+              << "that it is there: " << status.toString(false) << '\n'
+              << "all of it: " << record.GetODJson().toString(false) << '\n';
+}
+// [end]
+
+int main() {
+    // A device has a GUID or, failing that, a host name of the form N:type:id.
+    const CDeviceIdentifier device(VX128Guid(), "N:router:edge-r1");
+    Store(device, "show version", "Version 17.9.4a, uptime is 41 weeks", 1740982361000);
+}

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <string>
+
+#include "structure/CDEStructureDataHelper.h"
+#include "structure/PackedFrameWriter.h"
+#include "tests/support/SameDocument.h"
+
+/// Decodes all items of the frame that `writer` holds.
+inline rapidjson::Document DecodedWhole(const PackedFrameWriter& writer) {
+    const std::string frame = writer.Frame();
+    std::string name;
+    vxJson::Value schema;
+    int header = 0;
+    rapidjson::Document document;
+    CDEStructureDataHelper::GetBinaryDataInfo(frame, name, schema, header);
+    EXPECT_EQ(header, writer.HeaderLength());
+    EXPECT_TRUE(CDEStructureDataHelper::ParseBinaryDataToJson(
+        frame.data() + header, static_cast<int>(frame.size()) - header, schema, writer.Offsets(),
+        vxJson::Value(), document));
+    return document;
+}
+
+/// Succeeds if a frame of the items of `document` decodes to `document` again.
+inline testing::AssertionResult RoundTrips(const rapidjson::Value& document) {
+    PackedFrameWriter writer("unit");
+    writer.AddItems(document);
+    return SameDocument(DecodedWhole(writer), document);
+}
