@@ -7,6 +7,7 @@
 #include "descriptors/CDEDeviceMetadata.h"
 #include "query/CDEQueryResultStructureData.h"
 #include "structure/CDEStructureDataHelper.h"
+#include "structure/PackedFrameWriter.h"
 #include "tests/memory/FailingMalloc.h"
 #include "tests/support/Texts.h"
 
@@ -204,6 +205,25 @@ TEST(Memory, AResultLosesNoDocument) {
         EXPECT_EQ(Shown(*to), done ? b : a);
         EXPECT_EQ(Shown(done ? *to : *from), b);
     });
+}
+
+TEST(Memory, AWriterAddsAllItemsOrNone) {
+    SmallDocument document;
+    Decode(document);
+    const Value cells = Json(R"(["a cell of many bytes",[{"a key of many bytes":1.5}]])");
+    const std::function<void(PackedFrameWriter&)> additions[] = {
+        [&](auto& writer) { writer.AddTable("a table of many bytes", true, {"ifName"}); },
+        [&](auto& writer) { writer.AddColumn("a column of many bytes", 1, cells); },
+        [&](auto& writer) { writer.AddItems(document); }};
+    for (const auto& add : additions) {
+        FailEachAllocation([&](const Attempt& attempt) {
+            PackedFrameWriter writer("a unit of many bytes");
+            writer.AddTable("ifTable", true, {});
+            const std::string before = writer.Frame();
+            const bool done = attempt([&] { add(writer); });
+            EXPECT_EQ(writer.Frame() == before, !done);
+        });
+    }
 }
 
 TEST(Memory, ASaveThatFailsLeavesTheOldEntry) {

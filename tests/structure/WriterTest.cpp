@@ -18,8 +18,10 @@ TEST(Writer, ReportsWhereTheValuesOfTheSampleUnitAre) {
 
 TEST(Writer, PacksEachKindInItsNarrowestForm) {
     for (const auto& row : Rows(R"(
-        [127,128,256,65536,4294967296]    | 95 7f cc80 cd0100 ce00010000 cf0000000100000000
-        [-32,-33,-129,-32769,-2147483649] | 95 e0 d0df d1ff7f d2ffff7fff d3ffffffff7fffffff
+        [127,128,255,256,65535,65536]           | 96 7f cc80 ccff cd0100 cdffff ce00010000
+        [4294967295,4294967296]                 | 92 ceffffffff cf0000000100000000
+        [-32,-33,-128,-129,-32768,-32769]       | 96 e0 d0df d080 d1ff7f d18000 d2ffff7fff
+        [-2147483648,-2147483649]               | 92 d280000000 d3ffffffff7fffffff
         [5.0,-0.0,0.1,1e300,null,true]    | 96 cb4014000000000000 cb8000000000000000 cb3fb999999999999a cb7e37e43c8800759c c0 c3
         {"$binary":{"base64":"AGE=","subType":"00"}}     | c402 0061
         {"":[{}],"a\u0000":"\u0000"}                     | 82 a0 9180 a26100 a100)")) {

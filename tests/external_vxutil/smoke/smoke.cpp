@@ -6,6 +6,7 @@
 #include "query/CDEStructureQueryInfo.h"
 #include "records/CDEDataShowCommand.h"
 #include "structure/CDEStructureDataHelper.h"
+#include "structure/PackedFrameWriter.h"
 #include "variables/VariableMappingDAO.h"
 
 namespace {
@@ -57,6 +58,21 @@ void DecodeAnAnswer() {
     Expect(std::to_string(document[0]["value"].GetInt()), "7");
 }
 
+void WriteAFrame() {
+    PackedFrameWriter writer("u");
+    try {
+        writer.AddColumn("c", 1, Json("[1]"));
+        Expect("added", "rejected");
+    } catch (const std::runtime_error& error) {
+        Expect(error.what(), "column \"c\": no table has been added");
+    }
+    writer.AddLeaf("n", 3, Json(R"({"a":[7,"b"]})"));
+    const std::string frame = writer.Frame();
+    Expect(frame.substr(static_cast<unsigned>(writer.HeaderLength())),
+           "\x81\xa1\x61\x92\x07\xa1\x62");
+    Expect(writer.Offsets().toString(false), "[0]");
+}
+
 void LoadAMapping() {
     VariableMappingDAO mapping;
     mapping.LoadFromJson(
@@ -80,6 +96,7 @@ void PassAQueryOn() {
 int main() {
     StoreARecord();
     DecodeAnAnswer();
+    WriteAFrame();
     LoadAMapping();
     PassAQueryOn();
     if (failures == 0) std::cout << "smoke: all is well\n";
