@@ -19,6 +19,7 @@ vxJson::Value ValueOf(const std::string& text) {
 }  // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    if (size > 10000) return 0;  // the reference decoder is recursive
     const std::vector<std::string> parts = SplitAtZeros(InputText(data, size), 4);
     Require(SameDecodingOnBothDecoders(parts[3], ValueOf(parts[0]), ValueOf(parts[1]),
                                        ValueOf(parts[2])));

@@ -5,5 +5,5 @@
 
 /// Compares two values as strictly as rapidjson can tell them apart: kinds, number flags, the
 /// digits of doubles, string bytes and lengths, element and member order, repeated keys. A failure
-/// tells the positions that lead to the first difference. Depth is bounded by memory alone.
+/// reports the first difference and the elements that lead to it, innermost first. Recursive.
 testing::AssertionResult SameDocument(const rapidjson::Value& left, const rapidjson::Value& right);
