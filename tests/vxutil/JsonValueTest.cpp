@@ -141,8 +141,8 @@ TEST(JsonValue, MeansWhatIsStored) {
 }
 
 TEST(JsonValue, LooksUpWithoutFailing) {
-    for (const char* text :
-         {"null", "1", "\"k\"", R"({"$binary":{"base64":"aw==","subType":"00"}})", "[]", "{}"}) {
+    for (const char* text : {"null", "1", "\"\"", "\"k\"",
+                             R"({"$binary":{"base64":"aw==","subType":"00"}})", "[]", "{}"}) {
         Value value = Json(text);
         const Value& constant = value;
         EXPECT_TRUE(constant["k"].isNull() && constant[std::string("k")].isNull()) << text;
