@@ -156,6 +156,8 @@ TEST(JsonValue, LooksUpWithoutFailing) {
     }
     const Value full = Json(R"({"k":[1]})");
     EXPECT_TRUE(full["l"].isNull() && full["k"][1].isNull() && full["k"][-1].isNull());
+    const Value longKey = Json(R"({"an equal start, an equal end":1})");
+    EXPECT_TRUE(longKey["an equal start; an equal end"].isNull());
     EXPECT_TRUE(full["k"][0].asInt() == 1 && full["k"].size() == 1 && !full["k"].empty());
 }
 
@@ -201,7 +203,7 @@ TEST(JsonValue, KeepsMembersInPlaceAndSorted) {
                                    "1234567812345678", "12345678123456781234"}) {
         keys.push_back(stem);
         for (int first = 0; first < 256; first += 5) {
-            for (const char* rest : {"", "a", "\xff", " before an equal end"}) {
+            for (const char* rest : {"", "a", "\xff"}) {
                 keys.push_back(stem + static_cast<char>(first) + rest);
             }
         }
