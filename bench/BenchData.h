@@ -19,8 +19,8 @@ struct Unit {
 /// Host names, addresses, counters, rates and flags, one leaf each.
 Unit ScalarLeaves(int count);
 
-/// Interfaces: 20 columns, from names and addresses to octet counters and utilisation.
-Unit InterfaceTable(int rows);
+/// Interfaces: up to 20 columns, from names and addresses to octet counters and utilisation.
+Unit InterfaceTable(int rows, std::size_t columnCount = 20);
 
 /// One leaf that holds an array of routes, a map each.
 Unit RouteTable(int routes);
