@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "bench/Cases.h"
+#include "bench/PlainRenaming.h"
 #include "structure/CDEStructureDataHelper.h"
-#include "tests/support/TextRoute.h"
 
 namespace {
 
@@ -99,7 +99,7 @@ void Library(benchmark::State& state) {
 }
 
 void Plain(benchmark::State& state) {
-    RenameDocument(state, TextRoute::PostDataProcessing);
+    RenameDocument(state, PlainRenaming::Run);
 }
 
 }  // namespace

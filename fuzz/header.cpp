@@ -1,9 +1,17 @@
-// The header of a packed buffer, read by the library and by way of text.
+// Reads the header of a packed buffer. Its schema must be what its text gives, which is how a
+// schema with a float in it is read.
 
 #include "fuzz/Fuzz.h"
 #include "tests/support/BothDecoders.h"
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    Require(SameHeaderOnBothDecoders(InputText(data, size)));
+    const std::string packed = InputText(data, size);
+    ReadHeader(packed);
+    const Header built = ReadHeader("\x01\xa0" + packed);
+    if (built.ending != "true" || built.schema.isNull()) return 0;
+    const std::string schema = packed.substr(0, static_cast<std::size_t>(built.offset) - 2);
+    const std::string half = {'\xca', '\x3f', 0, 0, 0};
+    const Header text = ReadHeader("\x01\xa0\x92" + schema + half);
+    Require(built.schema == std::as_const(text.schema)[0], built.schema.toString(false));
     return 0;
 }

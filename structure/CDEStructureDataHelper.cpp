@@ -69,12 +69,12 @@ void ReadSchema(PackedBytes& bytes, vxJson::Value& schema) {
     vxJson::Reader().parse(text, schema, true);
 }
 
-/// A text up to its first zero byte: all that a document takes of a name.
+/// Returns a name up to its first zero byte, which is where documents end it.
 std::string_view UpToZero(std::string_view text) {
     return text.substr(0, text.find('\0'));
 }
 
-/// Whether a selection of everything in `schema` selects anything.
+/// Returns whether any item of `schema` has a name by which it can be selected.
 bool HasName(const vxJson::Value& schema) {
     const auto end = schema.end();
     for (auto position = schema.begin(); !position.isEqual(end); position.increment()) {
@@ -113,7 +113,7 @@ void RenameLeaf(const WantedNames& wanted, rapidjson::Value* name, JsonPool& poo
 void RenameTable(const WantedNames& wanted, rapidjson::Value* name, rapidjson::Value* columns,
                  JsonPool& pool) {
     if (columns == nullptr || !columns->IsArray()) return;
-    // Columns are looked up under the table's name as it was, whatever the columns before made it.
+    // All columns are looked up under the table's original name, even once one has renamed it.
     std::string fullName(ReadText(name));
     fullName += '.';
     const std::size_t prefix = fullName.size();

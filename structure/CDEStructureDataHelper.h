@@ -13,90 +13,90 @@
 
 /// Decodes packed structure data into rapidjson documents.
 ///
-/// A packed buffer opens with a header of three msgpack objects: the format version (1), the unit's
-/// name and its schema, an array of items. Behind it lie the values of the items, each one msgpack
-/// object at a byte offset of its own. An item of "type" 11 is a table, whose columns and
-/// attributes are values of their own; any other item is a leaf.
+/// A packed buffer opens with a header of three msgpack objects: the format version (1), the name
+/// of the unit and its schema, an array of items. The values of the items follow, each a msgpack
+/// object at its own byte offset. An item of "type" 11 is a table, whose columns and attributes
+/// have values of their own; any other item is a leaf.
 ///
-/// The calling order is GetBinaryDataInfo on the buffer, ParseBinaryDataToJson with the schema it
-/// returned and the offsets that came with the buffer, and, where other names are wanted,
-/// PostDataProcessing on the document.
+/// Call GetBinaryDataInfo on the buffer, then ParseBinaryDataToJson with the schema it returned and
+/// the offsets that came with the buffer, then PostDataProcessing on the document if the variables
+/// are wanted under other names.
 ///
-/// The bytes may be anything: what is no sound msgpack raises msgpack::insufficient_bytes or
-/// msgpack::parse_error, memory is bounded by the bytes that are there, and depth by memory alone.
+/// The bytes need not be trusted: malformed msgpack raises msgpack::insufficient_bytes or
+/// msgpack::parse_error, memory is bounded by the bytes that are there, depth by memory only.
 ///
-/// Thread rule: the operations keep no state. Calls may run at the same time on distinct outputs
-/// and share their inputs.
+/// Thread safety: the operations keep no state. Concurrent calls are safe on distinct outputs and
+/// may share their inputs.
 class DATAENGINE_EXPORT CDEStructureDataHelper {
   public:
     /// Reads the header of a packed buffer.
     ///
-    /// `name` takes the unit's name byte for byte, `schema` the items, `offset` the length of the
-    /// header in bytes: the payload begins there. What lies behind the header is not looked at.
+    /// Bytes after the header are ignored. `name` receives the unit's name byte for byte and may be
+    /// the same string as `blob`; `schema` the items; `offset` the length of the header in bytes,
+    /// which is where the payload begins.
     ///
-    /// Returns false, with all three untouched, if the version is an integer other than 1. A schema
-    /// whose text is no JSON leaves a null `schema`, and the result is true all the same.
+    /// Returns false, with all three unchanged, if the version is an integer other than 1. A schema
+    /// whose text is not JSON leaves `schema` null; the result is still true.
     ///
-    /// Throws msgpack::insufficient_bytes where `blob` ends too early, msgpack::parse_error at a
-    /// byte that starts no object, msgpack::type_error if the version is no 32-bit integer or the
-    /// name neither `str` nor `bin`. A failure on the version or the name leaves all three
-    /// untouched; one on the schema leaves `name` replaced.
+    /// Throws msgpack::insufficient_bytes if `blob` ends too early, msgpack::parse_error at a byte
+    /// that starts no object, msgpack::type_error if the version is not a 32-bit integer or the
+    /// name neither `str` nor `bin`. All three are then unchanged, but if the schema is at fault,
+    /// `name` has been replaced.
     ///
-    /// Cost: linear in the length of the header.
+    /// Complexity: linear in the length of the header.
     static bool GetBinaryDataInfo(const std::string& blob, std::string& name, vxJson::Value& schema,
                                   int& offset);
 
     /// Decodes the selected items of a packed buffer into `out`, which becomes an array with one
-    /// object for each selected item that the schema knows, in the order of the selection.
-    ///
-    /// `buf` and `len` are the bytes that the offsets count from, and their number. `offsets`
-    /// holds, at the "index" of a leaf, the byte offset of its value, and at the "index" of a table
-    /// the list of the byte offsets of its columns and attributes, by their own "index". `fields`
-    /// is null for all items, or an array of names and of objects {"table": name, "column": names,
-    /// "attributes": names}, the latter two null or absent for all; a name of an item may carry one
-    /// leading "$".
+    /// object for each selected item that the schema has, in the order of the selection.
     ///
     ///   leaf    {"type", "name", "value"}
     ///   table   {"type", "name", "column", "hashSort", "hashColumns", "attributes"}
     ///
-    /// Floats come with two decimals. A value that JSON text could not carry (an extension, a NaN,
-    /// a map key that is no string, a `bin` that is no JSON string) is null as a whole. The values
-    /// live in the allocator of `out`.
+    /// Floats are rounded to two decimals. A value that JSON text cannot express is null as a
+    /// whole: one with an extension, a NaN, an infinity or a map key that is not a string, or one
+    /// whose `bin` break the text. The values live in the allocator of `out`.
     ///
-    /// Returns false, with `out` untouched, if `schema` or `offsets` is no array, or `fields`
-    /// neither null nor an array, or null beside a schema without any name.
+    /// `buf` and `len` are the bytes from which offsets count, and their number. `offsets` holds,
+    /// at the "index" of a leaf, the byte offset of its value, and at the "index" of a table the
+    /// array of the byte offsets of its columns and attributes, by their own "index". `fields` is
+    /// null for all items, or an array of names and of objects {"table": name, "column": names,
+    /// "attributes": names}, where null or absent names mean all. The name of an item may have one
+    /// leading "$", which is removed.
     ///
-    /// Throws msgpack::insufficient_bytes for an offset outside the buffer and for a value cut
-    /// short, msgpack::parse_error for bytes that are no msgpack, and what a conversion of an
-    /// unsuitable kind in `schema`, `offsets` or `fields` throws. `out` then holds the items
-    /// before.
+    /// Returns false, with `out` unchanged, if `schema` or `offsets` is not an array, if `fields`
+    /// is neither null nor an array, and if it is null and the schema has no names.
     ///
-    /// Cost: linear in the selection, the names passed to find it, and the selected bytes; what is
-    /// not selected is never unpacked.
+    /// Throws msgpack::insufficient_bytes for an offset outside the buffer and for a value that is
+    /// cut off, msgpack::parse_error for malformed msgpack, and whatever a conversion in `schema`,
+    /// `offsets` or `fields` throws. `out` then holds the items before the one that failed.
+    ///
+    /// Complexity: linear in the selection, in the schema up to the last selected item, and in the
+    /// selected bytes. Values that are not selected are not read.
     static bool ParseBinaryDataToJson(const char* buf, int len, const vxJson::Value& schema,
                                       const vxJson::Value& offsets, const vxJson::Value& fields,
                                       rapidjson::Document& out);
 
-    /// The first element of `list` whose "name" equals `name`, or null if there is none or `list`
-    /// is no array. The pointer leads into `list`. Throws what `asString` throws on a "name" that
-    /// has no text, if the walk comes to it. Cost: linear in the elements passed.
+    /// Returns the first element of `list` whose "name" equals `name`, or null if there is none or
+    /// `list` is not an array. The pointer is into `list`. Throws what `asString` throws for a
+    /// "name" before the match. Complexity: linear in the elements up to the match.
     static const vxJson::Value* GetChildItemByName(const std::string& name,
                                                    const vxJson::Value& list);
 
-    /// Gives the items and table columns of a decoded document the names that a caller wants, in
-    /// place, and appends each item, renamed or not, to `items` as one compact JSON text.
+    /// Renames the items and table columns of a decoded document in place, and appends each item,
+    /// renamed or not, to `items` as compact JSON text.
     ///
-    /// `mapping` leads from the wanted names to the parser variables that serve them; an entry
-    /// counts if the parser path of its variable is `parserPath`. A leaf is looked up by its name.
-    /// A column is looked up as table name, ".", column name, and its wanted name is split at the
-    /// first "." into the new names of table and column; without a "." it has no effect. Of several
-    /// wanted names for one variable the greatest in the order of `mapping` wins.
+    /// `mapping` maps wanted names to the parser variables that serve them; an entry applies if the
+    /// parser path of its variable is `parserPath`. A leaf is looked up by its name, a column by
+    /// table name, ".", column name. The wanted name of a column is split at its first "." into the
+    /// new names of table and column, and has no effect without one. Of several wanted names for
+    /// one variable, the greatest in the order of `mapping` wins.
     ///
-    /// An item whose text the writer refuses (a NaN or an infinity of the caller's own) is appended
-    /// as far as it came. A root that is no array appends nothing. Members of other kinds than the
-    /// decoder makes are read as absent. Returns true.
+    /// An item that the writer rejects (a NaN or infinity set by the caller) is appended up to that
+    /// point. Nothing is appended if the root is not an array. Members of kinds that the decoder
+    /// does not produce are treated as absent. Returns true.
     ///
-    /// Cost: linear in the entries of the parser and in the document, one lookup for each name.
+    /// Complexity: linear in the entries of the parser and in the document.
     static bool PostDataProcessing(const std::map<DDKey, DDKey>& mapping,
                                    const std::string& parserPath, rapidjson::Document& document,
                                    std::vector<std::string>& items);

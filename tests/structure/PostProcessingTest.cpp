@@ -1,7 +1,8 @@
+#include <gtest/gtest.h>
+
 #include <limits>
 
 #include "structure/CDEStructureDataHelper.h"
-#include "tests/support/BothDecoders.h"
 #include "tests/support/Rows.h"
 #include "tests/support/Texts.h"
 
@@ -33,7 +34,7 @@ TEST(PostProcessing, RenamesAndRenders) {
     }
 }
 
-TEST(PostProcessing, AppendsAndWorksOnTheNamesItFinds) {
+TEST(PostProcessing, RenamesInPlaceAndAppends) {
     rapidjson::Document document;
     document.Parse(R"([{"name":"a"}])");
     Items items = {"one", "two"};
@@ -44,7 +45,7 @@ TEST(PostProcessing, AppendsAndWorksOnTheNamesItFinds) {
     EXPECT_EQ(Text(document), R"([{"name":"c"}])");
 }
 
-TEST(PostProcessing, TakesAnItemAsFarAsTheWriterCame) {
+TEST(PostProcessing, AppendsAnItemAsFarAsItCouldBeWritten) {
     rapidjson::Document document;
     document.Parse(R"([{"a":1,"v":0,"b":2},{"c":[{}]}])");
     document[0]["v"].SetDouble(std::numeric_limits<double>::quiet_NaN());

@@ -5,7 +5,7 @@
 
 namespace {
 
-TEST(Selection, GivesWhatItNames) {
+TEST(Selection, DecodesTheItemsThatItNames) {
     const std::string payload = SampleUnit::Payload();
     for (const auto& row : RowsOf(TEST_DATA "/selections.txt")) {
         SCOPED_TRACE(row[0]);
@@ -22,6 +22,20 @@ TEST(Selection, GivesWhatItNames) {
         EXPECT_EQ(ending.substr(0, ending.find(':')), row[4]) << ending;
         EXPECT_EQ(Text(out), row[5]);
     }
+}
+
+TEST(Selection, FindsTheFirstOfEachNameInAnyOrder) {
+    vxJson::Value schema;
+    for (int i = 0; i < 200; ++i) {
+        schema[i]["name"] = std::to_string(i % 150);
+        schema[i]["type"] = 1000 + i;
+    }
+    rapidjson::Document out;
+    CDEStructureDataHelper::ParseBinaryDataToJson("\x01", 1, schema, Json("[0]"),
+                                                  Json(R"(["149","20","x","149","0","148"])"), out);
+    std::string types;
+    for (const auto& item : out.GetArray()) types += Text(item["type"]) + " ";
+    EXPECT_EQ(types, "1149 1020 1149 1000 1148 ");
 }
 
 TEST(Selection, FindsChildrenByTheirExactName) {
