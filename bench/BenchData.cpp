@@ -186,8 +186,8 @@ Unit Integers(int count) {
 }
 
 Unit Integers32(int count) {
-    return OneArray(10, "counters32", count, [](Packer& packer) {
-        packer.Unsigned((std::uint64_t{1} << 31) | packer.Below(std::uint64_t{1} << 32));
+    return OneArray(10, "counters32", count, [](Random& random) {
+        return (std::uint64_t{1} << 31) | random.Below(std::uint64_t{1} << 32);
     });
 }
 

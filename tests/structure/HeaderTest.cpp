@@ -25,12 +25,15 @@ TEST(Header, ReplacesWhatWasReadBeforeAFailure) {
 }
 
 TEST(Header, MayReplaceTheFrameByItsName) {
-    std::string frame = Hex("01 a1 6e 91 a1 73");
+    const std::string name = "a name that no string object holds in itself";
+    std::string frame = Hex("01 d9") + static_cast<char>(name.size()) + name + Hex("91 a1 73");
+    const std::size_t size = frame.size();
     vxJson::Value schema;
     int offset = 0;
     EXPECT_TRUE(CDEStructureDataHelper::GetBinaryDataInfo(frame, frame, schema, offset));
-    EXPECT_EQ(frame, "n");
+    EXPECT_EQ(frame, name);
     EXPECT_EQ(schema, Json(R"(["s"])"));
+    EXPECT_EQ(static_cast<std::size_t>(offset), size);
 }
 
 TEST(Header, ReportsTheReadersMessage) {
