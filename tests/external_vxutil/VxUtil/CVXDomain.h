@@ -1,11 +1,1 @@
-#pragma once
-
-#include <string>
-
-class CVXDomain {
-  public:
-    const std::string& GetDomainDBName() const { return dbName_; }
-
-  private:
-    std::string dbName_;
-};
+#include <VxUtil/Identity.h>

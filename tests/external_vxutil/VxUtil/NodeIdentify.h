@@ -1,9 +1,1 @@
-#pragma once
-
-#include <string>
-
-class NodeIdentify {
-  public:
-    std::string nodeType;
-    std::string nodeId;
-};
+#include <VxUtil/Identity.h>

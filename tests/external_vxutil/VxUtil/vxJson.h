@@ -1,144 +1,99 @@
 #pragma once
 
 #include <istream>
-#include <map>
+#include <nlohmann/json.hpp>
 #include <string>
-#include <vector>
 
-// Just the operations of a JSON value that the data engine calls. One that is missing here is one
-// that a platform's own utility library need not have. Plain and slow: it exists to be linked.
+// The operations of a JSON value that the data engine may call, and no other: a call that is not
+// declared here does not compile. Conversions never fail.
 namespace vxJson {
 
-enum class ValueType : int {};  // null is 0, binary is 110; the other numbers are nobody's business
+enum class ValueType : int {};  // 0 is null, 110 is binary
+class Value;
 
-class ValueIterator;
-class ValueConstIterator;
+struct ValueIteratorBase {
+    Value& deref() const { return *place; }
+    void increment();
+    bool isEqual(const ValueIteratorBase& other) const { return place == other.place; }
+    Value* place;
+};
+struct ValueIterator : ValueIteratorBase {};
+struct ValueConstIterator : ValueIteratorBase {};
 
+// Elements and members are nlohmann::json objects, which have the layout of a Value.
 class Value {
   public:
     Value(ValueType, bool) {}
     Value(const Value&) = default;
-    Value(const std::string& bytes, ValueType) : kind_(Kind::binary), text_(bytes) {}
-    Value(const char* bytes, int length)
-        : kind_(Kind::binary), text_(bytes, static_cast<std::size_t>(length)) {}
-    Value(int number) : Value(Kind::number, number) {}
-    Value(unsigned long long time, bool) : Value(Kind::time, static_cast<long long>(time)) {}
-    ~Value() = default;
+    Value(const std::string& bytes, ValueType) : json_(bytes) {}
+    Value(const char* bytes, int length) : json_(std::string(bytes, bytes + length)) {}
+    Value(int number) : json_(number) {}
+    Value(unsigned long long time, bool) : json_(time) {}
 
     Value& operator=(const Value&) = default;
-    Value& operator=(const std::string& text) { return *this = Value(Kind::text, 0, text); }
-    Value& operator=(int number) { return *this = Value(number); }
-    Value& operator=(long long number) { return *this = Value(Kind::number, number); }
-    Value& operator=(unsigned long long number) { return *this = static_cast<long long>(number); }
+    Value& operator=(const std::string& text) { return json_ = text, *this; }
+    Value& operator=(int number) { return json_ = number, *this; }
+    Value& operator=(long long number) { return json_ = number, *this; }
+    Value& operator=(unsigned long long number) { return json_ = number, *this; }
 
-    Value& operator[](const char* key) { return (*this)[std::string(key)]; }
-    Value& operator[](const std::string& key) {
-        if (isNull()) kind_ = Kind::object;
-        return members_.try_emplace(key, ValueType(0), false).first->second;
-    }
+    Value& operator[](const char* key) { return Of(json_[key]); }
+    Value& operator[](const std::string& key) { return Of(json_[key]); }
     const Value& operator[](const char* key) const { return (*this)[std::string(key)]; }
     const Value& operator[](const std::string& key) const {
-        const auto found = members_.find(key);
-        return found == members_.end() ? Null() : found->second;
+        static const nlohmann::json null;
+        return Of(json_.contains(key) ? json_[key] : null);
     }
-    const Value& operator[](int index) const { return elements_.at(static_cast<unsigned>(index)); }
+    const Value& operator[](int index) const { return Of(json_.at(static_cast<unsigned>(index))); }
 
-    std::string asString() const { return text_; }
-    int asInt() const { return static_cast<int>(number_); }
-    long long asInt64() const { return number_; }
-    bool asBool() const { return number_ != 0; }
-    long long asTime() const { return number_; }
-    const std::string& asBinary() const { return text_; }
-
-    bool isNull() const { return kind_ == Kind::null; }
-    bool isString() const { return kind_ == Kind::text; }
-    bool isArray() const { return kind_ == Kind::array; }
-    bool isObject() const { return kind_ == Kind::object; }
-    bool empty() const {
-        return isNull() || ((isArray() || isObject()) && elements_.empty() && members_.empty());
+    std::string asString() const { return asBinary(); }
+    const std::string& asBinary() const {
+        static const std::string empty;
+        return isString() ? json_.get_ref<const std::string&>() : empty;
     }
-    unsigned size() const { return static_cast<unsigned>(elements_.size()); }
+    int asInt() const { return static_cast<int>(asInt64()); }
+    long long asInt64() const { return json_.is_number() ? json_.get<long long>() : 0; }
+    long long asTime() const { return asInt64(); }
+    bool asBool() const { return json_ == true; }
 
-    std::string toString(bool flag) const;
-    std::string toStyledString() const;
-    bool operator<(const Value& other) const { return toString(false) < other.toString(false); }
+    bool isNull() const { return json_.is_null(); }
+    bool isString() const { return json_.is_string(); }
+    bool isArray() const { return json_.is_array(); }
+    bool isObject() const { return json_.is_object(); }
+    bool empty() const { return json_.empty(); }
+    unsigned size() const { return isArray() ? static_cast<unsigned>(json_.size()) : 0; }
 
-    Value& append(const Value& element) {
-        kind_ = Kind::array;
-        return elements_.emplace_back(element);
-    }
-    Value* append(Value* element) {
-        append(*element);
-        delete element;
-        return &elements_.back();
-    }
+    std::string toString(bool) const { return json_.dump(); }
+    std::string toStyledString() const { return json_.dump(4); }
+    bool operator<(const Value& other) const { return json_ < other.json_; }
 
-    ValueIterator begin();
-    ValueIterator end();
-    ValueConstIterator begin() const;
-    ValueConstIterator end() const;
+    Value& append(const Value& element) { return Of(json_.emplace_back(element.json_)); }
+    Value* append(Value* element) { return &append(*std::unique_ptr<Value>(element)); }
+
+    ValueIterator begin() { return {{Elements()}}; }
+    ValueIterator end() { return {{Elements() + size()}}; }
+    ValueConstIterator begin() const { return {{Elements()}}; }
+    ValueConstIterator end() const { return {{Elements() + size()}}; }
 
   private:
-    enum class Kind { null, number, time, text, binary, array, object };
-
-    friend struct Text;
-
-    Value(Kind kind, long long number, const std::string& text = {})
-        : kind_(kind), number_(number), text_(text) {}
-    static const Value& Null() {
-        static const Value null(ValueType(0), false);
-        return null;
+    friend struct Reader;
+    static Value& Of(const nlohmann::json& json) {
+        return reinterpret_cast<Value&>(const_cast<nlohmann::json&>(json));
     }
+    Value* Elements() const { return size() == 0 ? nullptr : &Of(json_[0]); }
 
-    Kind kind_ = Kind::null;
-    long long number_ = 0;
-    std::string text_;
-    std::vector<Value> elements_;
-    std::map<std::string, Value> members_;
+    nlohmann::json json_;
 };
+static_assert(sizeof(Value) == sizeof(nlohmann::json));
 
-class ValueIteratorBase {
-  public:
-    Value& deref() const { return *place_; }
-    void increment() { ++place_; }
-    bool isEqual(const ValueIteratorBase& other) const { return place_ == other.place_; }
-
-  protected:
-    friend class Value;
-    explicit ValueIteratorBase(const Value* place) : place_(const_cast<Value*>(place)) {}
-
-  private:
-    Value* place_;
-};
-
-class ValueIterator : public ValueIteratorBase {
-    using ValueIteratorBase::ValueIteratorBase;
-    friend class Value;
-};
-
-class ValueConstIterator : public ValueIteratorBase {
-    using ValueIteratorBase::ValueIteratorBase;
-    friend class Value;
-};
-
-inline ValueIterator Value::begin() {
-    return ValueIterator(elements_.data());
-}
-inline ValueIterator Value::end() {
-    return ValueIterator(elements_.data() + size());
-}
-inline ValueConstIterator Value::begin() const {
-    return ValueConstIterator(elements_.data());
-}
-inline ValueConstIterator Value::end() const {
-    return ValueConstIterator(elements_.data() + size());
+inline void ValueIteratorBase::increment() {
+    ++place;
 }
 
-class Reader {
-  public:
-    Reader() = default;
-    ~Reader() = default;
-    bool parse(std::istream& input, Value& root, bool flag);
+struct Reader {
+    bool parse(std::istream& input, Value& root, bool) {
+        root.json_ = nlohmann::json::parse(input, nullptr, false);
+        return !root.json_.is_discarded();
+    }
 };
 
 }  // namespace vxJson
