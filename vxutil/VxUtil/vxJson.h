@@ -408,8 +408,10 @@ class VXUTIL_EXPORT Reader {
     /// A number too large for a double is an error, as is a zero with such an exponent (0e999). Of
     /// members with equal keys the last one wins. Bytes from 0x80 on are kept as they are.
     ///
-    /// With `extended`, the forms of binary and time values that toString writes become these kinds
-    /// again. That holds for their exact form only; anything else stays a plain object.
+    /// With `extended`, the Extended JSON that toString and the clients of a store write becomes
+    /// the kinds that it stands for: $binary, $uuid, $date, $numberInt, $numberLong, $numberDouble
+    /// and $oid. That holds for well-formed objects with exactly these members, as documented in
+    /// docs/json-forms.md; anything else stays a plain object.
     ///
     /// Returns false and leaves `root` null if the text is not JSON, or if the stream fails.
     /// Complexity: linear, but n log n for unsorted keys; needs memory for the text beside the

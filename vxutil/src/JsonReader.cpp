@@ -38,17 +38,10 @@ class ParseHandler {
     /// Returns the value of a text that has been read.
     Value Take() { return std::move(pending_.front().value); }
 
-    bool Null() {
-        Next();
-        return true;
-    }
-    bool Bool(bool value) {
-        Next() = value;
-        return true;
-    }
+    bool Null() { return Put(); }
+    bool Bool(bool value) { return Put(value); }
     bool String(const char* text, std::size_t length, bool /*copy*/) {
-        Next() = std::string(text, length);
-        return true;
+        return Put(std::string(text, length));
     }
     bool RawNumber(const char* text, std::size_t length, bool /*copy*/);
 
@@ -62,7 +55,7 @@ class ParseHandler {
         return true;
     }
     bool Key(const char* text, std::size_t length, bool /*copy*/) {
-        pending_.push_back({{text, length}, Value()});
+        pending_.emplace_back().key = {text, length};
         return true;
     }
     bool EndObject(std::size_t count);
@@ -82,13 +75,15 @@ class ParseHandler {
         bool insideForm;
     };
 
-    /// The null value that the next event fills: the value of the last key, or a new element.
-    Value& Next() {
+    /// Constructs the value of the last key, which is null so far, or of a new element.
+    template <typename... Content>
+    bool Put(Content&&... content) {
         if (!open_.empty() && !open_.back().isObject) pending_.emplace_back();
-        return pending_.back().value;
+        ::new (static_cast<void*>(&pending_.back().value)) Value(std::forward<Content>(content)...);
+        return true;
     }
     void Start(bool isObject) {
-        Next();
+        Put();
         const bool insideForm = extended_ && ((!open_.empty() && open_.back().insideForm) ||
                                               IsFormKey(pending_.back().key));
         open_.push_back({isObject, insideForm});
@@ -108,24 +103,15 @@ bool ParseHandler::RawNumber(const char* text, std::size_t length, bool /*copy*/
     const auto isWhole = [end](std::from_chars_result result) {
         return result.ec == std::errc() && result.ptr == end;
     };
-    Value& value = Next();
     if (*text == '-') {
         std::int64_t number = 0;
-        if (isWhole(std::from_chars(text, end, number))) {
-            value = number;
-            return true;
-        }
+        if (isWhole(std::from_chars(text, end, number))) return Put(number);
     } else {
         std::uint64_t number = 0;
-        if (isWhole(std::from_chars(text, end, number))) {
-            value = number;
-            return true;
-        }
+        if (isWhole(std::from_chars(text, end, number))) return Put(number);
     }
     double number = 0;
-    if (!ReadDouble({text, length}, number)) return false;
-    value = number;
-    return true;
+    return ReadDouble({text, length}, number) && Put(number);
 }
 
 Value ParseHandler::MakeArray(ParsedMember* first, ParsedMember* last) {
@@ -190,7 +176,9 @@ namespace {
 bool ReadAll(std::istream& input, std::string& text) {
     std::size_t size = 0;
     while (input.good()) {
-        text.resize(std::max<std::size_t>(2 * size, 4096));
+        // Streams over strings and files know how much is left. One byte more finds the end.
+        const auto available = std::max<std::streamsize>(input.rdbuf()->in_avail(), 4095);
+        text.resize(std::max(2 * size, size + static_cast<std::size_t>(available) + 1));
         input.read(text.data() + size, static_cast<std::streamsize>(text.size() - size));
         size += static_cast<std::size_t>(input.gcount());
     }
