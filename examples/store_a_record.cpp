@@ -18,10 +18,10 @@ void Store(const CDeviceIdentifier& device, const std::string& command, const st
 
     vxJson::Value status;
     record.GetDEStatus(status);
-    std::cout << "what it is:    " << record.GetMetaMD5() << '\n'  // device, type and name
-              << "what it holds: " << record.GetDataMD5() << '\n'
-              << "that it is there: " << status.toString(false) << '\n'
-              << "all of it: " << record.GetODJson().toString(false) << '\n';
+    std::cout << "meta key: " << record.GetMetaMD5() << '\n'  // device, type and name
+              << "data key: " << record.GetDataMD5() << '\n'
+              << "status: " << status.toString(false) << '\n'
+              << "record: " << record.GetODJson().toString(false) << '\n';
 }
 // [end]
 
