@@ -38,21 +38,31 @@ class Tool : public testing::Test {
                 FileText(directory_ + "/stderr")};
     }
 
+    /// Set UPDATE_GOLDEN to write the files anew; read the difference before it is committed.
+    void CheckGoldenOutputs(const std::string& table) const {
+        for (const auto& row : RowsOf(TEST_DATA "/" + table)) {
+            const Outcome outcome = Run(row[1]);
+            std::string text = outcome.out + outcome.err;
+            if (outcome.status != 0) text += "exit " + std::to_string(outcome.status) + "\n";
+            const std::string golden = TEST_DATA "/golden/" + row[0] + ".txt";
+            if (getenv("UPDATE_GOLDEN") != nullptr) std::ofstream(golden) << text;
+            EXPECT_EQ(text, FileText(golden)) << row[1];
+        }
+    }
+
   private:
     std::string directory_;
 };
 
-// Set UPDATE_GOLDEN to write the files anew; read the difference before it is committed.
 TEST_F(Tool, PrintsTheGoldenOutputs) {
-    for (const auto& row : RowsOf(TEST_DATA "/commands.txt")) {
-        const Outcome outcome = Run(row[1]);
-        std::string text = outcome.out + outcome.err;
-        if (outcome.status != 0) text += "exit " + std::to_string(outcome.status) + "\n";
-        const std::string golden = TEST_DATA "/golden/" + row[0] + ".txt";
-        if (getenv("UPDATE_GOLDEN") != nullptr) std::ofstream(golden) << text;
-        EXPECT_EQ(text, FileText(golden)) << row[1];
-    }
+    CheckGoldenOutputs("commands.txt");
 }
+
+#ifdef DATAENGINE_TOOL_BSON
+TEST_F(Tool, PrintsBson) {
+    CheckGoldenOutputs("bson.txt");
+}
+#endif
 
 TEST_F(Tool, ReportsErrorsOnOneLine) {
     for (const auto& row : RowsOf(TEST_DATA "/errors.txt")) {

@@ -23,9 +23,16 @@ printf '\203\244name\241s\244type\241x\245index\002' >> odd
 printf '\203\244name\242$d\244type\001\245index\316\177\377\377\377' >> odd
 printf '\203\244name\241t\244type\013\245index\004' >> odd
 printf '\001\002\003\004' >> odd
+# A table with an attribute between its columns and a name that repeats, and a value of 200000 levels.
+printf '\001\245mixed\221\205\244name\241t\244type\013\245index\000\246column\223' > mixed
+printf '\203\244name\241c\244type\001\245index\002\203\244name\241a\244type\001\245index\000' >> mixed
+printf '\203\244name\241a\244type\001\245index\002' >> mixed
+printf '\252attributes\221\203\244name\241b\244type\001\245index\001\221\001\002\221\003' >> mixed
+(printf '\001\244deep\221\202\244name\241x\244type\001'; head -c 200000 /dev/zero|tr '\000' '\221'; printf '\300') > deep
 echo '[1, 2' > half.json
 echo '{}' > object.json
 echo '[0, 10]' > short.json
+echo '[-1]' > negative.json
 echo '[5000, 1, 2, 3, 4, [5]]' > far.json
 echo '[{"table": "ifTable", "column": ["speed", "gone"], "attributes": []}, "$uptimeSeconds"]' > selection.json
 echo '[[]]' > bad-selection.json
@@ -46,6 +53,8 @@ leaf,bytes,raw,0b0a
 attribute,number,ratio,2.50
 table,t
 text:name,boolean:up,number:load
+東京と横浜と京都,,12.5
+大阪と神戸と奈良,,
 "a ""b"", c",true,1e3
 "two
 lines",,

@@ -79,7 +79,10 @@ class Decoder {
 }  // namespace
 
 int Decode(const DecodeOptions& options) {
-    CheckPaths({options.frame, options.offsets, options.map}, {options.output});
+    std::vector<std::string> inputs = {options.frame, options.offsets, options.map};
+    if (options.select.size() == 1 && IsFile(options.select[0]))
+        inputs.push_back(options.select[0]);
+    CheckPaths(inputs, {options.output});
     Complaints complaints;
     const Frame frame = ReadFrame(options.frame);
     const Offsets offsets = LocateValues(frame, options.offsets, complaints);

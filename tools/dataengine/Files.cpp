@@ -126,6 +126,10 @@ std::string Shown(const std::string& path) {
     return path == kStandard ? "standard input" : path;
 }
 
+bool IsFile(const std::string& path) {
+    return path == kStandard || std::filesystem::exists(path);
+}
+
 void CheckPaths(const std::vector<std::string>& inputs, const std::vector<std::string>& outputs) {
     for (const auto& paths : {inputs, outputs}) {
         if (std::count(paths.begin(), paths.end(), kStandard) > 1)

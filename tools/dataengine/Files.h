@@ -16,6 +16,9 @@ constexpr char kStandard[] = "-";
 /// Returns the path of an input as error messages show it.
 std::string Shown(const std::string& path);
 
+/// Returns whether `path` is that of an existing file, or "-".
+bool IsFile(const std::string& path);
+
 /// Checks the paths of a command before it reads anything. Empty paths are ignored.
 ///
 /// Throws UsageError if standard input or output is named twice, or if an output is the same file

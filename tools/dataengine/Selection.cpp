@@ -1,7 +1,6 @@
 #include "tools/dataengine/Selection.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <map>
 
 #include "tools/dataengine/Files.h"
@@ -145,8 +144,7 @@ std::vector<SelectedItem> Select(const Frame& frame, const std::vector<std::stri
     if (select.empty()) selector.AddAll(frame.schema);
     for (const std::string& name : select) {
         if (selector.AddNamed(name)) continue;
-        const bool file = name == kStandard || std::filesystem::exists(name);
-        if (select.size() == 1 && file) {
+        if (select.size() == 1 && IsFile(name)) {
             AddFile(selector, frame, name);
         } else {
             selector.Complain(name);

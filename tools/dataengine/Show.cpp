@@ -74,8 +74,9 @@ class SchemaTree {
         DecodeValue(frame_, item, offset, list, list.GetAllocator());
         std::string text = JsonText(list[0]["value"]);
         if (text.size() <= kLongestBeginning) return text;
-        text.resize(kLongestBeginning);
-        return text + "…";
+        std::size_t end = kLongestBeginning;
+        while (end > 0 && (text[end] & 0xc0) == 0x80) --end;  // not within a character
+        return text.substr(0, end) + "…";
     }
 
     const Frame& frame_;
