@@ -1,5 +1,5 @@
-# dataengine_build_flags(target): what our own code is compiled with. Warnings are errors here and
-# nowhere else: nothing of this reaches those who link the libraries.
+# dataengine_build_flags(target): sets the warnings and sanitizers of this project's own code. All are
+# private: programs that link the libraries do not inherit them.
 function(dataengine_build_flags target)
     if(DATAENGINE_DEVELOPER)
         target_compile_options(${target} PRIVATE
@@ -12,16 +12,16 @@ function(dataengine_build_flags target)
             -fsanitize=${DATAENGINE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
         target_link_options(${target} PRIVATE -fsanitize=${DATAENGINE_SANITIZE})
         if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-            # In instrumented code g++ loses track of which member of a union lives.
+            # In instrumented code g++ cannot tell which union member is active.
             target_compile_options(${target} PRIVATE -Wno-maybe-uninitialized)
         endif()
     endif()
 endfunction()
 
 # dataengine_library(target static_macro): a library that is installed. A shared library carries
-# the major version in its SONAME and finds its neighbours in its own folder; the run path is the
-# same in the build tree, whose location leaves no trace in the file. In a static library, and in
-# programs that link it, static_macro turns the exports off.
+# the major version in its SONAME and finds the other libraries in its own folder. The run path is
+# the same in the build tree, so that the file does not depend on the location of the build. In a
+# static library, and in programs that link it, static_macro turns the exports off.
 function(dataengine_library target static_macro)
     dataengine_build_flags(${target})
     target_compile_features(${target} PUBLIC cxx_std_17)

@@ -1,4 +1,4 @@
-# The dependencies as targets of our own, so that their headers count as system headers.
+# Each dependency is a target of this build, so that its headers are treated as system headers.
 find_path(RAPIDJSON_INCLUDE_DIR rapidjson/document.h REQUIRED)
 add_library(dataengine_rapidjson INTERFACE)
 target_include_directories(dataengine_rapidjson SYSTEM INTERFACE ${RAPIDJSON_INCLUDE_DIR})

@@ -1,7 +1,8 @@
-# Headers that check that a library and its callers use the same standard library settings.
+# Generates headers that check that a library and its callers use the same standard library settings.
 include(CheckCXXSourceCompiles)
 
-# dataengine_check_setting(variable condition): sets variable to 1 or 0, by the flags of this build.
+# dataengine_check_setting(variable condition): sets variable to 1 if the condition holds with the
+# flags of this build, else to 0.
 function(dataengine_check_setting variable condition)
     string(TOUPPER "${CMAKE_BUILD_TYPE}" build_type)
     set(CMAKE_REQUIRED_FLAGS "${CMAKE_CXX_FLAGS_${build_type}}")

@@ -8,14 +8,14 @@
 #include "query/CDEStructureQueryInfo.h"
 #include "records/CDEDataBase.h"
 
-/// The text to send, whatever the transport.
+/// Returns the JSON text of `message`, which any transport can carry.
 std::string Send(const IJsonSerialize& message) {
     vxJson::Value json;
     message.SaveToJson(json);
     return json.toString(false);
 }
 
-/// Loads a received text into `message`.
+/// Loads received JSON text into `message`.
 void Receive(const std::string& text, IJsonSerialize& message) {
     std::istringstream stream(text);
     vxJson::Value json;
@@ -23,7 +23,7 @@ void Receive(const std::string& text, IJsonSerialize& message) {
     message.LoadFromJson(json);
 }
 
-/// The store's side: answers a query from what it holds.
+/// Runs in the store: answers the query in `text` with the text of a result.
 std::string Answer(const std::string& text) {
     CDEStructureQueryInfo query;
     Receive(text, query);

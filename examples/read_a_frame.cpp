@@ -1,4 +1,4 @@
-// Reads a packed frame: its header, and of its values only those that are wanted.
+// Reads the header of a packed frame and decodes the selected values only.
 #include <VxUtil/vxJson.h>
 #include <rapidjson/document.h>
 

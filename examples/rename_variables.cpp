@@ -1,4 +1,4 @@
-// Gives the items of a decoded document the names that the caller wants, and prints each as JSON.
+// Renames the items of a decoded document as a caller wants them, and prints each as JSON.
 #include <rapidjson/document.h>
 
 #include <iostream>
@@ -6,7 +6,7 @@
 #include "structure/CDEStructureDataHelper.h"
 
 int main() {
-    // What decoding a frame makes; see read_a_frame.cpp.
+    // A document as decoded from a frame; see read_a_frame.cpp.
     rapidjson::Document document;
     document.Parse(R"([
         {"type": 1, "name": "hostname", "value": "acc-sw-17"},
@@ -14,8 +14,8 @@ int main() {
          "column": [{"type": 1, "name": "ifName", "value": ["Gi0/1"]}],
          "hashSort": true, "hashColumns": "[\"ifName\"]", "attributes": []}])");
 
-    // From the wanted names to the variables of the parser that made the document. A column is
-    // table name, ".", column name on both sides.
+    // Maps the wanted names to the variables of the parser that produced the document. A column is
+    // written as table name, ".", column name on both sides.
     const std::string parser = "inventory/interfaces";
     const std::map<DDKey, DDKey> wanted = {
         {DDKey("", "deviceName"), DDKey(parser, "hostname")},

@@ -1,5 +1,5 @@
-// Builds a record of a command's output and prints what a store receives: the keys under which it
-// files the record, and the record as JSON.
+// Builds a record of a command's output and prints the data that a store receives: the keys of the
+// record, its status record and the record itself.
 #include <VxUtil/CDeviceIdentifier.h>
 #include <VxUtil/VX128Guid.h>
 #include <VxUtil/vxJson.h>

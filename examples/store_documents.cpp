@@ -17,7 +17,7 @@ namespace {
 namespace MetaRecord = DataEngineNames::MetaRecord;
 namespace Operator = StoreNames::Operator;
 
-/// The stored record with the same meta key but other data.
+/// Returns a filter for the stored record with the same meta key but other data.
 vxJson::Value MakeFilter(CDEDataShowCommand& record) {
     vxJson::Value filter;
     filter[MetaRecord::_id] = record.GetMetaMD5();
@@ -44,7 +44,7 @@ void Print(const char* name, const vxJson::Value& document) {
 }  // namespace
 
 int main() {
-    // The meta key is made of the GUID: devices without one share the meta key of a command.
+    // The meta key depends on the GUID: all devices without one share the meta key of a command.
     const CDeviceIdentifier device(VX128Guid("6f1c2d3e-4b5a-4978-8695-a4b3c2d1e0f9"), "");
     CDEDataShowCommand record(device);
     record.SetCommand("show clock");

@@ -14,7 +14,7 @@
 ///
 /// Each name is a `const std::string&`. The strings are built when the library is loaded, before
 /// any other code of it runs, and last until it is unloaded. Including this header adds no static
-/// initializers, and leaves macros of the program alone.
+/// initializers and does not affect macros of the program.
 ///
 /// Thread safety: any thread may read the names at any time.
 namespace StoreNames {

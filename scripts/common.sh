@@ -1,5 +1,5 @@
-# Sourced by the scripts: ends at the first error, goes to the root of the repository, and answers
-# --help with the comment at the top of the script.
+# Sourced by the scripts: makes them end at the first error, changes to the root of the repository,
+# and handles --help by printing the comment at the top of the script.
 set -euo pipefail
 script=scripts/$(basename "$0")
 cd "$(dirname "${BASH_SOURCE[0]}")/.."

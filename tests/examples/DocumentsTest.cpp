@@ -6,8 +6,8 @@
 #include "tests/support/Rows.h"
 #include "tests/support/SameDocument.h"
 
-// The pages of the repository match the code: their links lead to files, their code is that of the
-// examples, their bytes decode.
+// The documentation matches the code: links point to existing files, quoted code is that of the
+// examples, and the bytes shown decode to the document shown.
 
 namespace {
 
@@ -15,7 +15,7 @@ std::string Page(const std::string& path) {
     return FileText(SOURCE_DIRECTORY "/" + path);
 }
 
-/// The part of `text` between `from` and `to`; empty if `text` does not contain both.
+/// Returns the part of `text` between `from` and `to`; empty if `text` does not contain both.
 std::string Between(const std::string& text, const std::string& from, const std::string& to) {
     const std::size_t begin = text.find(from);
     const std::size_t end = text.find(to, begin + from.size());
@@ -23,7 +23,7 @@ std::string Between(const std::string& text, const std::string& from, const std:
     return text.substr(begin + from.size(), end - begin - from.size());
 }
 
-/// The first group of each match of `pattern` in `text`.
+/// Returns the first group of each match of `pattern` in `text`.
 std::vector<std::string> Matches(const std::string& text, const std::string& pattern) {
     const std::regex regex(pattern);
     return {std::sregex_token_iterator(text.begin(), text.end(), regex, 1), {}};
@@ -48,7 +48,7 @@ TEST(Pages, QuoteTheExamplesAndLinkToFiles) {
 
 TEST(PackedFormat, ShowsTheSampleUnit) {
     const std::string page = Page("docs/packed-format.md");
-    // Bytes are one or two blanks apart, and further from the comment after them.
+    // One or two blanks separate the bytes; more separate them from the comment that follows.
     std::string frame;
     for (const std::string& bytes :
          Matches(Between(page, "```hex", "```"), "\n((?:[0-9a-f]{2}(?: {1,2}|(?=\n)))+)"))

@@ -1,7 +1,8 @@
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
 #include <cstdlib>
+#include <iterator>
+#include <sstream>
 
 #include "tests/support/Rows.h"
 
