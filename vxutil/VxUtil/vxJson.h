@@ -164,7 +164,11 @@ class VXUTIL_EXPORT Value {
 
     /// Replaces kind and content. A move leaves `other` null. Returns the value itself. @{
     Value& operator=(const Value& other) { return *this = Value(other); }
-    Value& operator=(Value&& other) noexcept;
+    Value& operator=(Value&& other) noexcept {
+        if (HoldsText() || HoldsContainer()) return Replace(other);
+        Take(other);
+        return *this;
+    }
     Value& operator=(bool value) noexcept { return *this = Value(value); }
     Value& operator=(double value) noexcept { return *this = Value(value); }
     Value& operator=(int value) noexcept { return *this = Value(value); }
@@ -349,6 +353,7 @@ class VXUTIL_EXPORT Value {
     Value(const Value& other, Shallow);
     bool HoldsText() const noexcept { return tag_ == Tag::string || tag_ == Tag::binary; }
     bool HoldsContainer() const noexcept { return tag_ >= Tag::array; }
+    Value& Replace(Value& other) noexcept;
     void OwnBorrowed();
     void ReleaseContainer() noexcept;
     // Moves the content of `other` into this value, which holds nothing to release.
