@@ -164,22 +164,18 @@ class VXUTIL_EXPORT Value {
 
     /// Replaces kind and content. A move leaves `other` null. Returns the value itself. @{
     Value& operator=(const Value& other) { return *this = Value(other); }
-    Value& operator=(Value&& other) noexcept {
-        if (HoldsText() || HoldsContainer()) return Replace(other);
-        Take(other);
-        return *this;
-    }
-    Value& operator=(bool value) noexcept { return *this = Value(value); }
-    Value& operator=(double value) noexcept { return *this = Value(value); }
-    Value& operator=(int value) noexcept { return *this = Value(value); }
-    Value& operator=(long value) noexcept { return *this = Value(value); }
-    Value& operator=(long long value) noexcept { return *this = Value(value); }
-    Value& operator=(unsigned value) noexcept { return *this = Value(value); }
-    Value& operator=(unsigned long value) noexcept { return *this = Value(value); }
-    Value& operator=(unsigned long long value) noexcept { return *this = Value(value); }
-    Value& operator=(const char* text) { return *this = Value(text); }
-    Value& operator=(const std::string& text) { return *this = Value(text); }
-    Value& operator=(std::string&& text) noexcept { return *this = Value(std::move(text)); }
+    Value& operator=(Value&& other) noexcept;
+    Value& operator=(bool value) noexcept { return Assign(Value(value)); }
+    Value& operator=(double value) noexcept { return Assign(Value(value)); }
+    Value& operator=(int value) noexcept { return Assign(Value(value)); }
+    Value& operator=(long value) noexcept { return Assign(Value(value)); }
+    Value& operator=(long long value) noexcept { return Assign(Value(value)); }
+    Value& operator=(unsigned value) noexcept { return Assign(Value(value)); }
+    Value& operator=(unsigned long value) noexcept { return Assign(Value(value)); }
+    Value& operator=(unsigned long long value) noexcept { return Assign(Value(value)); }
+    Value& operator=(const char* text) { return Assign(Value(text)); }
+    Value& operator=(const std::string& text) { return Assign(Value(text)); }
+    Value& operator=(std::string&& text) noexcept { return Assign(Value(std::move(text))); }
     /// @}
     template <typename T, std::enable_if_t<!std::is_same_v<std::remove_cv_t<T>, char>, int> = 0>
     Value& operator=(T*) = delete;
@@ -353,7 +349,12 @@ class VXUTIL_EXPORT Value {
     Value(const Value& other, Shallow);
     bool HoldsText() const noexcept { return tag_ == Tag::string || tag_ == Tag::binary; }
     bool HoldsContainer() const noexcept { return tag_ >= Tag::array; }
-    Value& Replace(Value& other) noexcept;
+    // Assigns a number or a string; inline for a target that holds nothing to release.
+    Value& Assign(Value&& other) noexcept {
+        if (HoldsText() || HoldsContainer()) return *this = std::move(other);
+        Take(other);
+        return *this;
+    }
     void OwnBorrowed();
     void ReleaseContainer() noexcept;
     // Moves the content of `other` into this value, which holds nothing to release.

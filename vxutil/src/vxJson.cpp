@@ -15,8 +15,8 @@ using detail::Object;
 using detail::Slot;
 using detail::VisitChildren;
 
-// The room in an object or an array that starts with one member or element.
-// Members that an object has room for when its first one is added: enough for most records.
+// The room in an object or an array that starts with one member or element. Most records need no
+// more.
 constexpr std::size_t kFirstMembers = 8;
 constexpr std::size_t kFirstElements = 4;
 
@@ -142,7 +142,7 @@ Value::Value(const Value& other) : Value(other, Shallow()) {
     }
 }
 
-Value& Value::Replace(Value& other) noexcept {
+Value& Value::operator=(Value&& other) noexcept {
     // By way of a third value: `other` may be a part of this one.
     Value taken(std::move(other));
     Value old(std::move(*this));
