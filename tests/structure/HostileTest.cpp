@@ -89,6 +89,7 @@ void ExpectDeclaredSizesTakeNothing() {
     // Each container alone could be there, all of them together can't.
     const std::string behind(std::size_t{1} << 20, 1);
     ExpectInsufficient(Repeat(Hex("dd 00 10 00 00"), 300) + behind);
+    ExpectInsufficient(Repeat(Hex("dd 00 10 00 00 91"), 300) + behind);
     ExpectInsufficient(Repeat(Hex("df 00 08 00 00 a1 6b"), 300) + behind);
 }
 
