@@ -15,7 +15,7 @@ struct Outcome {
     std::string err;
 };
 
-/// Runs command lines in a directory of the test's own, which prepare.sh fills.
+/// Runs command lines in a new directory, which prepare.sh fills.
 class Tool : public testing::Test {
   protected:
     void SetUp() override {
@@ -29,7 +29,7 @@ class Tool : public testing::Test {
         ASSERT_EQ(prepared.status, 0) << prepared.err;
     }
 
-    /// The commands run from a file, so that they may hold any quotation marks.
+    /// Runs the commands from a file, so that they may contain any quotation marks.
     Outcome Run(const std::string& commands) const {
         std::ofstream(directory_ + "/commands") << commands << "\n";
         const std::string shell = "cd '" + directory_ + "' && sh commands >stdout 2>stderr";
@@ -38,7 +38,8 @@ class Tool : public testing::Test {
                 FileText(directory_ + "/stderr")};
     }
 
-    /// Set UPDATE_GOLDEN to write the files anew; read the difference before it is committed.
+    /// Compares each row's output with its golden file. If UPDATE_GOLDEN is set, rewrites the
+    /// files; review the difference before committing.
     void CheckGoldenOutputs(const std::string& table) const {
         for (const auto& row : RowsOf(TEST_DATA "/" + table)) {
             const Outcome outcome = Run(row[1]);

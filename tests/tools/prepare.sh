@@ -1,4 +1,4 @@
-# prepare.sh SOURCE_DIRECTORY: fills the current directory with good files and broken ones.
+# prepare.sh SOURCE_DIRECTORY: fills the current directory with valid and broken files.
 set -e
 ln -s "$1/examples/data" data
 sed 's/\\-/-/g' "$1/tools/dataengine/dataengine.1" > manual
@@ -44,7 +44,7 @@ dataengine decode frame --format json > frame.json
 echo '[]' > none.json
 echo '[{"type":1,"name":"$x","value":7},{"type":1,"name":"$x","value":8},{"type":11,"name":"$t","column":[{"type":2,"name":"a","value":[1]},{"type":2,"name":"a","value":[2.5]},{"type":11,"name":"u"}],"hashSort":true,"hashColumns":"null","attributes":[]},{"type":1,"name":"","value":[]}]' > odd.json
 cat > sheet.csv <<'END'
-# Every kind, null and an empty text in a table.
+# Every kind, null and an empty string in a table.
 unit,sheet
 
 leaf,integer,low,-9223372036854775808

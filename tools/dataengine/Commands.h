@@ -4,14 +4,14 @@
 #include <string>
 #include <vector>
 
-/// The commands of the tool, each in a source of its own. They take what the command line gave,
-/// write their output, and return the exit status: 0, or 1 if part of the work failed. Errors that
-/// end a command are thrown as Failure.
+/// The commands of the tool, each in its own source. A command takes its options from the command
+/// line, writes its output and returns the exit status: 0, or 1 if part of the work failed. Throws
+/// Failure for an error that ends the command.
 namespace tool {
 
 struct ShowOptions {
     std::string frame;
-    std::string offsets;  // a path; empty if the values are to be found by their order
+    std::string offsets;  // a path; if empty, values are located by their order
     std::string output = "-";
 };
 int Show(const ShowOptions& options);

@@ -44,8 +44,8 @@ std::vector<CsvRecord> ParseCsv(const std::string& path, const std::string& text
         bool quoted = false;
         CsvRecord record = ReadRecord(text, position, line, quoted);
         if (quoted)
-            throw Failure(Shown(path) + ": line " + std::to_string(record.line) +
-                          ": a quotation mark is not closed");
+            throw Failure(
+                path, "line " + std::to_string(record.line) + ": a quotation mark is not closed");
         if (record.cells != std::vector<std::string>{""}) records.push_back(std::move(record));
     }
     return records;

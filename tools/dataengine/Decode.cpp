@@ -12,11 +12,11 @@ namespace {
 
 using Pool = rapidjson::Document::AllocatorType;
 
-/// Decodes items one by one, so that a broken value costs that value only.
+/// Decodes items one by one, so that a broken value does not affect the others.
 class Decoder {
   public:
-    Decoder(const Frame& frame, const Offsets& offsets, Complaints& complaints)
-        : frame_(frame), offsets_(offsets), complaints_(complaints) {
+    Decoder(const Frame& frame, const Offsets& offsets, ErrorReporter& errors)
+        : frame_(frame), offsets_(offsets), errors_(errors) {
         document_.SetArray();
     }
 
@@ -32,7 +32,7 @@ class Decoder {
                 AddValue(attribute, table["attributes"]);
             document_.PushBack(table, document_.GetAllocator());
         } catch (const vxJson::Error& error) {
-            Complain(selected.item, error.what());
+            Report(selected.item, error.what());
         }
     }
     rapidjson::Document& Result() { return document_; }
@@ -55,24 +55,24 @@ class Decoder {
         const auto offset = offsets_.byItem.find(item.schema);
         const bool located = offset != offsets_.byItem.end();
         if (!located && !item.IsTable()) {
-            // Values that were not found by their order have been complained about.
-            if (offsets_.given) Complain(item, "has no offset");
+            // FindOffsets has already reported values that it did not find.
+            if (offsets_.given) Report(item, "has no offset");
             return;
         }
         try {
             DecodeValue(frame_, item, located ? offset->second : 0, list, document_.GetAllocator());
         } catch (const Failure& failure) {
-            complaints_.Add(failure.what());
+            errors_.Report(failure.what());
         }
     }
 
-    void Complain(const Item& item, const std::string& what) {
-        complaints_.Add(Shown(frame_.path) + ": " + item.path + ": " + what);
+    void Report(const Item& item, const std::string& what) {
+        errors_.Report(DisplayName(frame_.path) + ": " + item.path + ": " + what);
     }
 
     const Frame& frame_;
     const Offsets& offsets_;
-    Complaints& complaints_;
+    ErrorReporter& errors_;
     rapidjson::Document document_;
 };
 
@@ -83,13 +83,13 @@ int Decode(const DecodeOptions& options) {
     if (options.select.size() == 1 && IsFile(options.select[0]))
         inputs.push_back(options.select[0]);
     CheckPaths(inputs, {options.output});
-    Complaints complaints;
+    ErrorReporter errors;
     const Frame frame = ReadFrame(options.frame);
-    const Offsets offsets = LocateValues(frame, options.offsets, complaints);
+    const Offsets offsets = LocateValues(frame, options.offsets, errors);
     const std::string parser = options.parser.empty() ? frame.name : options.parser;
     const auto mapping = ReadMapping(options.map, parser);
-    Decoder decoder(frame, offsets, complaints);
-    for (const SelectedItem& item : Select(frame, options.select, complaints)) decoder.Add(item);
+    Decoder decoder(frame, offsets, errors);
+    for (const SelectedItem& item : Select(frame, options.select, errors)) decoder.Add(item);
 
     std::vector<std::string> items;
     CDEStructureDataHelper::PostDataProcessing(mapping, parser, decoder.Result(), items);
@@ -99,7 +99,7 @@ int Decode(const DecodeOptions& options) {
                                  ? FormatCsv(decoder.Result())
                                  : FormatTables(decoder.Result(), Screen::Of(options.output));
     WriteFiles({{options.output, text}});
-    return complaints.Status();
+    return errors.Status();
 }
 
 }  // namespace tool

@@ -5,25 +5,37 @@
 
 namespace tool {
 
+/// The path of standard input and standard output.
+constexpr char kStandard[] = "-";
+
+/// Returns the path of an input as error messages name it.
+inline std::string DisplayName(const std::string& path) {
+    return path == kStandard ? "standard input" : path;
+}
+
 /// An error that ends a command: one line that names the file, the item and the byte concerned.
 class Failure : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;
+    Failure(const std::string& path, const std::string& error)
+        : runtime_error(DisplayName(path) + ": " + error) {}
 };
 
-/// A command line that asks for something impossible.
+/// An error in the command line.
 class UsageError : public Failure {
   public:
     using Failure::Failure;
 };
 
-/// Prints "dataengine: " and `error` as one line to standard error, control characters escaped.
+/// Prints "dataengine: " and `error` as one line to standard error, with control characters
+/// escaped.
 void PrintError(const std::string& error);
 
-/// Prints errors that do not end a command, and remembers that there were any.
-class Complaints {
+/// Reports errors that do not end a command, and sets its exit status.
+class ErrorReporter {
   public:
-    void Add(const std::string& error) {
+    /// Prints `error` to standard error.
+    void Report(const std::string& error) {
         PrintError(error);
         status_ = 1;
     }

@@ -24,28 +24,19 @@ constexpr char kUnreadable[] = "cannot be read";
 constexpr char kUnwritable[] = "cannot be written";
 
 [[noreturn]] void FailSystem(const std::string& path, const char* what) {
-    throw Failure(Shown(path) + ": " + what + " (" + std::strerror(errno) + ")");
+    throw Failure(path, std::string(what) + " (" + std::strerror(errno) + ")");
 }
 
 /// A file descriptor that is closed at the end of its scope, unless it is a standard one.
 class Descriptor {
   public:
-    Descriptor() = default;
-    /// Opens `path`, or takes the descriptor `standard` for "-".
-    Descriptor(const std::string& path, int flags, int standard) {
-        if (path == kStandard) {
-            number_ = standard;
-        } else {
-            Open(path, flags);
-        }
-    }
+    /// Opens `path`, or uses the descriptor `standard` for "-".
+    Descriptor(const std::string& path, int flags, int standard)
+        : number_(path == kStandard ? standard : open(path.c_str(), flags | O_CLOEXEC, 0666)) {}
     Descriptor(const Descriptor&) = delete;
     Descriptor& operator=(const Descriptor&) = delete;
     ~Descriptor() { Close(); }
 
-    void Open(const std::string& path, int flags) {
-        number_ = open(path.c_str(), flags | O_CLOEXEC, 0666);
-    }
     int Number() const { return number_; }
     bool Close() {
         const int number = std::exchange(number_, -1);
@@ -53,31 +44,38 @@ class Descriptor {
     }
 
   private:
-    int number_ = -1;
+    int number_;
 };
 
-void WriteAll(const Descriptor& file, const std::string& path, std::string_view left) {
-    while (!left.empty()) {
-        const ssize_t count = write(file.Number(), left.data(), left.size());
+void WriteAll(const Descriptor& file, const std::string& path, std::string_view remaining) {
+    while (!remaining.empty()) {
+        const ssize_t count = write(file.Number(), remaining.data(), remaining.size());
         if (count < 0 && errno == EINTR) continue;
         if (count < 0 && errno == EPIPE) {
             std::signal(SIGPIPE, SIG_DFL);
             std::raise(SIGPIPE);
         }
         if (count < 0) FailSystem(path, kUnwritable);
-        left.remove_prefix(static_cast<std::size_t>(count));
+        remaining.remove_prefix(static_cast<std::size_t>(count));
     }
 }
 
-/// A file under a temporary name beside its target. Unless it is renamed, it is removed.
+/// Returns the file that `path` refers to, so that a symbolic link is kept and its target replaced.
+std::string TargetOf(const std::string& path) {
+    std::error_code error;
+    const std::filesystem::path target = std::filesystem::canonical(path, error);
+    return error ? path : target.string();
+}
+
+/// A file under a temporary name in the folder of its target. The destructor removes it unless it
+/// has been renamed.
 class StagedFile {
   public:
-    explicit StagedFile(const std::string& path) : path_(path), target_(path) {
-        std::error_code error;
-        const std::filesystem::path real = std::filesystem::canonical(path, error);
-        if (!error) target_ = real;  // a symbolic link stays, and its target is replaced
-        temporary_ = target_ + "." + std::to_string(getpid()) + ".tmp";
-        file_.Open(temporary_, O_WRONLY | O_CREAT | O_EXCL);
+    explicit StagedFile(const std::string& path)
+        : path_(path),
+          target_(TargetOf(path)),
+          temporary_(target_ + "." + std::to_string(getpid()) + ".tmp"),
+          file_(temporary_, O_WRONLY | O_CREAT | O_EXCL, -1) {
         if (file_.Number() < 0) FailSystem(path_, kUnwritable);
     }
     StagedFile(const StagedFile&) = delete;
@@ -107,7 +105,7 @@ class StagedFile {
     Descriptor file_;
 };
 
-/// Returns what identifies a regular file; nothing for anything else.
+/// Returns the device and the number of a regular file; nothing for any other path.
 std::optional<std::pair<dev_t, ino_t>> IdentityOf(const std::string& path, int standard) {
     struct stat status = {};
     const int failed = path == kStandard ? fstat(standard, &status) : stat(path.c_str(), &status);
@@ -122,10 +120,6 @@ bool IsReplaceable(const std::string& path) {
 
 }  // namespace
 
-std::string Shown(const std::string& path) {
-    return path == kStandard ? "standard input" : path;
-}
-
 bool IsFile(const std::string& path) {
     return path == kStandard || std::filesystem::exists(path);
 }
@@ -137,14 +131,14 @@ void CheckPaths(const std::vector<std::string>& inputs, const std::vector<std::s
     }
     for (auto output = outputs.begin(); output != outputs.end(); ++output) {
         const auto identity = IdentityOf(*output, STDOUT_FILENO);
-        const auto refuse = [&](const std::string& path, int standard) {
+        const auto check = [&](const std::string& path, int standard) {
             const bool same = path == *output && path != kStandard && !path.empty();
             if (same || (identity && identity == IdentityOf(path, standard)))
                 throw UsageError(*output + ": is the same file as " + path);
         };
-        for (const std::string& input : inputs) refuse(input, STDIN_FILENO);
+        for (const std::string& input : inputs) check(input, STDIN_FILENO);
         std::for_each(outputs.begin(), output,
-                      [&](const std::string& other) { refuse(other, STDOUT_FILENO); });
+                      [&](const std::string& other) { check(other, STDOUT_FILENO); });
     }
 }
 
@@ -159,7 +153,7 @@ std::string ReadFile(const std::string& path) {
         if (count < 0) FailSystem(path, kUnreadable);
         if (count == 0) return bytes;
         bytes.append(block.get(), static_cast<std::size_t>(count));
-        if (bytes.size() > INT_MAX) throw Failure(Shown(path) + ": is 2 GiB or larger");
+        if (bytes.size() > INT_MAX) throw Failure(path, "is 2 GiB or larger");
     }
 }
 
@@ -167,9 +161,9 @@ rapidjson::Document ParseJson(const std::string& path, const std::string& text) 
     rapidjson::Document document;
     document.Parse<rapidjson::kParseIterativeFlag>(text.data(), text.size());
     if (document.HasParseError())
-        throw Failure(Shown(path) + ": byte " + std::to_string(document.GetErrorOffset()) +
-                      ": is not JSON (" + rapidjson::GetParseError_En(document.GetParseError()) +
-                      ")");
+        throw Failure(path, "byte " + std::to_string(document.GetErrorOffset()) +
+                                ": is not JSON (" +
+                                rapidjson::GetParseError_En(document.GetParseError()) + ")");
     return document;
 }
 
@@ -179,7 +173,7 @@ vxJson::Value ReadJson(const std::string& path) {
     vxJson::Value value;
     if (!vxJson::Reader().parse(stream, value, false)) {
         ParseJson(path, text);  // reports the byte
-        throw Failure(Shown(path) + ": is not JSON");
+        throw Failure(path, "is not JSON");
     }
     return value;
 }

@@ -6,17 +6,11 @@
 #include <string>
 #include <vector>
 
-/// Files as commands read and write them. The path "-" is standard input or standard output. All
-/// operations throw Failure with the path and the reason.
+/// Reads and writes the files of a command. The path "-" is standard input or standard output. All
+/// functions throw Failure with the path and the reason.
 namespace tool {
 
-/// The path of standard input and standard output.
-constexpr char kStandard[] = "-";
-
-/// Returns the path of an input as error messages show it.
-std::string Shown(const std::string& path);
-
-/// Returns whether `path` is that of an existing file, or "-".
+/// Returns whether `path` is "-" or the path of an existing file.
 bool IsFile(const std::string& path);
 
 /// Checks the paths of a command before it reads anything. Empty paths are ignored.
@@ -28,10 +22,10 @@ void CheckPaths(const std::vector<std::string>& inputs, const std::vector<std::s
 /// Returns the bytes of a file smaller than 2 GiB.
 std::string ReadFile(const std::string& path);
 
-/// Parses JSON text of any depth; `path` is for the error message, which names the byte.
+/// Parses JSON text of any depth. The error message names `path` and the byte.
 rapidjson::Document ParseJson(const std::string& path, const std::string& text);
 
-/// Returns the JSON value that a file holds.
+/// Returns the JSON value in a file.
 vxJson::Value ReadJson(const std::string& path);
 
 struct FileContent {
@@ -39,10 +33,10 @@ struct FileContent {
     std::string bytes;
 };
 
-/// Writes all files or none: each goes to a temporary file first, and all are then renamed. A path
-/// that is not a regular file, such as a device, is written directly.
+/// Writes regular files to temporary files first, and renames them only after all output has been
+/// written. Writes other outputs, such as devices, directly.
 ///
-/// A reader that has closed its end of standard output ends the process with SIGPIPE.
+/// Ends the process with SIGPIPE if the reader of standard output has closed the pipe.
 void WriteFiles(const std::vector<FileContent>& files);
 
 }  // namespace tool

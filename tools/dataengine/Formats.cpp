@@ -13,14 +13,14 @@ bool IsTable(const rapidjson::Value& item) {
     return item["type"].GetInt() == kTableType;
 }
 
-/// Returns a value as the cell of a table: text as it is, null empty, anything else as JSON.
+/// Returns a value as the cell of a table: a string as it is, null empty, anything else as JSON.
 std::string CellText(const rapidjson::Value& value) {
     if (value.IsNull()) return "";
     if (value.IsString()) return {value.GetString(), value.GetStringLength()};
     return JsonText(value);
 }
 
-/// The columns of a decoded table as rows of values; null where a column has no value.
+/// The columns of a decoded table as rows of values. Missing values are null.
 class Rows {
   public:
     explicit Rows(const rapidjson::Value& table) {
@@ -37,7 +37,7 @@ class Rows {
     const std::vector<const rapidjson::Value*>& Names() const { return names_; }
     rapidjson::SizeType Count() const { return count_; }
 
-    /// Returns the values of a row. One that is not in an array belongs to the first row.
+    /// Returns the values of a row. A value that is not an array belongs to the first row.
     std::vector<const rapidjson::Value*> At(rapidjson::SizeType row) const {
         std::vector<const rapidjson::Value*> values;
         for (const rapidjson::Value* column : columns_) {

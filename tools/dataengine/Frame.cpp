@@ -13,13 +13,13 @@
 namespace tool {
 namespace {
 
-/// Where the bytes of a frame are broken.
+/// The position and the reason of broken bytes in a frame.
 struct Broken {
-    std::size_t position;  // in the file
+    std::size_t position;  // counted from the start of the file
     const char* reason;
 };
 
-/// Passes over one packed value.
+/// Skips one packed value.
 struct Skipper : msgpack::null_visitor {
     void insufficient_bytes(std::size_t, std::size_t) { throw Broken{start, "is cut off"}; }
     void parse_error(std::size_t, std::size_t error) { throw Broken{error, "is not msgpack"}; }
@@ -34,13 +34,13 @@ std::size_t Skip(const Frame& frame, const std::string& what, std::size_t positi
     try {
         msgpack::parse(frame.bytes.data(), frame.bytes.size(), position, skipper);
     } catch (const Broken& broken) {
-        throw Failure(Shown(frame.path) + ": " + what + ": byte " +
-                      std::to_string(broken.position) + ": " + broken.reason);
+        throw Failure(frame.path,
+                      what + ": byte " + std::to_string(broken.position) + ": " + broken.reason);
     }
     return position;
 }
 
-/// Returns what GetBinaryDataInfo does, or throws Failure.
+/// Calls GetBinaryDataInfo, whose result it returns. Throws Failure if the header is broken.
 bool ReadHeader(Frame& frame) {
     try {
         return CDEStructureDataHelper::GetBinaryDataInfo(frame.bytes, frame.name, frame.schema,
@@ -51,9 +51,8 @@ bool ReadHeader(Frame& frame) {
             position = Skip(frame, part, position);
         throw;
     } catch (const msgpack::type_error&) {
-        throw Failure(
-            Shown(frame.path) +
-            ": is not a packed frame: the version is not an integer, or the name not text");
+        throw Failure(frame.path,
+                      "is not a packed frame: the version is not an integer, or the name not text");
     }
 }
 
@@ -65,7 +64,7 @@ std::optional<long long> IntegerOf(const vxJson::Value& value) {
     }
 }
 
-/// An item that has a value, and where in an array of offsets its offset belongs.
+/// An item that has a value, and the place of its offset in an array of offsets.
 struct Place {
     Item item;
     long long index;
@@ -91,11 +90,11 @@ std::vector<Place> PlacesOf(const Item& table) {
     return places;
 }
 
-/// Returns the places of all values in the order in which a writer puts the values.
+/// Returns the places of all values in the order in which the writer writes the values.
 std::vector<Place> AllPlaces(const Frame& frame) {
     std::vector<Place> places;
     for (const Item& item : ItemsOf(frame.schema)) {
-        // A frame without items lists this name, which nothing selects and which has no value.
+        // The writer gives a frame without items this one, which has no value.
         if (item.path == "$" && frame.Payload().empty()) continue;
         if (!item.IsTable()) {
             places.push_back({item, IndexOf(item), std::nullopt});
@@ -113,7 +112,7 @@ const vxJson::Value& At(const vxJson::Value& list, long long index) {
 
 Offsets ReadOffsets(const Frame& frame, const std::string& path) {
     const vxJson::Value list = ReadJson(path);
-    if (!list.isArray()) throw Failure(Shown(path) + ": is not an array of offsets");
+    if (!list.isArray()) throw Failure(path, "is not an array of offsets");
     Offsets offsets;
     offsets.given = true;
     for (const Place& place : AllPlaces(frame)) {
@@ -125,7 +124,7 @@ Offsets ReadOffsets(const Frame& frame, const std::string& path) {
     return offsets;
 }
 
-Offsets FindOffsets(const Frame& frame, Complaints& complaints) {
+Offsets FindOffsets(const Frame& frame, ErrorReporter& errors) {
     Offsets offsets;
     std::map<Place, int> found;  // items with the same index share one value
     const auto header = static_cast<std::size_t>(frame.headerLength);
@@ -141,13 +140,13 @@ Offsets FindOffsets(const Frame& frame, Complaints& complaints) {
             offsets.byItem[place.item.schema] = value->second;
         }
     } catch (const Failure& failure) {
-        complaints.Add(std::string(failure.what()) +
-                       "; without --offsets, the values from here on are not found");
+        errors.Report(std::string(failure.what()) +
+                      "; without --offsets, the values from here on are not found");
         return offsets;
     }
     if (position != frame.bytes.size())
-        complaints.Add(Shown(frame.path) + ": byte " + std::to_string(position) +
-                       ": the last value ends before the file; give --offsets if values are wrong");
+        errors.Report(DisplayName(frame.path) + ": byte " + std::to_string(position) +
+                      ": the last value ends before the file; give --offsets if values are wrong");
     return offsets;
 }
 
@@ -157,9 +156,9 @@ Frame ReadFrame(const std::string& path) {
     Frame frame;
     frame.path = path;
     frame.bytes = ReadFile(path);
-    if (frame.bytes.empty()) throw Failure(Shown(path) + ": is empty");
-    if (!ReadHeader(frame)) throw Failure(Shown(path) + ": has a version other than 1");
-    if (!frame.schema.isArray()) throw Failure(Shown(path) + ": its schema is not an array");
+    if (frame.bytes.empty()) throw Failure(path, "is empty");
+    if (!ReadHeader(frame)) throw Failure(path, "has a version other than 1");
+    if (!frame.schema.isArray()) throw Failure(path, "its schema is not an array");
     return frame;
 }
 
@@ -176,8 +175,8 @@ bool Item::IsTable() const {
     return IntegerOf((*schema)["type"]) == kTableType;
 }
 
-Offsets LocateValues(const Frame& frame, const std::string& path, Complaints& complaints) {
-    return path.empty() ? FindOffsets(frame, complaints) : ReadOffsets(frame, path);
+Offsets LocateValues(const Frame& frame, const std::string& path, ErrorReporter& errors) {
+    return path.empty() ? FindOffsets(frame, errors) : ReadOffsets(frame, path);
 }
 
 std::size_t SizeOfValue(const Frame& frame, const Item& item, int offset) {
@@ -188,7 +187,7 @@ std::size_t SizeOfValue(const Frame& frame, const Item& item, int offset) {
 
 void DecodeValue(const Frame& frame, const Item& item, int offset, rapidjson::Value& list,
                  rapidjson::Document::AllocatorType& pool) {
-    // A table with this value as its only column gives the element in the decoder's form.
+    // Decoding a table whose only column is this value yields the item as the decoder prints it.
     vxJson::Value column;
     column["name"] = (*item.schema)["name"];
     column["type"] = (*item.schema)["type"];
@@ -210,7 +209,7 @@ void DecodeValue(const Frame& frame, const Item& item, int offset, rapidjson::Va
         SizeOfValue(frame, item, offset);  // throws with the byte
         throw;
     } catch (const vxJson::Error& error) {
-        throw Failure(Shown(frame.path) + ": " + item.path + ": " + error.what());
+        throw Failure(frame.path, item.path + ": " + error.what());
     }
     list.PushBack(document[0]["column"][0], pool);
 }

@@ -48,9 +48,10 @@ struct Offsets {
     bool given = false;  // by the user, in a file
 };
 
-/// Reads the offsets from the file `path`. If it is empty, finds them: values are consecutive and
-/// in schema order, those of a table in the order of their index. Complains where they are not.
-Offsets LocateValues(const Frame& frame, const std::string& path, Complaints& complaints);
+/// Reads the offsets from the file `path`. If `path` is empty, finds them: values are consecutive
+/// and in schema order, those of a table in the order of their index. Reports an error if they are
+/// not.
+Offsets LocateValues(const Frame& frame, const std::string& path, ErrorReporter& errors);
 
 /// Returns the number of bytes of an item's value. Throws Failure if it is broken.
 std::size_t SizeOfValue(const Frame& frame, const Item& item, int offset);

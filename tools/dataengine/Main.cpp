@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <exception>
 #include <functional>
+#include <memory>
 
 #include "contracts/DataEngineVersion.h"
 #include "tools/dataengine/Commands.h"
@@ -22,121 +23,119 @@ namespace {
 constexpr int kFailed = 1;
 constexpr int kWrongUsage = 2;
 
-/// The command that the command line names.
+/// The command that was chosen on the command line.
 struct Command {
     std::string name;
     std::function<int()> run;
 };
 
+/// Adds a command that calls `run`. Returns it, and the options that `run` receives.
+template <typename Options>
+std::pair<CLI::App&, Options&> AddCommand(CLI::App& app, Command& chosen, const char* name,
+                                          const char* description, int (*run)(const Options&)) {
+    const auto options = std::make_shared<Options>();
+    CLI::App& command = *app.add_subcommand(name, description);
+    command.callback([=, &chosen] { chosen.run = [=] { return run(*options); }; });
+    return {command, *options};
+}
+
+/// Adds an option whose value help shows as `type`.
+template <typename Value>
+CLI::Option* AddOption(CLI::App& command, const char* name, const char* type, Value& value,
+                       const char* help) {
+    return command.add_option(name, value, help)->type_name(type);
+}
+
 void AddOutput(CLI::App& command, std::string& output) {
-    command.add_option("-o,--output", output, "The file to write; standard output by default")
-        ->type_name("FILE");
+    AddOption(command, "-o,--output", "FILE", output,
+              "The file to write; standard output by default");
+}
+
+void AddFormat(CLI::App& command, std::string& format, const std::vector<std::string>& formats,
+               const char* help) {
+    command.add_option("--format", format, help)
+        ->type_name("FORMAT")
+        ->check(CLI::IsMember(formats));
 }
 
 void AddFrame(CLI::App& command, std::string& frame, std::string& offsets) {
     command.add_option("FRAME", frame, "The packed frame; - for standard input")->required();
-    command
-        .add_option("--offsets", offsets,
-                    "The offsets of the values, as a JSON array; without it, values are taken to "
-                    "be consecutive")
-        ->type_name("FILE");
+    AddOption(command, "--offsets", "FILE", offsets,
+              "The offsets of the values, as a JSON array; by default, values are consecutive");
 }
 
 void AddShow(CLI::App& app, Command& chosen) {
-    const auto options = std::make_shared<ShowOptions>();
-    CLI::App& command = *app.add_subcommand("show", "Show what a packed frame holds");
-    AddFrame(command, options->frame, options->offsets);
-    AddOutput(command, options->output);
+    const auto [command, options] = AddCommand(
+        app, chosen, "show", "Show the header, the schema and the values of a packed frame", Show);
+    AddFrame(command, options.frame, options.offsets);
+    AddOutput(command, options.output);
     command.footer("Example: dataengine show interfaces.frame --offsets interfaces.offsets");
-    command.callback([options, &chosen] { chosen.run = [options] { return Show(*options); }; });
 }
 
 void AddDecode(CLI::App& app, Command& chosen) {
-    const auto options = std::make_shared<DecodeOptions>();
-    CLI::App& command = *app.add_subcommand("decode", "Decode the values of a packed frame");
-    AddFrame(command, options->frame, options->offsets);
-    command
-        .add_option("--select", options->select,
-                    "Names (hostname, ifTable, ifTable.ifName), or one file with a JSON selection")
-        ->type_name("NAME");
-    command
-        .add_option("--map", options->map,
-                    "Wanted names of variables: a JSON object {\"wanted\": \"variable\"}, or an "
-                    "array of mapping documents")
-        ->type_name("FILE");
-    command
-        .add_option("--parser", options->parser,
-                    "The parser whose variables are renamed; the name of the frame by default")
-        ->type_name("PATH");
-    command.add_option("--format", options->format, "table (the default), json, lines or csv")
-        ->type_name("FORMAT")
-        ->check(CLI::IsMember({"table", "json", "lines", "csv"}));
-    AddOutput(command, options->output);
+    const auto [command, options] =
+        AddCommand(app, chosen, "decode", "Decode the values of a packed frame", Decode);
+    AddFrame(command, options.frame, options.offsets);
+    AddOption(command, "--select", "NAME", options.select,
+              "Names (hostname, ifTable, ifTable.ifName), or one file with a JSON selection");
+    AddOption(command, "--map", "FILE", options.map,
+              "Wanted names of variables: a JSON object {\"wanted\": \"variable\"}, or an array of "
+              "mapping documents");
+    AddOption(command, "--parser", "PATH", options.parser,
+              "The parser whose variables are renamed; the name of the frame by default");
+    AddFormat(command, options.format, {"table", "json", "lines", "csv"},
+              "table (the default), json, lines or csv");
+    AddOutput(command, options.output);
     command.footer("Example: dataengine decode interfaces.frame --select ifTable --format csv");
-    command.callback([options, &chosen] { chosen.run = [options] { return Decode(*options); }; });
 }
 
 void AddPack(CLI::App& app, Command& chosen) {
-    const auto options = std::make_shared<PackOptions>();
-    CLI::App& command = *app.add_subcommand("pack", "Pack a frame");
+    const auto [command, options] =
+        AddCommand(app, chosen, "pack", "Pack a CSV table or a JSON document into a frame", Pack);
     command
-        .add_option("INPUT", options->input,
+        .add_option("INPUT", options.input,
                     "A CSV table, or a JSON document as decode prints it; - for standard input")
         ->required();
-    command.add_option("-o,--output", options->output, "The frame to write")
-        ->required()
-        ->type_name("FRAME");
-    command.add_option("--offsets", options->offsets, "The file to write the offsets to")
-        ->type_name("FILE");
-    command
-        .add_option("--name", options->name,
-                    "The name of the frame; the unit of the CSV, or the name of INPUT by default")
-        ->type_name("NAME");
+    AddOption(command, "-o,--output", "FRAME", options.output, "The frame to write")->required();
+    AddOption(command, "--offsets", "FILE", options.offsets, "The file to write the offsets to");
+    AddOption(command, "--name", "NAME", options.name,
+              "The name of the frame; the unit of the CSV, or the name of INPUT by default");
     command.footer("Example: dataengine pack interfaces.csv -o interfaces.frame");
-    command.callback([options, &chosen] { chosen.run = [options] { return Pack(*options); }; });
 }
 
 void AddRecord(CLI::App& app, Command& chosen) {
-    const auto options = std::make_shared<RecordOptions>();
-    CLI::App& command = *app.add_subcommand("record", "Print what a store receives for a payload");
-    command.add_option("DEVICE", options->device, "A GUID, a host name, or N:type:id for a node")
+    const auto [command, options] = AddCommand(
+        app, chosen, "record", "Print the record that a store receives for a payload", Record);
+    command.add_option("DEVICE", options.device, "A GUID, a host name, or N:type:id for a node")
         ->required();
-    command.add_option("TYPE", options->type, "What the payload is")
+    command.add_option("TYPE", options.type, "The kind of payload")
         ->required()
         ->check(
             CLI::IsMember({"config", "cmd", "sysTable", "nctTable", "parser", "pingtrace", "raw"}));
     command
-        .add_option("NAME", options->name,
-                    "The command line of cmd, else the location; empty ('') for config")
+        .add_option("NAME", options.name,
+                    "The command line for cmd, empty ('') for config, else the location")
         ->required();
-    command.add_option("FILE", options->file, "The payload; - for standard input")->required();
-    command
-        .add_option("--time", options->time, "Milliseconds since 1970; the current time by default")
-        ->type_name("T");
-    command
-        .add_option("--view", options->views,
-                    "What to print, separated by commas; store,keys by default")
+    command.add_option("FILE", options.file, "The payload; - for standard input")->required();
+    AddOption(command, "--time", "T", options.time,
+              "Milliseconds since 1970; the current time by default");
+    AddOption(command, "--view", "VIEW", options.views,
+              "The views to print, separated by commas; store,keys by default")
         ->delimiter(',')
-        ->type_name("VIEW")
         ->check(CLI::IsMember({"store", "status", "device", "keys"}));
-    command.add_option("--format", options->format, "json (the default) or bson")
-        ->type_name("FORMAT")
-        ->check(CLI::IsMember({"json", "bson"}));
-    AddOutput(command, options->output);
+    AddFormat(command, options.format, {"json", "bson"}, "json (the default) or bson");
+    AddOutput(command, options.output);
     command.footer(
-        "Where the data key comes from outside (config, sysTable, nctTable), it is the checksum of "
-        "the payload.\n"
+        "The data key of config, sysTable and nctTable is the checksum of the payload.\n"
         "Example: dataengine record N:router:edge-r1 cmd 'show version' version.txt --view keys");
-    command.callback([options, &chosen] { chosen.run = [options] { return Record(*options); }; });
 }
 
 void AddNames(CLI::App& app, Command& chosen) {
-    const auto options = std::make_shared<NamesOptions>();
-    CLI::App& command = *app.add_subcommand("names", "List the names of the store's vocabulary");
-    command.add_option("TEXT", options->text, "List only names that hold it, or whose text does");
-    AddOutput(command, options->output);
+    const auto [command, options] =
+        AddCommand(app, chosen, "names", "List the names of the document store", Names);
+    command.add_option("TEXT", options.text, "List only names that contain TEXT in name or text");
+    AddOutput(command, options.output);
     command.footer("Example: dataengine names localIntf");
-    command.callback([options, &chosen] { chosen.run = [options] { return Names(*options); }; });
 }
 
 std::function<int()> Print(const std::string& text) {
@@ -146,10 +145,11 @@ std::function<int()> Print(const std::string& text) {
     };
 }
 
-/// Parses the command line into `chosen`. Throws UsageError; the name is then set if it is known.
+/// Parses the command line into `chosen`. Throws UsageError, with the name set if it is known.
 void Parse(int argc, char** argv, Command& chosen) {
-    CLI::App app("Reads and writes packed frames, builds records, and lists the store's vocabulary",
-                 "dataengine");
+    CLI::App app(
+        "Reads and writes packed frames, builds records and lists the names of the document store",
+        "dataengine");
     app.set_version_flag("--version", std::string("dataengine ") + DataEngineVersion());
     app.require_subcommand(1);
     AddShow(app, chosen);
@@ -193,6 +193,6 @@ int Run(int argc, char** argv) {
 }  // namespace tool
 
 int main(int argc, char** argv) {
-    std::setlocale(LC_CTYPE, "C.UTF-8");  // for the width of characters; texts are UTF-8 everywhere
+    std::setlocale(LC_CTYPE, "C.UTF-8");  // for the width of characters; all text is UTF-8
     return tool::Run(argc, argv);
 }

@@ -13,8 +13,7 @@ std::map<DDKey, DDKey> FromPairs(const vxJson::Value& pairs, const std::string& 
                                  const std::string& parser) {
     std::map<DDKey, DDKey> mapping;
     for (const auto& [wanted, variable] : pairs.members()) {
-        if (!variable.isString())
-            throw Failure(Shown(path) + ": " + wanted + ": is not the name of a variable");
+        if (!variable.isString()) throw Failure(path, wanted + ": is not the name of a variable");
         mapping[DDKey("", wanted)] = DDKey(parser, variable.asString());
     }
     return mapping;
@@ -27,11 +26,10 @@ std::map<DDKey, DDKey> FromDocuments(const vxJson::Value& documents, const std::
         try {
             document.LoadFromJson(documents[i]);
         } catch (const vxJson::Error& error) {
-            throw Failure(Shown(path) + ": mapping document " + std::to_string(i) + ": " +
-                          error.what());
+            throw Failure(path, "mapping document " + std::to_string(i) + ": " + error.what());
         }
         for (const MappingInstance& instance : document.GetAllMappingVariable()) {
-            // The parser keeps the keys of several parsers' variables of one path apart.
+            // The parser distinguishes the variables of several parsers for one path.
             mapping[DDKey(instance.parserPath, document.GetGvPath())] =
                 DDKey(instance.parserPath, instance.varFullName);
         }
@@ -46,7 +44,7 @@ std::map<DDKey, DDKey> ReadMapping(const std::string& path, const std::string& p
     const vxJson::Value value = ReadJson(path);
     if (value.isObject()) return FromPairs(value, path, parser);
     if (value.isArray()) return FromDocuments(value, path);
-    throw Failure(Shown(path) + ": is neither an object of names nor an array of mappings");
+    throw Failure(path, "is neither an object of names nor an array of mappings");
 }
 
 }  // namespace tool

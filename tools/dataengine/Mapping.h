@@ -7,9 +7,9 @@
 
 namespace tool {
 
-/// Reads the wanted names of variables from the file `path`; an empty path gives none. The file
-/// holds either an object {"wanted name": "variable", ...}, whose variables are all taken to be
-/// those of `parser`, or an array of mapping documents as the store keeps them.
+/// Reads the wanted names of variables from the file `path`; none if `path` is empty. The
+/// file contains either an object {"wanted name": "variable", ...}, whose variables all belong to
+/// `parser`, or an array of mapping documents as the store keeps them.
 std::map<DDKey, DDKey> ReadMapping(const std::string& path, const std::string& parser);
 
 }  // namespace tool

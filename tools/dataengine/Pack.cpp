@@ -24,11 +24,11 @@
 namespace tool {
 namespace {
 
-// 11 marks a table. All other type numbers are the writer's own: the decoder only passes them on.
+// 11 marks a table. The decoder copies all other type numbers unchanged.
 const std::map<std::string, int> kTypeOfKind = {
     {"text", 1}, {"integer", 2}, {"number", 3}, {"boolean", 4}, {"bytes", 5}};
 
-/// Returns the number that the whole of `text` denotes.
+/// Returns `text` as a number; nothing unless the whole text is one.
 template <typename Number>
 std::optional<Number> Parse(const std::string& text) {
     Number number{};
@@ -68,7 +68,7 @@ Field MakeField(const std::string& kind, const std::string& name) {
     return {kind, name, type->second, {}};
 }
 
-/// What the records of a CSV say, in the order of a frame.
+/// The content of a CSV file, in the order of a frame.
 class Sheet {
   public:
     void Read(const std::vector<std::string>& cells) {
@@ -93,7 +93,7 @@ class Sheet {
 
     void AddTo(PackedFrameWriter& writer, const std::string& path) const {
         for (const Field& leaf : leaves_) writer.AddLeaf(leaf.name, leaf.type, leaf.value);
-        if (columns_.empty()) throw Failure(path + ": has no table");
+        if (columns_.empty()) throw Failure(path, "has no table");
         writer.AddTable(table_, true, {columns_.front().name});
         for (const Field& column : columns_)
             writer.AddColumn(column.name, column.type, column.value);
@@ -134,14 +134,14 @@ PackedFrameWriter PackCsv(const PackOptions& options, const std::string& text) {
         try {
             sheet.Read(record.cells);
         } catch (const Failure& failure) {
-            throw Failure(Shown(options.input) + ": line " + std::to_string(record.line) + ": " +
-                          failure.what());
+            throw Failure(options.input,
+                          "line " + std::to_string(record.line) + ": " + failure.what());
         }
     }
     const std::string& name = options.name.empty() ? sheet.Unit() : options.name;
-    if (name.empty()) throw Failure(Shown(options.input) + ": has no unit, and there is no --name");
+    if (name.empty()) throw Failure(options.input, "has no unit, and there is no --name");
     PackedFrameWriter writer(name);
-    sheet.AddTo(writer, Shown(options.input));
+    sheet.AddTo(writer, options.input);
     return writer;
 }
 
@@ -164,7 +164,7 @@ bool IsJson(const std::string& text) {
 int Pack(const PackOptions& options) {
     CheckPaths({options.input}, {options.output, options.offsets});
     const std::string text = ReadFile(options.input);
-    if (text.empty()) throw Failure(Shown(options.input) + ": is empty");
+    if (text.empty()) throw Failure(options.input, "is empty");
     try {
         const PackedFrameWriter writer =
             IsJson(text) ? PackJson(options, text) : PackCsv(options, text);
@@ -173,7 +173,7 @@ int Pack(const PackOptions& options) {
             files.push_back({options.offsets, writer.Offsets().toString(false) + "\n"});
         WriteFiles(files);
     } catch (const vxJson::Error& error) {
-        throw Failure(Shown(options.input) + ": " + error.what());
+        throw Failure(options.input, error.what());
     }
     return 0;
 }

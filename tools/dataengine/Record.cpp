@@ -20,7 +20,7 @@
 namespace tool {
 namespace {
 
-/// A GUID identifies a device; any other text is a host name or an "N:type:id" of a node.
+/// Returns the device with this GUID; any other text is a host name, or N:type:id for a node.
 CDeviceIdentifier MakeDevice(const std::string& text) {
     try {
         return CDeviceIdentifier(VX128Guid(text), "");
@@ -104,7 +104,7 @@ int Record(const RecordOptions& options) {
         try {
             output += Format(ViewOf(*record, view), options.format);
         } catch (const vxJson::Error& error) {
-            throw Failure(Shown(options.file) + ": " + view + " view: " + error.what());
+            throw Failure(options.file, view + " view: " + error.what());
         }
     }
     WriteFiles({{options.output, output}});

@@ -18,8 +18,8 @@ const Item* FindChild(const std::vector<Item>& items, const std::string& name) {
     return found == items.end() ? nullptr : &*found;
 }
 
-/// Replaces each item by the first of its name, which is the one that a decoder finds.
-std::vector<Item> Found(std::vector<Item> items) {
+/// Replaces each item by the first of its name, which is the one that the decoder finds.
+std::vector<Item> FirstOfEachName(std::vector<Item> items) {
     std::map<std::string, const vxJson::Value*> first;
     for (Item& item : items) item.schema = first.emplace(item.path, item.schema).first->second;
     return items;
@@ -27,23 +27,23 @@ std::vector<Item> Found(std::vector<Item> items) {
 
 SelectedItem Whole(const Item& item) {
     const vxJson::Value& schema = *item.schema;
-    return {item, Found(ItemsOf(schema["column"], item.path + ".")),
-            Found(ItemsOf(schema["attributes"], item.path + "."))};
+    return {item, FirstOfEachName(ItemsOf(schema["column"], item.path + ".")),
+            FirstOfEachName(ItemsOf(schema["attributes"], item.path + "."))};
 }
 
-/// Removes the '$' with which a name may start in a selection.
+/// Returns `name` without a leading '$'.
 std::string WithoutMark(const std::string& name) {
     return name.empty() || name.front() != '$' ? name : name.substr(1);
 }
 
 class Selector {
   public:
-    Selector(const Frame& frame, Complaints& complaints)
-        : path_(Shown(frame.path)), complaints_(complaints) {
+    Selector(const Frame& frame, ErrorReporter& errors)
+        : path_(DisplayName(frame.path)), errors_(errors) {
         for (Item& item : ItemsOf(frame.schema)) items_.emplace(item.path, item);
     }
 
-    /// Adds what a decoder finds for a selection of everything.
+    /// Adds the items that the decoder finds if everything is selected.
     void AddAll(const vxJson::Value& schema) {
         for (const Item& item : ItemsOf(schema)) {
             if (const Item* found = Find(WithoutMark(item.path)))
@@ -51,7 +51,8 @@ class Selector {
         }
     }
 
-    /// Adds what a name from the command line names. Returns false if it names nothing.
+    /// Adds the item, column or attribute of a name from the command line. Returns whether there is
+    /// one.
     bool AddNamed(const std::string& name) {
         if (const Item* item = Find(name)) {
             selected_.push_back(Whole(*item));
@@ -65,12 +66,12 @@ class Selector {
         return false;
     }
 
-    /// Adds what an entry of a selection in JSON names.
+    /// Adds the item that an entry of a JSON selection names.
     void AddEntry(const vxJson::Value& entry) {
         const vxJson::Value& text = entry.isObject() ? entry["table"] : entry;
         const std::string name = WithoutMark(text.asString());
         const Item* item = Find(name);
-        if (item == nullptr) return Complain(name);
+        if (item == nullptr) return ReportMissing(name);
         SelectedItem selected = Whole(*item);
         if (entry.isObject() && item->IsTable()) {
             Keep(selected.columns, entry["column"]);
@@ -79,8 +80,8 @@ class Selector {
         selected_.push_back(std::move(selected));
     }
 
-    void Complain(const std::string& name) {
-        complaints_.Add(path_ + ": has no item named \"" + name + "\"");
+    void ReportMissing(const std::string& name) {
+        errors_.Report(path_ + ": has no item named \"" + name + "\"");
     }
     std::vector<SelectedItem> Take() { return std::move(selected_); }
 
@@ -90,7 +91,7 @@ class Selector {
         return found == items_.end() ? nullptr : &found->second;
     }
 
-    /// Adds a column or an attribute, to the selection of its table if that was made last.
+    /// Adds a column or an attribute, to the last selected item if that is its table.
     bool AddChild(const Item& table, const std::string& name) {
         SelectedItem whole = Whole(table);
         const Item* column = FindChild(whole.columns, name);
@@ -103,7 +104,7 @@ class Selector {
         return true;
     }
 
-    /// Replaces `children` by those that `names` lists; keeps them all if it is null.
+    /// Replaces `children` by those that `names` lists; keeps all if it is null.
     void Keep(std::vector<Item>& children, const vxJson::Value& names) {
         if (names.isNull()) return;
         std::vector<Item> kept;
@@ -111,7 +112,7 @@ class Selector {
             const std::string name = entry.asString();
             const Item* child = FindChild(children, name);
             if (child == nullptr) {
-                Complain(name);
+                ReportMissing(name);
             } else {
                 kept.push_back(*child);
             }
@@ -121,33 +122,33 @@ class Selector {
 
     std::string path_;
     std::map<std::string, Item> items_;  // the first of each name
-    Complaints& complaints_;
+    ErrorReporter& errors_;
     std::vector<SelectedItem> selected_;
 };
 
 void AddFile(Selector& selector, const Frame& frame, const std::string& path) {
     const vxJson::Value fields = ReadJson(path);
     if (fields.isNull()) return selector.AddAll(frame.schema);
-    if (!fields.isArray()) throw Failure(Shown(path) + ": is neither an array nor null");
+    if (!fields.isArray()) throw Failure(path, "is neither an array nor null");
     try {
         for (const vxJson::Value& entry : fields) selector.AddEntry(entry);
     } catch (const vxJson::Error& error) {
-        throw Failure(Shown(path) + ": is not a selection (" + error.what() + ")");
+        throw Failure(path, std::string("is not a selection (") + error.what() + ")");
     }
 }
 
 }  // namespace
 
 std::vector<SelectedItem> Select(const Frame& frame, const std::vector<std::string>& select,
-                                 Complaints& complaints) {
-    Selector selector(frame, complaints);
+                                 ErrorReporter& errors) {
+    Selector selector(frame, errors);
     if (select.empty()) selector.AddAll(frame.schema);
     for (const std::string& name : select) {
         if (selector.AddNamed(name)) continue;
         if (select.size() == 1 && IsFile(name)) {
             AddFile(selector, frame, name);
         } else {
-            selector.Complain(name);
+            selector.ReportMissing(name);
         }
     }
     return selector.Take();

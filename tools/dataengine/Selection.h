@@ -7,19 +7,19 @@
 
 namespace tool {
 
-/// What to decode of a frame: a leaf, or columns and attributes of a table.
+/// A selected leaf, or a table with its selected columns and attributes.
 struct SelectedItem {
     Item item;
     std::vector<Item> columns;
     std::vector<Item> attributes;
 };
 
-/// Returns the items that `select` names, in its order; all items if it is empty. A name is that of
-/// an item, or table name, ".", name of a column or an attribute. A single text that is not such a
-/// name is the path of a selection in JSON, in the form that the decoder takes.
+/// Returns the items that `select` names, in its order, or all items if it is empty. A name is that
+/// of an item, or table name, ".", name of a column or an attribute. A single name that the frame
+/// does not have may be the path of a JSON selection in the decoder's form.
 ///
-/// Complains about names that the frame does not have.
+/// Reports an error for each other name that the frame does not have.
 std::vector<SelectedItem> Select(const Frame& frame, const std::vector<std::string>& select,
-                                 Complaints& complaints);
+                                 ErrorReporter& errors);
 
 }  // namespace tool

@@ -1,4 +1,5 @@
-// Prints the header of a frame and its schema as a tree, with each value's place and beginning.
+// Prints the header of a frame and its schema as a tree, with the offset, size and start of each
+// value.
 #include "tools/dataengine/Commands.h"
 #include "tools/dataengine/Files.h"
 #include "tools/dataengine/Frame.h"
@@ -7,17 +8,17 @@
 namespace tool {
 namespace {
 
-constexpr std::size_t kLongestBeginning = 60;  // bytes of a value's text
+constexpr std::size_t kLongestBeginning = 60;  // in bytes of JSON text
 
-/// Returns a schema's number, or whatever it holds instead.
+/// Returns an entry of a schema as text; an entry that should be a number may be of any kind.
 std::string NumberText(const vxJson::Value& number) {
     return number.isNull() ? "" : number.toString(false);
 }
 
 class SchemaTree {
   public:
-    SchemaTree(const Frame& frame, const Offsets& offsets, Complaints& complaints)
-        : frame_(frame), offsets_(offsets), complaints_(complaints) {}
+    SchemaTree(const Frame& frame, const Offsets& offsets, ErrorReporter& errors)
+        : frame_(frame), offsets_(offsets), errors_(errors) {}
 
     void AddAll() {
         for (const Item& item : ItemsOf(frame_.schema)) {
@@ -63,7 +64,7 @@ class SchemaTree {
                 row[5] = std::to_string(SizeOfValue(frame_, item, offset->second));
                 row[6] = Beginning(item, offset->second);
             } catch (const Failure& failure) {
-                complaints_.Add(failure.what());
+                errors_.Report(failure.what());
             }
         }
         table_.Add(std::move(row));
@@ -75,13 +76,13 @@ class SchemaTree {
         std::string text = JsonText(list[0]["value"]);
         if (text.size() <= kLongestBeginning) return text;
         std::size_t end = kLongestBeginning;
-        while (end > 0 && (text[end] & 0xc0) == 0x80) --end;  // not within a character
+        while (end > 0 && (text[end] & 0xc0) == 0x80) --end;  // do not split a character
         return text.substr(0, end) + "…";
     }
 
     const Frame& frame_;
     const Offsets& offsets_;
-    Complaints& complaints_;
+    ErrorReporter& errors_;
     Table table_{{"item", "kind", "type", "index", "offset", "size", "value"}};
 };
 
@@ -89,10 +90,10 @@ class SchemaTree {
 
 int Show(const ShowOptions& options) {
     CheckPaths({options.frame, options.offsets}, {options.output});
-    Complaints complaints;
+    ErrorReporter errors;
     const Frame frame = ReadFrame(options.frame);
-    const Offsets offsets = LocateValues(frame, options.offsets, complaints);
-    SchemaTree tree(frame, offsets, complaints);
+    const Offsets offsets = LocateValues(frame, options.offsets, errors);
+    SchemaTree tree(frame, offsets, errors);
     tree.AddAll();
     const Screen screen = Screen::Of(options.output);
     const std::string text = "name     " + Printable(frame.name) + "\nheader   " +
@@ -100,7 +101,7 @@ int Show(const ShowOptions& options) {
                              std::to_string(frame.Payload().size()) + " bytes\n\n" +
                              tree.Draw(screen);
     WriteFiles({{options.output, text}});
-    return complaints.Status();
+    return errors.Status();
 }
 
 }  // namespace tool

@@ -9,21 +9,21 @@
 #include <cwctype>
 #include <limits>
 
-#include "tools/dataengine/Files.h"
+#include "tools/dataengine/Failure.h"
 
 namespace tool {
 namespace {
 
 constexpr std::size_t kGap = 2;     // blanks between columns
-constexpr std::size_t kNarrow = 8;  // a column is not cut below this to join a block
+constexpr std::size_t kNarrow = 8;  // columns are not cut below this to fit into a block
 
-/// One character of a text.
+/// One character of a string.
 struct Glyph {
     std::string_view bytes;
-    int width;  // in columns of a terminal; negative if it must not be printed as it is
+    int width;  // in columns of a terminal; negative if it must be escaped
 };
 
-/// Whether a character is invisible or changes the direction of the text around it.
+/// Returns whether a character is invisible or changes the direction of the text around it.
 bool IsFormatMark(wchar_t c) {
     return c == 0x061c || (c >= 0x200b && c <= 0x200f) || (c >= 0x2028 && c <= 0x202e) ||
            (c >= 0x2060 && c <= 0x206f) || c == 0xfeff;
@@ -61,7 +61,7 @@ std::size_t WidthOf(std::string_view text) {
     return width;
 }
 
-/// Returns `text`, or as much of its beginning as fits with an ellipsis.
+/// Returns `text`, cut to `width` columns with an ellipsis if it is wider.
 std::string Cut(std::string_view text, std::size_t width) {
     if (WidthOf(text) <= width) return std::string(text);
     std::size_t size = 0;
@@ -121,7 +121,7 @@ void Table::Add(Row cells) {
     rows_.push_back(std::move(cells));
 }
 
-/// Returns the first column and those from `first` on that fit beside it, at least one.
+/// Returns the first column and as many from `first` on as fit next to it, but at least one.
 Table::Columns Table::NextBlock(std::size_t first, std::size_t width) const {
     const auto fewest = [&](std::size_t i) { return std::min(widths_[i], kNarrow); };
     Columns block{0};

@@ -6,22 +6,22 @@
 
 namespace tool {
 
-/// Where a table is drawn.
+/// The properties of the output on which a table is drawn.
 struct Screen {
-    std::size_t width;  // in columns; a pipe or a file has no limit
+    std::size_t width;  // in columns; unlimited for a pipe or a file
     bool colour;
 
-    /// Returns the screen that the output `path` leads to. The width is COLUMNS, or that of the
-    /// terminal; colour is only for a terminal, and never if NO_COLOR is set.
+    /// Returns the screen for the output `path`. The width is COLUMNS, or else that of the
+    /// terminal. Colour is used on a terminal only, and never if NO_COLOR is set.
     static Screen Of(const std::string& path);
 };
 
-/// Returns UTF-8 text for a terminal: control characters, marks that reorder text and bytes that
-/// are not UTF-8 are escaped.
+/// Returns `text` as UTF-8 for a terminal. Control characters, marks that reorder text and bytes
+/// that are not UTF-8 are escaped.
 std::string Printable(std::string_view text);
 
-/// Aligned columns for reading. Cells are cut to the width of the screen; columns that do not fit
-/// beside each other follow in further blocks, each of which repeats the first column.
+/// A table of aligned columns. Cells are cut to the width of the screen. Columns that do not fit
+/// side by side are drawn in further blocks, each of which repeats the first column.
 class Table {
   public:
     using Row = std::vector<std::string>;
