@@ -84,6 +84,16 @@ bool HasName(const vxJson::Value& schema) {
     return false;
 }
 
+/// Reads a header from `blob`, which must not be `name`.
+bool ReadHeader(const std::string& blob, std::string& name, vxJson::Value& schema, int& offset) {
+    PackedBytes bytes(blob.data(), blob.size());
+    if (ReadVersion(bytes) != kFormatVersion) return false;
+    name = ReadName(bytes);
+    ReadSchema(bytes, schema);
+    offset = static_cast<int>(bytes.Next() - blob.data());
+    return true;
+}
+
 rapidjson::Value* FindMember(rapidjson::Value& object, const char* name) {
     if (!object.IsObject()) return nullptr;
     const auto member = object.FindMember(name);
@@ -134,14 +144,11 @@ void RenameTable(const WantedNames& wanted, rapidjson::Value* name, rapidjson::V
 
 bool CDEStructureDataHelper::GetBinaryDataInfo(const std::string& blob, std::string& name,
                                                vxJson::Value& schema, int& offset) {
-    if (&blob == &name) return GetBinaryDataInfo(std::string(blob), name, schema, offset);
-
-    PackedBytes bytes(blob.data(), blob.size());
-    if (ReadVersion(bytes) != kFormatVersion) return false;
-    name = ReadName(bytes);
-    ReadSchema(bytes, schema);
-    offset = static_cast<int>(bytes.Next() - blob.data());
-    return true;
+    if (&blob == &name) {
+        const std::string copy(blob);
+        return ReadHeader(copy, name, schema, offset);
+    }
+    return ReadHeader(blob, name, schema, offset);
 }
 
 bool CDEStructureDataHelper::ParseBinaryDataToJson(const char* buf, int len,

@@ -309,7 +309,7 @@ void PackedFrameWriter::AddDocumentChildren(bool isAttribute, const rapidjson::V
 }
 
 std::string PackedFrameWriter::Header() const {
-    const std::string header = PackedWith([this](ValuePacker& packer) {
+    std::string header = PackedWith([this](ValuePacker& packer) {
         packer.Integer(kFormatVersion);
         packer.Str(name_);
         PackItems(packer);

@@ -64,10 +64,10 @@ class ValuePacker {
 
     /// Packs a value of a document. A double is packed so that it decodes to itself, if any float
     /// decodes to it.
-    void Value(const rapidjson::Value& value);
+    void Value(const rapidjson::Value& root);
 
-    /// Throws WriterError if `value` is a time or contains one.
-    void Value(const vxJson::Value& value);
+    /// Packs a JSON value. Throws WriterError if `root` is a time or contains one.
+    void Value(const vxJson::Value& root);
 
     /// Packs the value of a JSON text. Returns false if `text` is not JSON.
     bool JsonText(const char* text);

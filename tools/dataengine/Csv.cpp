@@ -12,11 +12,10 @@ CsvRecord ReadRecord(const std::string& text, std::size_t& position, int& line, 
     for (quoted = false; position < text.size(); ++position) {
         const char c = text[position];
         if (c == '\n') ++line;
-        if (c == '"' && quoted && text[position + 1] == '"') {
-            record.cells.back() += text[++position];
-        } else if (c == '"') {
+        if (c == '"' && !(quoted && text[position + 1] == '"')) {
             quoted = !quoted;
         } else if (quoted) {
+            if (c == '"') ++position;  // a quotation mark is written twice
             record.cells.back() += c;
         } else if (c == ',') {
             record.cells.emplace_back();
