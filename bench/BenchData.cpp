@@ -39,7 +39,7 @@ class Random {
     std::mt19937_64 engine_;
 };
 
-/// Adds the byte offsets of all values, in order.
+/// Appends the byte offsets of all values in order.
 void AddOffsets(const vxJson::Value& offsets, std::vector<std::size_t>& values) {
     for (int i = 0; i < static_cast<int>(offsets.size()); ++i) {
         if (offsets[i].isArray())
@@ -193,7 +193,7 @@ Unit Integers32(int count) {
 
 Unit Floats(int count) {
     return OneArray(5, "rates", count, [](Random& random) {
-        // Every fourth is a reading that had few decimals to begin with.
+        // Every fourth is a reading with one decimal.
         return random.Below(4) == 0 ? static_cast<double>(random.Below(10000)) / 10 : random.Rate();
     });
 }

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-/// A unit of structure data: what a decoding takes, and where the values lie for the peers that
-/// know no schema. Generated from a fixed seed.
+/// The arguments of a decoding, and the offsets of the values for contenders that use no schema.
+/// Generated from a fixed seed.
 struct Unit {
     std::string payload;
     vxJson::Value schema, offsets;
@@ -22,13 +22,13 @@ Unit ScalarLeaves(int count);
 /// Interfaces: up to 20 columns, from names and addresses to octet counters and utilisation.
 Unit InterfaceTable(int rows, std::size_t columnCount = 20);
 
-/// One leaf that holds an array of routes, a map each.
+/// One leaf with an array of routes, each of which is a map.
 Unit RouteTable(int routes);
 
 /// One leaf with an array of counters of all magnitudes.
 Unit Integers(int count);
 
-/// One leaf with an array of counters that take all 32 bits.
+/// One leaf with an array of counters that need all 32 bits.
 Unit Integers32(int count);
 
 /// One leaf with an array of measured rates, most of them with a full mantissa.
@@ -37,7 +37,7 @@ Unit Floats(int count);
 /// One leaf with the text of a device configuration.
 Unit ConfigurationLeaf(std::size_t bytes);
 
-/// A header in front of no payload, with 32 leaves and 8 tables of 10 columns.
+/// A header with 32 leaves and 8 tables of 10 columns, without a payload.
 std::string HeaderOf40Items();
 
 std::string ConfigurationText(std::size_t bytes);

@@ -1,4 +1,4 @@
-// A record on its way into BSON: by Encode, through text, and appended field by field.
+// A record encoded as BSON: by Encode, by way of text, and field by field.
 
 #include "bson/Bson.h"
 

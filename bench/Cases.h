@@ -1,7 +1,7 @@
 #pragma once
 
-// Each function registers the benchmarks of one source under names of the form case/contender,
-// which is how bench/report.py finds the two sides of a ratio.
+// Each function registers the benchmarks of one source file under names of the form case/contender,
+// from which bench/report.py computes ratios.
 void RegisterBson();
 void RegisterDecoding();
 void RegisterHeaders();

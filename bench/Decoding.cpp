@@ -1,5 +1,5 @@
-// Whole units, decoded by the library and by what one could use in its place. Every contender
-// makes its result anew in each round and destroys it within the measured time.
+// Whole units, decoded by the library and by its alternatives. Every contender creates and destroys
+// its result within the measured time of each round.
 
 #include <benchmark/benchmark.h>
 
@@ -74,8 +74,8 @@ std::uint64_t ReadOnce(const std::string& bytes) {
     return sum;
 }
 
-/// The memory floor of any decoder: reads the packed bytes once, and writes as many bytes into
-/// fresh memory as the decoded document takes in its pool.
+/// The least work of any decoder: reads the packed bytes once, and writes as many bytes into fresh
+/// memory as the decoded document takes in its pool.
 void Floor(benchmark::State& state, const SharedUnit& unit) {
     rapidjson::Document document;
     CDEStructureDataHelper::ParseBinaryDataToJson(
@@ -93,7 +93,7 @@ void Floor(benchmark::State& state, const SharedUnit& unit) {
     state.counters["documentBytes"] = static_cast<double>(size);
 }
 
-/// A figure for a document that is not the right one would be worth nothing.
+/// Throws if the documents of the library and of the text route differ.
 void RequireSameDocuments(const Unit& unit) {
     rapidjson::Document library, text;
     CDEStructureDataHelper::ParseBinaryDataToJson(unit.payload.data(), unit.Length(), unit.schema,

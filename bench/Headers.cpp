@@ -1,5 +1,5 @@
-// The header of a packed buffer with a schema of 40 items, and a whole frame: its header and all of
-// its values.
+// The header of a packed buffer with a schema of 40 items, and a whole frame with all of its
+// values.
 
 #include <benchmark/benchmark.h>
 
@@ -16,7 +16,7 @@
 
 namespace {
 
-/// Three unpacks, print, Reader.
+/// Unpacks the three objects, prints the schema and parses the text.
 bool PlainHeader(const std::string& blob, std::string& name, vxJson::Value& schema, int& offset) {
     std::size_t end = 0;
     if (msgpack::unpack(blob.data(), blob.size(), end).get().as<int>() != 1) return false;

@@ -1,4 +1,4 @@
-// The JSON value on a document of 1 MB, next to nlohmann's.
+// The JSON value compared with nlohmann's on a document of 1 MB.
 
 #include <VxUtil/vxJson.h>
 #include <benchmark/benchmark.h>
@@ -59,7 +59,7 @@ void CopyNlohmann(benchmark::State& state) {
     }
 }
 
-/// Three members of every interface: the first and last by name, and one that is absent.
+/// Looks up three members of every interface: the first and the last by name, and an absent one.
 void LookupLibrary(benchmark::State& state) {
     const vxJson::Value value = Json(InterfacesJson(kBytes));
     const int count = static_cast<int>(value.size());

@@ -43,7 +43,7 @@ void PackCell(Packer& packer, const rapidjson::Value& cell) {
         packer.pack(cell.GetBool());
 }
 
-/// Packs the columns only, whose form is known: no names, no schema, no offsets.
+/// Packs only the columns, whose kinds are known: no names, no schema, no offsets.
 void ByHand(benchmark::State& state, const SharedDocument& document) {
     for (auto _ : state) {
         msgpack::sbuffer buffer;

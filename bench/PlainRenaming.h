@@ -10,8 +10,8 @@
 
 #include "variables/DDKey.h"
 
-/// What PostDataProcessing does, step by step with an ordered map of copied keys: the baseline of
-/// its benchmark and the reference of its fuzz target.
+/// Does the same as PostDataProcessing, step by step with an ordered map of copied keys: the
+/// baseline of its benchmark and the reference of its fuzz target.
 class PlainRenaming {
   public:
     static bool Run(const std::map<DDKey, DDKey>& mapping, const std::string& parserPath,

@@ -1,4 +1,4 @@
-// A record with 1 MB of command output on its way into the store.
+// The stored form and the keys of a record with 1 MB of command output.
 
 #include <benchmark/benchmark.h>
 

@@ -76,7 +76,8 @@ std::map<DDKey, DDKey> Mapping() {
     return mapping;
 }
 
-/// The document takes its new names only once, so each round gets a copy, made outside the time.
+/// Renaming changes the document, so each round gets a copy, which is made outside the measured
+/// time.
 template <typename Rename>
 void RenameDocument(benchmark::State& state, const Rename& rename) {
     const rapidjson::Document source = SourceDocument();

@@ -1,4 +1,4 @@
-// Finding a few items among many, and all of many.
+// Selection of one item among many, and of all items.
 
 #include <benchmark/benchmark.h>
 

@@ -1,4 +1,5 @@
-# bench_catalogue: what the catalogue costs when a library is loaded and when its header is compiled.
+# bench_catalogue: measures the cost of the catalogue when a library is loaded and when its header is
+# compiled.
 add_library(catalogue_with MODULE ${PROJECT_SOURCE_DIR}/schema/detail/Names.cpp)
 target_include_directories(catalogue_with PRIVATE ${PROJECT_SOURCE_DIR} ${PROJECT_BINARY_DIR}/include)
 

@@ -72,7 +72,7 @@ class ValueBuilder {
         return Put(std::move(object));
     }
 
-    /// The value, valid after the last event.
+    /// Returns the value, which is complete after the last event.
     rapidjson::Value& Root() { return finished_.back(); }
 
   private:
@@ -94,8 +94,8 @@ class ValueBuilder {
 };
 
 /// Parses the zero-terminated `text` with rapidjson's default flags and `moreFlags`, but without
-/// recursion, into `value`, which is unchanged if the text does not parse. The value's storage is
-/// in `pool`, and so is what was built before an error.
+/// recursion, into `value`, which is unchanged if the text does not parse. All storage is taken
+/// from `pool`, including that of parts built before an error.
 ///
 /// Returns the code and offset that rapidjson's recursive parser reports. Throws std::bad_alloc if
 /// memory runs out.
@@ -110,7 +110,7 @@ rapidjson::ParseResult ParseJson(const char* text, rapidjson::Value& value, Json
     if (!result.IsError()) {
         value = std::move(builder.Root());
     } else if (result == rapidjson::kParseErrorDocumentEmpty && text[result.Offset()] != '\0') {
-        // The iterative parser calls a text empty if its root is one of , : ] }
+        // The iterative parser reports an empty document if the text starts with , : ] or }.
         result.Set(rapidjson::kParseErrorValueInvalid, result.Offset());
     }
     return result;

@@ -6,9 +6,10 @@
 
 namespace dataengine {
 
-/// The allocator of rapidjson's working memory: reader stacks, writers and string buffers.
-/// rapidjson's own answers exhaustion with a null pointer that its containers then write through;
-/// this one throws std::bad_alloc.
+/// Allocates rapidjson's working memory: reader stacks, writers and string buffers.
+///
+/// Throws std::bad_alloc if memory runs out, where rapidjson's own allocator returns a null pointer
+/// that its containers then write through.
 class RapidJsonAllocator {
   public:
     static const bool kNeedFree = true;

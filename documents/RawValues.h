@@ -53,9 +53,9 @@ class GenericDocument<UTF8<>, dataengine::JsonPool, dataengine::RawAccess> {
         return reinterpret_cast<Value*>(members);
     }
 
-    /// Makes `value` the integer `number`; in two's complement if `isNegative` is set. The flags
-    /// that say which types hold it come from a table: in a column of counters their sizes follow
-    /// no pattern.
+    /// Makes `value` the integer `number`, which is in two's complement if `isNegative` is set. The
+    /// flags for the types that hold it come from a table instead of branches, because the sizes of
+    /// the counters in a column follow no pattern.
     static void MakeInteger(Value& value, std::uint64_t number, bool isNegative) {
         const std::uint64_t magnitude = isNegative ? ~number : number;
         const unsigned width = unsigned{magnitude > kMost<std::int32_t>} +
@@ -74,8 +74,8 @@ class GenericDocument<UTF8<>, dataengine::JsonPool, dataengine::RawAccess> {
 
     static constexpr std::size_t kBlock = 16;
 
-    /// Does the same for at most 2 * kBlock bytes, of which kBlock can be read even if there are
-    /// fewer. Its copies of fixed size make a route table decode 1.3 times as fast.
+    /// Does the same for at most 2 * kBlock bytes; kBlock bytes must be readable even if `size` is
+    /// smaller. Copies of fixed size make a route table decode 1.3 times as fast.
     static void MakeShortString(Value& value, const char* bytes, SizeType size, Pool& pool) {
         static_assert(sizeof(Value) == kBlock);
         if (Value::ShortString::Usable(size)) {
@@ -89,7 +89,7 @@ class GenericDocument<UTF8<>, dataengine::JsonPool, dataengine::RawAccess> {
         text[size] = '\0';
     }
 
-    /// Makes room in the empty array `value` for `count` elements to be pushed.
+    /// Reserves space in the empty array `value` for `count` elements to be pushed.
     static void Reserve(Value& value, SizeType count, Pool& pool) {
         MakeArray(value, count, pool);
         value.data_.a.size = 0;
@@ -111,7 +111,7 @@ class GenericDocument<UTF8<>, dataengine::JsonPool, dataengine::RawAccess> {
     template <typename Integer>
     static constexpr std::uint64_t kMost = std::uint64_t{std::numeric_limits<Integer>::max()};
 
-    /// Makes `value` a string of `size` bytes and returns their place.
+    /// Makes `value` a string of `size` bytes and returns their address.
     static char* StringOf(Value& value, SizeType size, Pool& pool) {
         if (Value::ShortString::Usable(size)) {
             value.data_.f.flags = Value::kShortStringFlag;

@@ -17,7 +17,7 @@ using JsonWriter =
 /// An array or object whose members are being rendered.
 struct OpenContainer {
     const rapidjson::Value* value;
-    rapidjson::SizeType next;  // the element or member that comes next
+    rapidjson::SizeType next;  // position of the next element or member
 };
 
 template <typename Handler>
@@ -40,8 +40,8 @@ bool RenderScalar(const rapidjson::Value& value, Handler& handler) {
     }
 }
 
-/// Hands `root` to a rapidjson handler event by event, as `root.Accept(handler)` does, but from an
-/// explicit stack: depth is bounded by memory alone. Stops with false where the handler does.
+/// Reports `root` to a rapidjson handler event by event, as `root.Accept(handler)` does, but from
+/// an explicit stack: depth is bounded by memory only. Returns false as soon as the handler does.
 template <typename Handler>
 bool RenderJson(const rapidjson::Value& root, Handler& handler) {
     std::vector<OpenContainer> open;

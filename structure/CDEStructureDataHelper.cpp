@@ -23,13 +23,13 @@ using dataengine::RawValues;
 
 constexpr int kFormatVersion = 1;
 
-/// Raised if the version or the name of a header is of another kind.
+/// Thrown if the version or the name of a header is of another kind.
 class BadCast : public msgpack::type_error {
   public:
     const char* what() const noexcept override { return "bad cast"; }
 };
 
-/// Passes a header's version or name of another kind, which may be cut or broken, and rejects it.
+/// Rejects a version or name of another kind. Skips it first, which throws if it is malformed.
 [[noreturn]] void Reject(PackedBytes& bytes) {
     bytes.Skip();
     throw BadCast();
@@ -69,7 +69,7 @@ void ReadSchema(PackedBytes& bytes, vxJson::Value& schema) {
     vxJson::Reader().parse(text, schema, true);
 }
 
-/// Returns a name up to its first zero byte, which is where documents end it.
+/// Returns a name up to its first zero byte, where documents end it.
 std::string_view UpToZero(std::string_view text) {
     return text.substr(0, text.find('\0'));
 }
@@ -112,7 +112,7 @@ void WriteText(rapidjson::Value* value, std::string_view text, JsonPool& pool) {
                           pool);
 }
 
-/// The wanted names of one parser's variables, by the names that the variables have.
+/// Maps the variable names of one parser to the wanted names.
 using WantedNames = std::unordered_map<std::string_view, std::string_view>;
 
 void RenameLeaf(const WantedNames& wanted, rapidjson::Value* name, JsonPool& pool) {
@@ -123,7 +123,7 @@ void RenameLeaf(const WantedNames& wanted, rapidjson::Value* name, JsonPool& poo
 void RenameTable(const WantedNames& wanted, rapidjson::Value* name, rapidjson::Value* columns,
                  JsonPool& pool) {
     if (columns == nullptr || !columns->IsArray()) return;
-    // All columns are looked up under the table's original name, even once one has renamed it.
+    // All columns are looked up under the table's original name, even after one has renamed it.
     std::string fullName(ReadText(name));
     fullName += '.';
     const std::size_t prefix = fullName.size();

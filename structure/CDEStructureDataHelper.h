@@ -19,11 +19,11 @@
 /// have values of their own; any other item is a leaf.
 ///
 /// Call GetBinaryDataInfo on the buffer, then ParseBinaryDataToJson with the schema it returned and
-/// the offsets that came with the buffer, then PostDataProcessing on the document if the variables
-/// are wanted under other names.
+/// the offsets that came with the buffer, then PostDataProcessing to rename the variables of the
+/// document.
 ///
-/// The bytes need not be trusted: malformed msgpack raises msgpack::insufficient_bytes or
-/// msgpack::parse_error, memory is bounded by the bytes that are there, depth by memory only.
+/// The bytes need not be trusted: malformed msgpack throws msgpack::insufficient_bytes or
+/// msgpack::parse_error. Memory use is bounded by the size of the input, depth by memory only.
 ///
 /// Thread safety: the operations keep no state. Concurrent calls are safe on distinct outputs and
 /// may share their inputs.
@@ -32,16 +32,16 @@ class DATAENGINE_EXPORT CDEStructureDataHelper {
     /// Reads the header of a packed buffer.
     ///
     /// Bytes after the header are ignored. `name` receives the unit's name byte for byte and may be
-    /// the same string as `blob`; `schema` the items; `offset` the length of the header in bytes,
-    /// which is where the payload begins.
+    /// the same string as `blob`; `schema` receives the items; `offset` receives the length of the
+    /// header in bytes, which is where the payload begins.
     ///
     /// Returns false, with all three unchanged, if the version is an integer other than 1. A schema
     /// whose text is not JSON leaves `schema` null; the result is still true.
     ///
     /// Throws msgpack::insufficient_bytes if `blob` ends too early, msgpack::parse_error at a byte
-    /// that starts no object, msgpack::type_error if the version is not a 32-bit integer or the
-    /// name neither `str` nor `bin`. All three are then unchanged, but if the schema is at fault,
-    /// `name` has been replaced.
+    /// that does not start an object, msgpack::type_error if the version is not a 32-bit integer or
+    /// the name is neither `str` nor `bin`. All three are then unchanged, except that an error in
+    /// the schema leaves `name` replaced.
     ///
     /// Complexity: linear in the length of the header.
     static bool GetBinaryDataInfo(const std::string& blob, std::string& name, vxJson::Value& schema,
@@ -54,8 +54,8 @@ class DATAENGINE_EXPORT CDEStructureDataHelper {
     ///   table   {"type", "name", "column", "hashSort", "hashColumns", "attributes"}
     ///
     /// Floats are rounded to two decimals. A value that JSON text cannot express is null as a
-    /// whole: one with an extension, a NaN, an infinity or a map key that is not a string, or one
-    /// whose `bin` break the text. The values live in the allocator of `out`.
+    /// whole: one with an extension, a NaN, an infinity, a map key that is not a string or a `bin`
+    /// that makes the text invalid. The values are stored in the allocator of `out`.
     ///
     /// `buf` and `len` are the bytes from which offsets count, and their number. `offsets` holds,
     /// at the "index" of a leaf, the byte offset of its value, and at the "index" of a table the
@@ -86,11 +86,11 @@ class DATAENGINE_EXPORT CDEStructureDataHelper {
     /// Renames the items and table columns of a decoded document in place, and appends each item,
     /// renamed or not, to `items` as compact JSON text.
     ///
-    /// `mapping` maps wanted names to the parser variables that serve them; an entry applies if the
-    /// parser path of its variable is `parserPath`. A leaf is looked up by its name, a column by
-    /// table name, ".", column name. The wanted name of a column is split at its first "." into the
-    /// new names of table and column, and has no effect without one. Of several wanted names for
-    /// one variable, the greatest in the order of `mapping` wins.
+    /// `mapping` maps wanted names to the parser variables that provide them; an entry applies if
+    /// the parser path of its variable is `parserPath`. A leaf is looked up by its name, a column
+    /// by table name, ".", column name. The wanted name of a column is split at its first "." into
+    /// the new names of table and column, and has no effect without one. Of several wanted names
+    /// for one variable, the greatest in the order of `mapping` wins.
     ///
     /// An item that the writer rejects (a NaN or infinity set by the caller) is appended up to that
     /// point. Nothing is appended if the root is not an array. Members of kinds that the decoder

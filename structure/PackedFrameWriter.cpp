@@ -34,7 +34,7 @@ using dataengine::WriterError;
 
 constexpr int kFormatVersion = 1;
 
-/// Runs `step`. An error gets `label()` in front of its message.
+/// Runs `step` and prefixes the message of an error with `label()`.
 template <typename Label, typename Step>
 void Labelled(const Label& label, const Step& step) {
     try {
@@ -53,7 +53,7 @@ void RequireSize(std::size_t size) {
     if (size > kMaxSize) throw WriterError("a frame holds up to 2147483647 bytes");
 }
 
-/// A member that the decoder gives an item, and the kind that it has; null for any kind.
+/// A member of a decoded item, and the test for its kind, which is null if any kind is allowed.
 struct Member {
     const char* key;
     bool (rapidjson::Value::*isOfKind)() const;
@@ -95,7 +95,7 @@ std::string StringOf(const rapidjson::Value& value) {
     return std::string(value.GetString(), value.GetStringLength());
 }
 
-/// Runs `step` for each element of a list; an error gets the element's position and name.
+/// Runs `step` for each element of a list and prefixes errors with its position and name.
 template <typename Step>
 void ForEach(const char* part, const rapidjson::Value& list, const Step& step) {
     for (rapidjson::SizeType i = 0; i < list.Size(); ++i) {
@@ -109,8 +109,8 @@ void ForEach(const char* part, const rapidjson::Value& list, const Step& step) {
     }
 }
 
-/// Chooses the names by which the elements of one list are found: the first of each name keeps it,
-/// any other gets a zero byte and its index appended, which documents cut off again.
+/// Chooses the names by which the elements of one list are found: the first element of each name
+/// keeps it, the others get a zero byte and their index appended, which documents cut off again.
 class ListedNames {
   public:
     std::string Next(const std::string& name, std::size_t index, bool mayKeep = true) {
@@ -135,7 +135,7 @@ bool StartsWithMark(const std::string& name) {
     return !name.empty() && name.front() == '$';
 }
 
-/// Returns what `pack` packs.
+/// Returns the bytes that `pack` appends.
 template <typename Pack>
 std::string PackedWith(const Pack& pack) {
     std::string bytes;
@@ -146,7 +146,7 @@ std::string PackedWith(const Pack& pack) {
     return bytes;
 }
 
-/// Packs the members that all items have; those of a table are `more`.
+/// Starts the map of an item with the members of all items; the caller packs `more` members.
 void PackItemStart(ValuePacker& packer, const std::string& name, int type, std::size_t index,
                    std::size_t more = 0) {
     packer.Map(3 + more);
@@ -239,7 +239,7 @@ vxJson::Value PackedFrameWriter::Offsets() const {
     return offsets;
 }
 
-/// Runs `add`. If it throws, what it added is removed, and an error gets the name of its item.
+/// Runs `add`. If it throws, removes its additions and prefixes the error with the item's name.
 template <typename Add>
 void PackedFrameWriter::AddOrRestore(const char* part, const std::string& name, const Add& add) {
     const std::size_t items = items_.size();
@@ -320,8 +320,8 @@ std::string PackedFrameWriter::Header() const {
 
 void PackedFrameWriter::PackItems(ValuePacker& packer) const {
     if (items_.empty() && holdsDocument_) {
-        // Decodes to an empty document; an empty schema would not decode. Readers strip the '$' and
-        // find no item of that name.
+        // An empty schema would not decode. This one decodes to an empty document, because readers
+        // strip the '$' and find no item with the empty name.
         packer.Array(1);
         return PackItemStart(packer, "$", 0, 0);
     }

@@ -66,7 +66,7 @@ class PackedFrameWriter {
     DATAENGINE_EXPORT void AddAttribute(const std::string& name, int type,
                                         const vxJson::Value& value);
 
-    /// Adds all items of a document as CDEStructureDataHelper::ParseBinaryDataToJson makes it,
+    /// Adds all items of a document as CDEStructureDataHelper::ParseBinaryDataToJson produces it,
     /// renamed by PostDataProcessing or not.
     ///
     /// A new frame of these items, decoded whole, is that document again. Columns may hold values
@@ -75,7 +75,7 @@ class PackedFrameWriter {
     /// is packed exactly. "hashColumns" is stored as the value that its text denotes.
     ///
     /// Throws vxJson::Error if `document` is not an array, and if an item does not consist of
-    /// exactly the members that the decoder gives it. Complexity: linear in the size of `document`.
+    /// exactly the members that the decoder writes. Complexity: linear in the size of `document`.
     DATAENGINE_EXPORT void AddItems(const rapidjson::Value& document);
 
     /// Returns the header followed by the payload. Throws vxJson::Error if the header would exceed
@@ -87,8 +87,8 @@ class PackedFrameWriter {
     /// all in bytes from the end of the header. Complexity: linear in the number of items.
     DATAENGINE_EXPORT vxJson::Value Offsets() const;
 
-    /// Returns the number of bytes before the payload. Throws and costs as much as a Frame without
-    /// a payload.
+    /// Returns the number of bytes before the payload. Throws as Frame does. Complexity: linear in
+    /// the size of the header.
     DATAENGINE_EXPORT int HeaderLength() const;
 
   private:
@@ -101,8 +101,8 @@ class PackedFrameWriter {
     struct Item {
         std::string name;
         int type;
-        int offset;               // of a leaf's value
-        bool hashSort;            // from here on: of a table
+        int offset;               // of the value of a leaf
+        bool hashSort;            // this and the following: tables only
         std::string hashColumns;  // packed
         std::vector<Child> children;
     };

@@ -38,7 +38,7 @@ const vxJson::Value* NameIndex::Find(const std::string& name, const vxJson::Valu
     return nullptr;
 }
 
-/// Adds the item being read unless there is one with its name.
+/// Adds the item being read unless the table has one with its name.
 void NameIndex::Add(std::uint32_t hash, const std::string& name) {
     if (3 * (count_ + 1) > 2 * entries_.size()) Grow();
     Entry& entry = EntryFor(hash, name);
@@ -48,7 +48,7 @@ void NameIndex::Add(std::uint32_t hash, const std::string& name) {
 }
 
 void NameIndex::Grow() {
-    // At first enough for one item per lookup to come, which is exact when everything is selected.
+    // The first table fits one item per remaining lookup: exactly enough if all are selected.
     const std::size_t expected = std::min<std::size_t>(lookups_, size_ - read_) + 8;
     std::vector<Entry> smaller(entries_.empty() ? expected + expected / 2 : 2 * entries_.size());
     smaller.swap(entries_);
@@ -60,7 +60,7 @@ void NameIndex::Grow() {
     }
 }
 
-/// Returns the entry of that name, or the free one where it belongs.
+/// Returns the entry with this name, or the free entry for it.
 NameIndex::Entry& NameIndex::EntryFor(std::uint32_t hash, const std::string& name) {
     std::size_t at = PlaceOf(hash);
     while (entries_[at].place != 0 &&

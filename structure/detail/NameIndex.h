@@ -16,12 +16,12 @@ namespace dataengine {
 ///
 /// Invariants:
 /// 1. The first `read_` items of the list have been read, the others have not.
-/// 2. While lookups are to come, `entries_` holds the first item of each name that has been read.
+/// 2. While lookups remain, `entries_` holds the first item of each name that has been read.
 /// 3. `entries_` is a hash table with open addressing and linear probing, at most two thirds full.
 class NameIndex {
   public:
-    /// `lookups` is the greatest number of calls of Find to come. The last of them adds nothing to
-    /// the table, so that a single lookup costs no more than the walk.
+    /// `lookups` is the maximum number of calls of Find. The last of them adds nothing to the
+    /// table, so that a single lookup costs no more than the walk.
     NameIndex(const vxJson::Value& list, std::size_t lookups)
         : list_(list), size_(list.isArray() ? list.size() : 0), lookups_(lookups) {}
 
@@ -48,7 +48,7 @@ class NameIndex {
     const vxJson::Value& list_;
     std::uint32_t size_;
     std::uint32_t read_ = 0;
-    std::size_t lookups_;  // to come
+    std::size_t lookups_;  // remaining
     std::vector<Entry> entries_;
     std::size_t count_ = 0;  // entries in use
 };

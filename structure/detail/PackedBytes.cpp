@@ -66,8 +66,7 @@ constexpr Heads MakeHeads() {
 
 }  // namespace
 
-constexpr Heads kHeads = MakeHeads();
-const Heads kPackedHeads = kHeads;
+constexpr Heads kPackedHeads = MakeHeads();
 
 void PackedBytes::Skip(std::uint64_t count) {
     for (; count != 0; --count) {

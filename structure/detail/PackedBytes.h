@@ -22,7 +22,7 @@ enum class PackedKind : std::uint8_t {
     kMap
 };
 
-/// How the values that begin with one particular byte are read.
+/// Describes how to read the values that begin with a particular byte.
 ///
 /// A head is the first byte and the big-endian number after it: an integer, the bits of a float,
 /// the size of a string or the count of a container. Where the first byte holds the number itself,
@@ -45,9 +45,9 @@ struct PackedInteger {
     bool isNegative;
 };
 
-/// Reads packed bytes from front to end. Throws what unpacking them throws:
-/// msgpack::insufficient_bytes where the bytes end within a value, msgpack::parse_error at a byte
-/// that starts no value. Never reads beyond the end.
+/// Reads packed bytes from front to end, never beyond the end. Throws as msgpack::unpack does:
+/// msgpack::insufficient_bytes if the bytes end within a value, msgpack::parse_error at a byte that
+/// does not start a value.
 class PackedBytes {
   public:
     static constexpr std::size_t kLongestHead = 9;
@@ -56,19 +56,19 @@ class PackedBytes {
     PackedBytes(const char* bytes, std::size_t size) : next_(bytes), end_(bytes + size) {}
 
     const char* Next() const { return next_; }
-    std::size_t Left() const { return static_cast<std::size_t>(end_ - next_); }
+    std::size_t Remaining() const { return static_cast<std::size_t>(end_ - next_); }
 
-    /// Returns the head of the next value. Its bytes, and those that the Take functions then read,
-    /// are there.
+    /// Returns the head of the next value, whose bytes are known to be complete: the Take functions
+    /// may read them.
     const PackedHead& Head() const {
         if (next_ == end_) ThrowInsufficientBytes();
         const PackedHead& head = PeekHead();
         if (head.kind == PackedKind::kInvalid) ThrowParseError();
-        if (head.size > Left()) ThrowInsufficientBytes();
+        if (head.size > Remaining()) ThrowInsufficientBytes();
         return head;
     }
 
-    /// Returns the head of the next value without any check: for `kLongestHead` bytes or more.
+    /// Returns the head of the next value unchecked. At least `kLongestHead` bytes must remain.
     const PackedHead& PeekHead() const { return kPackedHeads[FirstByte(next_)]; }
 
     void TakeNil() { ++next_; }
@@ -94,19 +94,19 @@ class PackedBytes {
 
     /// Takes the bytes after the head of a string.
     const char* TakeBytes(std::uint64_t size) {
-        if (size > Left()) ThrowInsufficientBytes();
+        if (size > Remaining()) ThrowInsufficientBytes();
         const char* const bytes = next_;
         next_ += size;
         return bytes;
     }
 
-    // For a float64, or a str of at most 31 bytes, that is known to be there as a whole.
+    // These require a complete float64, or a complete str of at most 31 bytes.
     double PeekFloat64() const { return BitsAs<double>(LoadWord(next_ + 1)); }
     void TakeFloat64() { next_ += 1 + sizeof(double); }
     bool NextIsShortString() const { return (FirstByte(next_) & 0xe0) == 0xa0; }
     unsigned TakeShortLength() { return FirstByte(next_++) & kLongestShortString; }
 
-    /// Passes `count` whole values.
+    /// Skips `count` whole values.
     void Skip(std::uint64_t count = 1);
 
   private:
@@ -128,12 +128,12 @@ class PackedBytes {
                byte(5) << 16 | byte(6) << 8 | byte(7);
     }
 
-    /// Takes a head and returns the eight bytes at its number, zeros beyond the end. One load of
-    /// fixed size and a shift serve numbers of all widths.
+    /// Takes a head and returns the eight bytes at its number, with zeros beyond the end. A load of
+    /// fixed size and a shift thus read numbers of all widths.
     std::uint64_t TakeWord(const PackedHead& head) {
         const char* number = next_ + head.skip;
         char padded[sizeof(std::uint64_t)] = {};
-        if (Left() < kLongestHead) {
+        if (Remaining() < kLongestHead) {
             std::memcpy(padded, number, static_cast<std::size_t>(head.size - head.skip));
             number = padded;
         }

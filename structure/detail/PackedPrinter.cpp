@@ -39,7 +39,7 @@ char* WriteEscape(unsigned char byte, char* at) {
 
 bool PackedPrinter::Str(const char* bytes, std::size_t size) {
     constexpr std::size_t kEscapeSize = 6;
-    char* at = Room(size + 2);
+    char* at = Reserve(size + 2);
     *at++ = '"';
     for (const char* const end = bytes + size; bytes != end; ++bytes) {
         const auto byte = static_cast<unsigned char>(*bytes);
@@ -47,11 +47,11 @@ bool PackedPrinter::Str(const char* bytes, std::size_t size) {
             *at++ = *bytes;
             continue;
         }
-        TakeUntil(at);
-        at = WriteEscape(byte, Room(kEscapeSize + static_cast<std::size_t>(end - bytes)));
+        SetEnd(at);
+        at = WriteEscape(byte, Reserve(kEscapeSize + static_cast<std::size_t>(end - bytes)));
     }
     *at++ = '"';
-    TakeUntil(at);
+    SetEnd(at);
     return true;
 }
 

@@ -11,7 +11,7 @@
 
 namespace dataengine {
 
-/// How a printer writes floats.
+/// The format of printed floats.
 enum class FloatStyle {
     kTwoDecimals,    // 3.14, as in values
     kSixSignificant  // 3.14159, as in schemas
@@ -22,7 +22,7 @@ enum class FloatStyle {
 ///
 ///   nil, boolean   null, true, false
 ///   integer        in decimal
-///   float          as the style asks
+///   float          in the given style
 ///   str            quoted; quotation mark, backslash, slash and control bytes escaped
 ///   bin            quoted, its bytes unchanged
 ///   array, map     [a, b] and {key:value, key:value}
@@ -35,11 +35,11 @@ class PackedPrinter {
 
     /// Returns the text so far. The characters are followed by a zero byte.
     std::string_view Text() {
-        *Room(1) = '\0';
+        *Reserve(1) = '\0';
         return {buffer_.data(), size_};
     }
 
-    using Place = bool;  // unused: brackets need no more than their kind
+    using Place = bool;  // unused: the printer keeps no state for a container
 
     std::uint64_t TakeScalars(PackedBytes&, std::uint64_t, bool) { return 0; }
     bool Element() { return Separate('['); }
@@ -69,26 +69,26 @@ class PackedPrinter {
     void EndMap(Place) { Put("}"); }
 
   private:
-    /// Makes room for `count` more bytes and returns where they go.
-    char* Room(std::size_t count) {
+    /// Ensures space for `count` more bytes and returns its start.
+    char* Reserve(std::size_t count) {
         if (buffer_.size() - size_ < count) buffer_.resize(2 * buffer_.size() + count + 256);
         return &buffer_[size_];
     }
-    void TakeUntil(const char* end) { size_ = static_cast<std::size_t>(end - buffer_.data()); }
+    void SetEnd(const char* end) { size_ = static_cast<std::size_t>(end - buffer_.data()); }
 
     bool Put(std::string_view text) {
-        char* const at = Room(text.size());
-        TakeUntil(std::copy(text.begin(), text.end(), at));
+        char* const at = Reserve(text.size());
+        SetEnd(std::copy(text.begin(), text.end(), at));
         return true;
     }
-    /// No value's text ends in an opening bracket, so one can only belong to the container itself.
+    /// Separates elements. A value's text never ends in an opening bracket, so one at the end
+    /// belongs to the container, and its first element follows.
     bool Separate(char opening) { return size_ == 0 || buffer_[size_ - 1] == opening || Put(", "); }
     template <typename... Arguments>
     bool PutNumber(Arguments... arguments) {
-        constexpr std::size_t kLongest =
-            320;  // the greatest double has 309 digits before the point
-        char* const at = Room(kLongest);
-        TakeUntil(std::to_chars(at, at + kLongest, arguments...).ptr);
+        constexpr std::size_t kLongest = 320;  // the greatest double has 309 integer digits
+        char* const at = Reserve(kLongest);
+        SetEnd(std::to_chars(at, at + kLongest, arguments...).ptr);
         return true;
     }
 

@@ -9,9 +9,9 @@ namespace dataengine {
 /// Reads one packed value in one pass and reports its parts to a handler in the order of the bytes.
 /// The handler is a class with these members:
 ///
-///   std::uint64_t TakeScalars(PackedBytes& bytes, std::uint64_t left, bool isMap)
-///                              `left` elements of an array follow, or keys and values of a map;
-///                              a handler may read some itself and return how many, or return 0
+///   std::uint64_t TakeScalars(PackedBytes& bytes, std::uint64_t remaining, bool isMap)
+///                              `remaining` elements of an array follow, or keys and values of a
+///                              map; a handler may read some itself and returns their number
 ///   bool Element()             an element of an array follows, or the value as a whole
 ///   bool Key(PackedKind)       a key of this kind follows
 ///   bool Value()               the value of a key follows
@@ -19,29 +19,29 @@ namespace dataengine {
 ///   bool Str(const char* bytes, std::size_t size), Bin(const char* bytes, std::size_t size)
 ///   Place BeginArray(std::uint32_t count), BeginMap(std::uint32_t count)
 ///   void EndArray(Place), EndMap(Place)
-///   using Place                what the handler wants back at the end of the container
+///   using Place                state of the handler that it gets back when the container ends
 ///
-/// The walk ends where one of them returns false. Declared counts are checked against the
-/// remaining bytes before the handler sees them: at no point has it seen more elements, keys and
-/// values declared than there are bytes. No recursion; depth is bounded by memory only.
+/// The walk ends when one of them returns false. Declared counts are checked against the remaining
+/// bytes before they are reported: the elements, keys and values reported as declared never
+/// outnumber the bytes. The walk does not recurse; depth is bounded by memory only.
 template <typename Handler>
 class PackedWalk {
   public:
     PackedWalk(PackedBytes& bytes, Handler& handler) : bytes_(bytes), handler_(handler) {}
 
-    /// Returns whether the walk came to the end of the value; the bytes then begin after it. Throws
-    /// what PackedBytes throws.
+    /// Returns whether the walk reached the end of the value; the bytes then begin after it. Throws
+    /// as PackedBytes does.
     bool Run() {
         for (;;) {
-            while (left_ == 0) {
+            while (remaining_ == 0) {
                 if (around_.empty()) return true;
                 Leave();
             }
-            left_ -= handler_.TakeScalars(bytes_, left_, isMap_);
-            if (left_ == 0) continue;
+            remaining_ -= handler_.TakeScalars(bytes_, remaining_, isMap_);
+            if (remaining_ == 0) continue;
             const PackedHead& head = bytes_.Head();
             if (!Announce(head.kind)) return false;
-            --left_;
+            --remaining_;
             if (head.kind == PackedKind::kArray) {
                 Enter(bytes_.TakeLength(head), false);
             } else if (head.kind == PackedKind::kMap) {
@@ -57,14 +57,14 @@ class PackedWalk {
 
     /// A container around the current one.
     struct Level {
-        std::uint64_t left;
+        std::uint64_t remaining;
         Place place;
         bool isMap;
     };
 
     bool Announce(PackedKind kind) {
         if (!isMap_) return handler_.Element();
-        return left_ % 2 == 0 ? handler_.Key(kind) : handler_.Value();
+        return remaining_ % 2 == 0 ? handler_.Key(kind) : handler_.Value();
     }
 
     bool Scalar(const PackedHead& head) {
@@ -94,30 +94,30 @@ class PackedWalk {
 
     void Enter(std::uint64_t count, bool isMap) {
         const std::uint64_t children = isMap ? 2 * count : count;
-        // Each takes a byte at least. If fewer are left, passing them throws what is wrong.
-        const std::uint64_t claimed = children + left_ + leftAround_;
-        if (claimed > bytes_.Left()) bytes_.Skip(claimed);
+        // Each takes at least one byte. If fewer bytes remain, skipping them throws the error.
+        const std::uint64_t claimed = children + remaining_ + remainingAround_;
+        if (claimed > bytes_.Remaining()) bytes_.Skip(claimed);
         const auto size = static_cast<std::uint32_t>(count);
         around_.push_back(
-            {left_, isMap ? handler_.BeginMap(size) : handler_.BeginArray(size), isMap_});
-        leftAround_ += left_;
-        left_ = children;
+            {remaining_, isMap ? handler_.BeginMap(size) : handler_.BeginArray(size), isMap_});
+        remainingAround_ += remaining_;
+        remaining_ = children;
         isMap_ = isMap;
     }
 
     void Leave() {
         const Level& level = around_.back();
         isMap_ ? handler_.EndMap(level.place) : handler_.EndArray(level.place);
-        left_ = level.left;
+        remaining_ = level.remaining;
         isMap_ = level.isMap;
-        leftAround_ -= left_;
+        remainingAround_ -= remaining_;
         around_.pop_back();
     }
 
     PackedBytes& bytes_;
     Handler& handler_;
-    std::uint64_t left_ = 1;        // elements of the current container; keys and values of a map
-    std::uint64_t leftAround_ = 0;  // the same of the containers around it
+    std::uint64_t remaining_ = 1;  // elements of the current container; keys and values of a map
+    std::uint64_t remainingAround_ = 0;  // the same of the containers around it
     bool isMap_ = false;
     std::vector<Level> around_;
 };

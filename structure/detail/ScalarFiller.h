@@ -6,12 +6,12 @@
 
 namespace dataengine {
 
-/// Fills consecutive values of an array or a map with packed scalars in tight loops. It stops at
-/// anything that needs more care: a container, a bin, an ext, a long string, a float that only text
-/// can round, a key that is not a short string, the last bytes of the input.
+/// Fills consecutive values of an array or a map with packed scalars in tight loops. It stops
+/// before anything else: a container, a bin, an ext, a long string, a float that must be rounded by
+/// way of text, a key that is not a short string, the last bytes of the input.
 ///
 /// Compared with the general walk, an interface table decodes 1.6 times as fast, a route table 1.9,
-/// integers 1.7 and floats 3 times. An object that lives within one function stays in registers.
+/// integers 1.7 and floats 3 times. The filler is local to one function and stays in registers.
 class ScalarFiller {
   public:
     ScalarFiller(const PackedBytes& bytes, rapidjson::Value* first, rapidjson::Value* end,
@@ -53,11 +53,11 @@ class ScalarFiller {
     }
 
   private:
-    /// From the start of a value on: enough for every head and for a short string.
+    /// The bytes required at the start of a value: enough for every head and every short string.
     static constexpr std::size_t kReadAhead = 1 + PackedBytes::kLongestShortString;
     static_assert(kReadAhead > RawValues::kBlock && kReadAhead > PackedBytes::kLongestHead);
 
-    bool HasNext() const { return slot_ != end_ && bytes_.Left() >= kReadAhead; }
+    bool HasNext() const { return slot_ != end_ && bytes_.Remaining() >= kReadAhead; }
     bool NextIs(PackedKind kind) const { return HasNext() && bytes_.PeekHead().kind == kind; }
 
     bool FillScalar() {

@@ -1,5 +1,6 @@
 #include "structure/detail/SchemaBuilder.h"
 
+#include <memory>
 #include <sstream>
 #include <utility>
 
@@ -8,13 +9,14 @@
 namespace dataengine {
 namespace {
 
-/// The values that a JSON value cannot be assigned or grow into, read from text once.
+/// Returns a value that a JSON value cannot be assigned or grow into; all are parsed once.
 const vxJson::Value& Prototype(int index) {
-    static const vxJson::Value prototypes = [] {
+    // Never destroyed, because destructors of static objects may still read frames.
+    static const vxJson::Value& prototypes = *[] {
         std::istringstream text("[false,true,[],{}]");
-        vxJson::Value values = NullValue();
-        vxJson::Reader().parse(text, values, false);
-        return values;
+        auto values = std::make_unique<vxJson::Value>(NullValue());
+        vxJson::Reader().parse(text, *values, false);
+        return values.release();
     }();
     return prototypes[index];
 }

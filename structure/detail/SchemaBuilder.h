@@ -10,8 +10,8 @@
 
 namespace dataengine {
 
-/// Builds a packed schema as a JSON value, equal to what printing it and reading the text gives. A
-/// handler of PackedWalk.
+/// Builds a packed schema as the JSON value that printing the schema and parsing the text would
+/// yield. A handler of PackedWalk.
 ///
 /// Only nil, bool, integers, str, arrays and maps are built, which is what schemas consist of. The
 /// walk ends at anything else: a float, a bin, an ext, a map key that is not a str, or one that
@@ -46,7 +46,7 @@ class SchemaBuilder {
   private:
     vxJson::Value* slot_;  // a null value, which the next element becomes
     vxJson::Value* container_ = nullptr;
-    bool isKey_ = false;  // the next str is a key
+    bool isKey_ = false;  // whether the next str is a key
 };
 
 }  // namespace dataengine

@@ -14,7 +14,7 @@ class MemberWriter {
     MemberWriter(rapidjson::Value& object, rapidjson::SizeType count, JsonPool& pool)
         : slot_(RawValues::MakeObject(object, count, pool)) {}
 
-    /// Adds a null member; `key` is referred to, not copied.
+    /// Adds a null member and returns its value. `key` is referred to, not copied.
     rapidjson::Value& Add(rapidjson::Value::StringRefType key) {
         new (slot_) rapidjson::Value(key);
         auto* value = new (slot_ + 1) rapidjson::Value();
@@ -84,7 +84,7 @@ void SelectionDecoder::AddFound(const vxJson::Value& item, int type, const std::
     } else if (entry.isObject() || entry.isNull()) {
         AddTable(item, name, offsets_[index], entry["column"], entry["attributes"], out);
     } else {
-        // A table selected by its name only: let the value decide whether a name has members.
+        // A table selected by name only: let the value decide: operator[] on a non-object throws.
         vxJson::Value copy(entry);
         const vxJson::Value column = copy["column"];
         const vxJson::Value attributes = copy["attributes"];

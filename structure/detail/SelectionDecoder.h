@@ -25,8 +25,8 @@ class SelectionDecoder {
     /// not have it.
     void AddSelected(const vxJson::Value& entry, rapidjson::Value& out);
 
-    /// Appends what the entry for this item of the schema names in a selection of all items. There
-    /// is none if the item's name is not a string.
+    /// Appends the item that the name of this schema item selects when all items are selected, or
+    /// nothing if that name is not a string or selects nothing.
     void AddItem(const vxJson::Value& item, rapidjson::Value& out);
 
   private:

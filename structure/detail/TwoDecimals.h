@@ -1,17 +1,18 @@
 #pragma once
 
 #include <cmath>
+#include <cstdint>
 
 namespace dataengine {
 
-/// Rounds `value` to what printing it with two decimals and reading that text with rapidjson's
-/// default number parse gives. Returns false where only the text itself can tell: at ties and next
-/// to them, from 2^51 hundredths up, and for NaN and the infinities.
+/// Rounds `value` as printing it with two decimals and parsing that text with rapidjson's default
+/// flags would. Returns false if only the text decides: at and next to ties, from 2^51 hundredths
+/// up, and for NaN and the infinities.
 ///
 /// The product is off by at most half a unit in its last place, |product| * 2^-53. So the integer
-/// nearest to it is the right one if the distance between them leaves that margin to a half; the
-/// condition asks for twice the margin, since its own sum is rounded too. Below 2^51, adding and
-/// subtracting 1.5 * 2^52 rounds to the nearest integer. The parser gathers the digits as an
+/// nearest to it is correct if their distance is below one half by more than that error; the
+/// condition requires twice the error, since its own sum is rounded too. Below 2^51, adding and
+/// subtracting 1.5 * 2^52 rounds to the nearest integer. The parser accumulates the digits in an
 /// integer below 2^53, converts it and divides, as is done here.
 inline bool RoundToTwoDecimals(double value, double& rounded) {
     constexpr double kNearestInteger = 6755399441055744.0;      // 1.5 * 2^52

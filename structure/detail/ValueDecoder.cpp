@@ -2,6 +2,7 @@
 
 #include <charconv>
 #include <cstring>
+#include <utility>
 
 #include "documents/ParseJson.h"
 #include "structure/detail/PackedPrinter.h"
@@ -13,15 +14,15 @@ namespace {
 
 /// Rounds by printing and parsing; returns false for NaN and the infinities.
 bool RoundByText(double value, rapidjson::Value& slot, JsonPool& pool) {
-    char text[320];  // the greatest double has 309 digits before the point
+    char text[320];  // the greatest double has 309 integer digits
     const auto end =
         std::to_chars(text, text + sizeof text - 1, value, std::chars_format::fixed, 2);
     *end.ptr = '\0';
     return ParseJson(text, slot, pool);
 }
 
-/// Returns whether the bytes are the same in a JSON string: no quotation mark, no backslash, no
-/// byte below 32.
+/// Returns whether a JSON string of these bytes denotes them unchanged: they contain no quotation
+/// mark, no backslash and no byte below 32.
 bool IsPlainText(const char* bytes, std::size_t size) {
     unsigned special = 0;
     for (std::size_t i = 0; i < size; ++i) {
@@ -31,20 +32,20 @@ bool IsPlainText(const char* bytes, std::size_t size) {
     return special == 0;
 }
 
-enum class Outcome { kValue, kNull, kText };
+enum class Outcome { kNull, kText };
 
 /// Fills a value and its elements in their final places. A handler of PackedWalk.
 class ValueFiller {
   public:
     ValueFiller(rapidjson::Value& root, JsonPool& pool) : slot_(&root), pool_(pool) {}
 
-    /// What the value is after a walk that this handler ended.
+    /// Returns the outcome of a walk that this handler ended.
     Outcome Ended() const { return ended_; }
 
     using Place = rapidjson::Value*;  // where the next value after a container goes
 
-    std::uint64_t TakeScalars(PackedBytes& bytes, std::uint64_t left, bool isMap) {
-        ScalarFiller filler(bytes, slot_, slot_ + left, pool_);
+    std::uint64_t TakeScalars(PackedBytes& bytes, std::uint64_t remaining, bool isMap) {
+        ScalarFiller filler(bytes, slot_, slot_ + remaining, pool_);
         isMap ? filler.FillMembers() : filler.FillElements();
         bytes = filler.Bytes();
         return static_cast<std::uint64_t>(filler.Slot() - std::exchange(slot_, filler.Slot()));

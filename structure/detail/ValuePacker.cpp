@@ -10,14 +10,15 @@
 namespace dataengine {
 namespace {
 
-/// Parses numbers to the nearest double, which packing keeps.
+/// Parses numbers to the nearest double, which packing preserves. Returns false if `text` is not
+/// JSON.
 bool ParseExactly(const char* text, rapidjson::Value& value, JsonPool& pool) {
     return !ParseJson<rapidjson::kParseFullPrecisionFlag>(text, value, pool).IsError();
 }
 
-/// The double that a float64 decodes to: its text with two decimals, parsed. NaN if none.
+/// Returns the double that a float64 decodes to, or NaN if it decodes to null.
 double Decoded(double value) {
-    char text[320];  // the greatest double has 309 digits before the point
+    char text[320];  // the greatest double has 309 integer digits
     *std::to_chars(text, text + sizeof text - 1, value, std::chars_format::fixed, 2).ptr = '\0';
     JsonPool pool;
     rapidjson::Value parsed;
@@ -27,9 +28,9 @@ double Decoded(double value) {
 
 /// Returns a double that decodes to `wanted`, or `wanted` if there is none.
 ///
-/// Doubles of two decimals decode to themselves as long as the parser gathers their digits in an
-/// integer. It gathers the later digits of longer texts in a double, which is then off by up to two
-/// units in the last place for each digit, so the double to pack is found nearby.
+/// Doubles of two decimals decode to themselves as long as the parser accumulates their digits in
+/// an integer. It accumulates the later digits of longer texts in a double, which is then off by up
+/// to two units in the last place for each digit, so the double to pack is searched for nearby.
 double DecodingTo(double wanted) {
     constexpr double kExact = 9e13;  // below 2^53 / 100
     if (!(std::fabs(wanted) >= kExact) || std::isinf(wanted)) return wanted;
@@ -130,8 +131,8 @@ ValuePacker::Range ValuePacker::BeginObject(const rapidjson::Value& object) {
     return {first, first + 2 * std::size_t{count}};
 }
 
-/// The value prints itself as text, whose parsed form supplies what the value itself cannot be
-/// asked for: the keys of objects, and which scalar kind it holds. Strings, binaries and containers
+/// Walks the value together with the parsed form of its text, which supplies the keys of objects
+/// and the kinds of scalars: the value has no operations for them. Strings, binaries and containers
 /// are taken from the value, so an object that looks like a printed binary stays an object.
 void ValuePacker::Value(const vxJson::Value& root) {
     JsonPool pool;

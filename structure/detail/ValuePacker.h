@@ -14,7 +14,7 @@
 
 namespace dataengine {
 
-/// What bad input to a writer throws. Only the bundled VxUtil is known to have vxJson::Error.
+/// The exception for bad input to a writer. A third-party VxUtil may lack vxJson::Error.
 #ifdef DATAENGINE_EXTERNAL_VXUTIL
 using WriterError = std::runtime_error;
 #else
@@ -55,7 +55,7 @@ class ValuePacker {
     void Array(std::size_t count) { Length(0x90, 16, 0xdb, 1, count); }
     void Map(std::size_t count) { Length(0x80, 16, 0xdd, 1, count); }
 
-    /// Appends bytes that are packed already.
+    /// Appends bytes that are already packed.
     void Packed(std::string_view bytes) {
         Reserve(bytes.size());
         std::memcpy(next_, bytes.data(), bytes.size());
@@ -80,7 +80,7 @@ class ValuePacker {
         const rapidjson::Value* end;
     };
 
-    /// An array or object that is being packed, and the same value as it prints.
+    /// An array or object that is being packed, and the parsed form of its text.
     struct PrintedContainer {
         const vxJson::Value& value;
         const rapidjson::Value& printed;
@@ -97,7 +97,7 @@ class ValuePacker {
 
     std::size_t Size() const { return static_cast<std::size_t>(next_ - bytes_.data()); }
 
-    /// Makes room for `count` bytes at `next_`.
+    /// Ensures space for `count` bytes at `next_`.
     void Reserve(std::size_t count) {
         if (count > static_cast<std::size_t>(end_ - next_)) Grow(count);
     }
