@@ -4,7 +4,7 @@
 #include <cstddef>
 
 // Replaces the allocation functions of the C library. operator new and rapidjson's pools and stacks
-// all call them, so that every allocation of the library can be the one that fails.
+// call them, so every allocation of the library can be made to fail.
 
 thread_local FailingMalloc failingMalloc;
 
@@ -32,7 +32,7 @@ void* Counted(void* block) {
 
 }  // namespace
 
-// They must be visible to the libraries under test.
+// The functions must be visible to the libraries under test.
 #pragma GCC visibility push(default)
 extern "C" {
 

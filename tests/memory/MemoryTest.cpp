@@ -19,7 +19,7 @@ using vxJson::Value;
 using Attempt = std::function<bool(const std::function<void()>&)>;
 
 /// Calls `test` with an attempt in which the first, the second, ... allocation fails, until the
-/// operation completes. The test prepares the input and checks what the attempt left.
+/// operation completes. The test prepares the input and checks the state after the attempt.
 void FailEachAllocation(const std::function<void(const Attempt&)>& test) {
     bool done = false;
     for (long failing = 1; !done; ++failing) {
@@ -29,7 +29,7 @@ void FailEachAllocation(const std::function<void(const Attempt&)>& test) {
             try {
                 operation();
                 done = true;
-                EXPECT_GT(failingMalloc.untilFailure, 0) << "nothing reports the failure";
+                EXPECT_GT(failingMalloc.untilFailure, 0) << "the failure was not reported";
             } catch (const std::bad_alloc&) {
                 EXPECT_EQ(failingMalloc.untilFailure, 0);
             }
@@ -39,11 +39,11 @@ void FailEachAllocation(const std::function<void(const Attempt&)>& test) {
         const long before = failingMalloc.live;
         test(attempt);
         if (testing::Test::HasFailure()) return;
-        ASSERT_EQ(failingMalloc.live, before) << "blocks leak";
+        ASSERT_EQ(failingMalloc.live, before) << "memory was leaked";
     }
 }
 
-TEST(Memory, AValueChangesAsAWholeOrNotAtAll) {
+TEST(Memory, ValueChangesAsAWholeOrNotAtAll) {
     static const Value rich = Json(R"({"array":[1,2.5,null,"a string of many bytes",[[],{}]],
         "a key of many bytes":{"a":{"b":"another string of many bytes"}}})");
     const struct {
@@ -74,7 +74,7 @@ TEST(Memory, AValueChangesAsAWholeOrNotAtAll) {
     }
 }
 
-TEST(Memory, ALoadKeepsTheFieldsAfterTheFailure) {
+TEST(Memory, LoadKeepsTheFieldsAfterTheFailure) {
     const char* const keys[] = {"devId", "name", "type", "sourceType", "param", "props", "md5"};
     Value old;
     Value fresh;
@@ -95,18 +95,18 @@ TEST(Memory, ALoadKeepsTheFieldsAfterTheFailure) {
     });
 }
 
-/// A pool that asks for memory for each block, where others get 64 KiB in advance.
+/// A pool that allocates each block separately instead of in chunks of 64 KiB.
 struct SmallPool {
     rapidjson::Document::AllocatorType pool{1};
 };
 
-/// A document over such a pool.
+/// A document with such a pool.
 struct SmallDocument : SmallPool, rapidjson::Document {
     SmallDocument() : rapidjson::Document(&pool) {}
 };
 
-/// A leaf and a table with values that take memory: long strings, nesting, and a bin and a float
-/// that are decoded from text.
+/// Decodes a leaf and a table whose values allocate: long strings, nested containers, and a bin and
+/// a float that need the text route.
 void Decode(rapidjson::Document& document) {
     static const Value schema = Json(R"([{"name":"hostname","type":1,"index":0},
         {"name":"ifTable","type":11,"index":1,"hashSort":true,"hashColumns":["ifName"],
@@ -121,7 +121,7 @@ void Decode(rapidjson::Document& document) {
                                                   schema, offsets, selection, document);
 }
 
-TEST(Memory, ADecoderKeepsTheItemsBeforeTheFailure) {
+TEST(Memory, DecoderKeepsTheItemsBeforeTheFailure) {
     SmallDocument expected;
     Decode(expected);
     ASSERT_EQ(expected.Size(), 2u) << Text(expected);
@@ -138,7 +138,7 @@ TEST(Memory, ADecoderKeepsTheItemsBeforeTheFailure) {
     });
 }
 
-TEST(Memory, ARenamingKeepsTheItemsBeforeTheFailure) {
+TEST(Memory, RenamingKeepsTheItemsBeforeTheFailure) {
     const std::map<DDKey, DDKey> mapping = {
         {{"", "a wanted name of many bytes"}, {"p", "hostname"}},
         {{"", "a wanted table.a wanted column"}, {"p", "ifTable.speed"}}};
@@ -160,7 +160,7 @@ TEST(Memory, ARenamingKeepsTheItemsBeforeTheFailure) {
     });
 }
 
-/// The saved form of a result whose document is too large for one block of its pool.
+/// Returns the saved form of a result whose document is too large for one chunk of its pool.
 Value Saved(char letter) {
     Value saved = Json(R"({"time":5,"flag":6,"resultMetaDataOnly":{"day":1,"type":"t"}})");
     saved["resultMetaDataOnly"]["param"] = "a string of many bytes " + std::string(1, letter);
@@ -168,7 +168,7 @@ Value Saved(char letter) {
     return saved;
 }
 
-/// What a result saves, the document by its first bytes.
+/// Returns the saved form of a result, with only the first bytes of its document.
 Value Shown(const CDEQueryResultStructureData& result) {
     Value target = Json(R"({"resultMetaDataOnly":{"old":1}})");
     result.SaveToJson(target);
@@ -176,7 +176,7 @@ Value Shown(const CDEQueryResultStructureData& result) {
     return target;
 }
 
-TEST(Memory, AResultLosesNoDocument) {
+TEST(Memory, ResultKeepsItsDocument) {
     const auto loaded = [](char letter) {
         auto result = std::make_unique<CDEQueryResultStructureData>();
         result->LoadFromJson(Saved(letter));
@@ -207,7 +207,7 @@ TEST(Memory, AResultLosesNoDocument) {
     });
 }
 
-TEST(Memory, AWriterAddsAllItemsOrNone) {
+TEST(Memory, WriterAddsAllItemsOrNone) {
     SmallDocument document;
     Decode(document);
     const Value cells = Json(R"(["a cell of many bytes",[{"a key of many bytes":1.5}]])");
@@ -226,7 +226,7 @@ TEST(Memory, AWriterAddsAllItemsOrNone) {
     }
 }
 
-TEST(Memory, ASaveThatFailsLeavesTheOldEntry) {
+TEST(Memory, FailedSaveKeepsTheOldEntry) {
     CDEQueryResultStructureData result;
     result.LoadFromJson(Saved('a'));
     const Value fresh = Shown(result)["resultMetaDataOnly"];

@@ -7,9 +7,9 @@
 
 namespace {
 
-// The seed is fixed; a comparison that fails names the input. DATAENGINE_RANDOM_VALUES sets how
-// many values are compared.
-TEST(BothDecoders, GiveTheSameValues) {
+// The seed is fixed; a failing comparison prints its input. DATAENGINE_RANDOM_VALUES sets the
+// number of values.
+TEST(BothDecoders, DecodeTheSameValues) {
     const char* const wanted = std::getenv("DATAENGINE_RANDOM_VALUES");
     const long count = wanted == nullptr ? 20000 : std::atol(wanted);
     RandomPacked random(1);
@@ -22,8 +22,8 @@ TEST(BothDecoders, GiveTheSameValues) {
     }
 }
 
-// More names than a table of the first size remembers, half of them twice, asked for in schema
-// order, backwards, and by an odd step.
+// More names than fit the first size of the name table, half of them twice, in schema order, in
+// reverse and by an odd step.
 TEST(BothDecoders, FindTheFirstOfEachNameAmongMany) {
     constexpr int kItems = 150;
     vxJson::Value schema, backwards, stepping;

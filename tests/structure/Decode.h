@@ -9,7 +9,7 @@
 #include "tests/support/Texts.h"
 
 /// Decodes packed bytes as the one leaf of a unit, into the "value" of the first element of
-/// `document`. Returns how that ended.
+/// `document`. Returns the ending, as EndingOf does.
 inline std::string DecodeLeaf(const std::string& bytes, rapidjson::Document& document) {
     static const vxJson::Value schema = Json(R"([{"name":"leaf","type":1,"index":0}])");
     static const vxJson::Value offsets = Json("[0]");

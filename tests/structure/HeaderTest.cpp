@@ -13,7 +13,7 @@ TEST(Header, ReadsASampleUnit) {
     EXPECT_EQ(header.schema, Json(SampleUnit::kSchema));
 }
 
-TEST(Header, ReplacesWhatWasReadBeforeAFailure) {
+TEST(Header, ReplacesOnlyTheOutputsReadBeforeAFailure) {
     for (const auto& row : RowsOf(TEST_DATA "/headers.txt")) {
         SCOPED_TRACE(row[0] + ": " + row[1]);
         const Header header = ReadHeader(Hex(row[1]));
@@ -50,8 +50,8 @@ TEST(Header, ReportsTheReadersMessage) {
     EXPECT_EQ(texts, "insufficient bytes; parse error; bad cast; bad cast; ");
 }
 
-// A float in a schema makes all of it go through text.
-TEST(Header, BuildsTheSchemaThatItsTextGives) {
+// A float in a schema forces the text route for the whole schema.
+TEST(Header, BuildsTheSameSchemaAsTheTextRoute) {
     RandomPacked random(2);
     for (int i = 0; i < 2000; ++i) {
         std::string packed = random.Mutated(random.Value());
@@ -63,7 +63,7 @@ TEST(Header, BuildsTheSchemaThatItsTextGives) {
     }
 }
 
-TEST(Header, DepthIsBoundedByMemoryOnlyThroughText) {
+TEST(Header, DepthIsBoundedByMemoryOnlyOnTheTextRoute) {
     const std::string frame = Hex("01 a0") + std::string(1000000, '\x91') + Hex("c4 01 7a");
     const Header header = ReadHeader(frame);
     EXPECT_TRUE(header.schema.isArray());

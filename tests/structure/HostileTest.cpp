@@ -17,7 +17,7 @@ std::string Repeat(const std::string& bytes, std::size_t count) {
     return repeated;
 }
 
-TEST(Hostile, DepthIsBoundedByMemoryAlone) {
+TEST(Hostile, DepthIsBoundedByMemoryOnly) {
     const struct {
         std::string open, close, openText, closeText;
     } rows[] = {{"\x91", "", "[", "]"},
@@ -47,19 +47,19 @@ TEST(Hostile, DepthIsBoundedByMemoryAlone) {
     }
 }
 
-TEST(Hostile, AKeyAsDeepIsReadToItsEnd) {
+TEST(Hostile, DeeplyNestedMapKeyYieldsNull) {
     rapidjson::Document document;
     DecodeLeaf(Repeat(Hex("81"), kDepth) + Repeat(Hex("01"), kDepth + 1), document);
     EXPECT_TRUE(document[0]["value"].IsNull());
 }
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr rlim_t kAddressSpace = RLIM_INFINITY;  // the sanitizers' shadow alone is larger
+constexpr rlim_t kAddressSpace = RLIM_INFINITY;  // the shadow memory of sanitizers is larger
 #else
 constexpr rlim_t kAddressSpace = rlim_t{1} << 30;
 #endif
 
-/// Ends the process, which is one of its own, with 0 if the body went well within the limit.
+/// Runs `body` with limited memory and ends the process with 0 if no check failed.
 template <typename Body>
 [[noreturn]] void ExitWithinAddressSpace(const Body& body) {
     const rlimit most{kAddressSpace, kAddressSpace};
@@ -68,13 +68,13 @@ template <typename Body>
     std::_Exit(testing::Test::HasFailure() ? 1 : 0);
 }
 
-/// A container that announces `head`, alone and inside other containers.
+/// Expects the same of a container with this head by itself and inside other containers.
 void ExpectInsufficient(const std::string& head) {
     for (const char* around : {"", "92", "81 a1 6b", "93 01 a1 61", "81"}) {
         const std::string packed = Hex(around) + head;
         rapidjson::Document document;
         EXPECT_EQ(DecodeLeaf(packed, document), "insufficient_bytes");
-        // An element takes a byte at least, and 16 in the pool, whose chunks are 64 KiB.
+        // An element takes at least one byte, and 16 in the pool, whose chunks are 64 KiB.
         EXPECT_LE(document.GetAllocator().Capacity(),
                   (std::size_t{128} << 10) + 16 * packed.size());
         for (const char* before : {"", "01", "01 a1 6e"})
@@ -82,28 +82,28 @@ void ExpectInsufficient(const std::string& head) {
     }
 }
 
-void ExpectDeclaredSizesTakeNothing() {
+void ExpectDeclaredSizesAllocateNothing() {
     for (const char* kind : {"dd", "df", "db", "c6", "c9"})
         for (const char* size : {"ff ff ff ff", "7f ff ff ff", "10 00 00 00", "00 00 10 00"})
             ExpectInsufficient(Hex(kind) + Hex(size) + Hex("01"));
-    // Each container alone could be there, all of them together can't.
-    const std::string behind(std::size_t{1} << 20, 1);
-    ExpectInsufficient(Repeat(Hex("dd 00 10 00 00"), 300) + behind);
-    ExpectInsufficient(Repeat(Hex("dd 00 10 00 00 91"), 300) + behind);
-    ExpectInsufficient(Repeat(Hex("df 00 08 00 00 a1 6b"), 300) + behind);
+    // The bytes suffice for each container, but not for all of them.
+    const std::string after(std::size_t{1} << 20, 1);
+    ExpectInsufficient(Repeat(Hex("dd 00 10 00 00"), 300) + after);
+    ExpectInsufficient(Repeat(Hex("dd 00 10 00 00 91"), 300) + after);
+    ExpectInsufficient(Repeat(Hex("df 00 08 00 00 a1 6b"), 300) + after);
 }
 
-TEST(Hostile, ADeclaredSizeTakesNothingBeforeItsBytesAreThere) {
-    EXPECT_EXIT(ExitWithinAddressSpace(ExpectDeclaredSizesTakeNothing), testing::ExitedWithCode(0),
-                "");
+TEST(Hostile, DeclaredSizesAllocateNothing) {
+    EXPECT_EXIT(ExitWithinAddressSpace(ExpectDeclaredSizesAllocateNothing),
+                testing::ExitedWithCode(0), "");
 }
 
-TEST(Hostile, EveryTruncationRaisesInsufficientBytes) {
+TEST(Hostile, EveryTruncationThrowsInsufficientBytes) {
     const std::string header = SampleUnit::Header();
     for (std::size_t length = 0; length < header.size(); ++length)
         EXPECT_EQ(ReadHeader(header.substr(0, length)).ending, "insufficient_bytes") << length;
 
-    // Every kind of token, and every form of it.
+    // Every form of every kind of value.
     for (const auto& row : Rows(R"(
         9c c0 c2 c3 cc ff cd ff ff ce ff ff ff ff cf ff ff ff ff ff ff ff ff d0 80 d1 80 00 d2 80 00 00 00 d3 80 00 00 00 00 00 00 00 d9 02 61 62
         99 cb 40 04 00 00 00 00 00 00 ca 40 48 f5 c3 da 00 01 61 db 00 00 00 01 61 c4 01 61 c5 00 01 61 c6 00 00 00 01 61 dc 00 01 90 dd 00 00 00 01 80

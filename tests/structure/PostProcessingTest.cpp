@@ -10,7 +10,7 @@ namespace {
 
 using Items = std::vector<std::string>;
 
-/// A mapping as text: [[wanted parser path, wanted name, parser path, name], ...].
+/// Returns the mapping of a text: [[wanted parser path, wanted name, parser path, name], ...].
 std::map<DDKey, DDKey> Mapping(const std::string& text) {
     std::map<DDKey, DDKey> mapping;
     const vxJson::Value rows = Json(text);
@@ -45,7 +45,7 @@ TEST(PostProcessing, RenamesInPlaceAndAppends) {
     EXPECT_EQ(Text(document), R"([{"name":"c"}])");
 }
 
-TEST(PostProcessing, AppendsAnItemAsFarAsItCouldBeWritten) {
+TEST(PostProcessing, AppendsTheWrittenPartOfARejectedItem) {
     rapidjson::Document document;
     document.Parse(R"([{"a":1,"v":0,"b":2},{"c":[{}]}])");
     document[0]["v"].SetDouble(std::numeric_limits<double>::quiet_NaN());

@@ -5,8 +5,7 @@
 #include "structure/PackedFrameWriter.h"
 #include "tests/support/Texts.h"
 
-/// A unit named demo: a leaf, and a table of two columns and an attribute. Its bytes are those that
-/// docs/packed-format.md shows.
+/// The unit of docs/packed-format.md: a leaf, and a table of two columns and an attribute.
 namespace SampleUnit {
 
 constexpr char kSchema[] = R"([

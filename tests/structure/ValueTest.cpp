@@ -5,7 +5,7 @@
 
 namespace {
 
-TEST(Value, BecomesWhatItsTextIs) {
+TEST(Value, EqualsItsParsedText) {
     for (const auto& row : RowsOf(TEST_DATA "/values.txt")) {
         for (const std::string& after : {std::string(), std::string(40, '\xc0')}) {
             if (!after.empty() && row[2] == "insufficient_bytes") continue;
@@ -17,7 +17,7 @@ TEST(Value, BecomesWhatItsTextIs) {
     }
 }
 
-TEST(Value, TellsWhichIntegerTypesHoldANumber) {
+TEST(Value, IntegersHaveTheFlagsOfEveryTypeThatHoldsThem) {
     const struct {
         const char* packed;
         const char* types;  // Int, Uint, Int64, Uint64

@@ -34,7 +34,7 @@ testing::AssertionResult SameDecodingOnBothDecoders(const std::string& buffer,
     auto same = libraryEnding == textEnding ? SameDocument(library, text)
                                             : testing::AssertionFailure()
                                                   << "ends with " << libraryEnding
-                                                  << ", and by way of text with " << textEnding;
+                                                  << ", the text route with " << textEnding;
     if (same) return same;
     same << "\nof the bytes" << std::hex << std::setfill('0');
     for (const char byte : buffer)

@@ -8,10 +8,10 @@
 
 #include "tests/support/Ending.h"
 
-/// What the outputs hold before a call, so that an output left alone can be told.
+/// The value of outputs before a call, by which unchanged outputs are recognized.
 constexpr int kUntouched = 4711;
 
-/// What the library reads from the header of a packed buffer, and how that ended.
+/// The outputs of GetBinaryDataInfo, and how the call ended.
 struct Header {
     std::string ending;
     std::string name = "untouched";
@@ -20,8 +20,8 @@ struct Header {
 };
 Header ReadHeader(const std::string& blob);
 
-/// Calls ParseBinaryDataToJson and the same of TextRoute. Succeeds if they end alike, with the same
-/// result or an exception of the same class, and with equal documents.
+/// Calls ParseBinaryDataToJson of the library and of TextRoute. Succeeds if both return the same
+/// result or throw the same class of exception, with equal documents.
 testing::AssertionResult SameDecodingOnBothDecoders(const std::string& buffer,
                                                     const vxJson::Value& schema,
                                                     const vxJson::Value& offsets,

@@ -7,7 +7,7 @@
 #include <string>
 #include <typeinfo>
 
-/// How a call ended, in words: its result, or the class of what it threw.
+/// Runs `call`. Returns its result as text, or the class of its exception.
 template <typename Call>
 std::string EndingOf(const Call& call) {
     try {

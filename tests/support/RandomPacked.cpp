@@ -58,7 +58,7 @@ std::string RandomPacked::Map(int depth) {
     return packed;
 }
 
-/// `number` in the short form, or in a long one: of `width` bytes, or of twice that, and so on.
+/// Returns `number` in the short form, or in a long form of `width` bytes, twice that, and so on.
 std::string RandomPacked::Head(unsigned shortForm, unsigned shortEnd, unsigned longForm, int width,
                                std::uint64_t number) {
     if (number < shortEnd && !OneIn(4)) return BigEndian(shortForm | number, 1);
@@ -80,8 +80,9 @@ std::string RandomPacked::Integer() {
 
 std::string RandomPacked::Float() {
     const double small = static_cast<double>(Below(1000000));
-    double number = small / (OneIn(2) ? 8 : 1000);  // ties between two hundredths among them
-    if (OneIn(4)) number += std::ldexp(1, 40 + static_cast<int>(Below(30)));  // no hundredths left
+    double number = small / (OneIn(2) ? 8 : 1000);  // includes ties between two hundredths
+    if (OneIn(4))
+        number += std::ldexp(1, 40 + static_cast<int>(Below(30)));  // too large for hundredths
     if (OneIn(4)) number = std::ldexp(number, -static_cast<int>(Below(90)));
     if (OneIn(4)) number = std::nextafter(number, OneIn(2) ? 0 : 1e300);
     std::uint64_t bits = BitsOf(OneIn(2) ? number : -number);

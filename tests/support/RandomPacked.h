@@ -5,8 +5,8 @@
 #include <string>
 
 /// Generates random msgpack bytes from a seed: values of all kinds, in minimal and in wider
-/// encodings. Two values in three hold nothing that makes a document null or that only text can
-/// tell, so that large documents are compared as well.
+/// encodings. Two values in three contain nothing that makes a document null or needs the text
+/// route, so that large documents are compared as well.
 ///
 /// Thread safety: not safe for concurrent use.
 class RandomPacked {

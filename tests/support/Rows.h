@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-/// A table of test cases written as text: a row per line, its fields between " | ". Blanks around a
-/// field are dropped, and so are empty lines and those that begin with #.
+/// Returns the rows of a table of test cases: one row per line, with fields separated by " | ".
+/// Ignores blanks around fields, empty lines and lines that begin with #.
 inline std::vector<std::vector<std::string>> Rows(const std::string& table) {
     std::vector<std::vector<std::string>> rows;
     std::istringstream lines(table);
@@ -27,13 +27,13 @@ inline std::vector<std::vector<std::string>> Rows(const std::string& table) {
     return rows;
 }
 
-/// The bytes of a file; none if it can't be read.
+/// Returns the bytes of a file, or an empty string if it cannot be read.
 inline std::string FileText(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-/// The table that a file holds.
+/// Returns the table in a file.
 inline std::vector<std::vector<std::string>> RowsOf(const std::string& file) {
     const std::string table = FileText(file);
     if (table.empty()) throw std::runtime_error("no table in " + file);

@@ -11,7 +11,7 @@ using Allocator = rapidjson::Document::AllocatorType;
 
 constexpr int kTableType = 11;
 
-/// Prints `object` as msgpack does, except for containers, bin and ext.
+/// Prints `object`: scalars as msgpack does, containers, bin and ext as documents define them.
 void Print(std::ostream& output, const msgpack::object& object) {
     const char* separator = "";
     switch (object.type) {
@@ -45,7 +45,7 @@ void Print(std::ostream& output, const msgpack::object& object) {
     }
 }
 
-/// Keeps nothing and raises what unpacking raises.
+/// Checks packed bytes and throws as unpacking does.
 struct CheckingVisitor : msgpack::null_visitor {
     void parse_error(std::size_t, std::size_t) { throw msgpack::parse_error("parse error"); }
     void insufficient_bytes(std::size_t, std::size_t) {
@@ -53,8 +53,8 @@ struct CheckingVisitor : msgpack::null_visitor {
     }
 };
 
-/// msgpack allocates what an array declares before it looks for the elements. No value can hold
-/// more elements than there are bytes; those that declare more are only checked.
+/// Unpacks a value. msgpack allocates the declared size of an array before it reads the elements,
+/// so values that declare more elements than there are bytes are only checked.
 msgpack::object_handle Unpack(const char* bytes, std::size_t size) {
     try {
         return msgpack::unpack(bytes, size, nullptr, nullptr, msgpack::unpack_limit(size, size));
@@ -86,7 +86,7 @@ rapidjson::Value ValueAt(const char* buf, int len, int offset, Allocator& alloca
     return rapidjson::Value(std::move(document.Move()));
 }
 
-/// The type and name of an item and, unless it is a table, its value.
+/// Returns the type and name of an item and, unless it is a table, its value.
 rapidjson::Value ElementOf(const vxJson::Value& item, const std::string& name,
                            const vxJson::Value& offsets, const char* buf, int len,
                            Allocator& allocator) {
@@ -100,7 +100,7 @@ rapidjson::Value ElementOf(const vxJson::Value& item, const std::string& name,
     return element;
 }
 
-/// The elements of a table's columns or attributes; a null `selection` becomes one of all names.
+/// Returns the columns or attributes of a table. A null `selection` is replaced by all names.
 rapidjson::Value GetTableData(vxJson::Value& selection, const vxJson::Value& children,
                               const vxJson::Value& offsets, const char* buf, int len,
                               Allocator& allocator) {

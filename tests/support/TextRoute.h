@@ -6,9 +6,9 @@
 #include <string>
 
 /// The definition of every decoded document: unpack the value, print it with two decimals, parse
-/// the text. Slow and simple on purpose. The functions mirror those of CDEStructureDataHelper.
+/// the text. Deliberately slow and simple. The functions mirror those of CDEStructureDataHelper.
 ///
-/// Values are printed recursively: for inputs that are not deep.
+/// Values are printed recursively, so deeply nested inputs overflow the stack.
 namespace TextRoute {
 
 const vxJson::Value* GetChildItemByName(const std::string& name, const vxJson::Value& list);

@@ -10,16 +10,16 @@
 #include <stdexcept>
 #include <string>
 
-/// The value of a JSON text; throws where the text is none.
+/// Parses a JSON text. Throws std::invalid_argument if it is not JSON.
 inline vxJson::Value Json(const std::string& text) {
     std::istringstream stream(text);
     vxJson::Value value;
     if (!vxJson::Reader().parse(stream, value, true))
-        throw std::invalid_argument("no JSON: " + text);
+        throw std::invalid_argument("not JSON: " + text);
     return value;
 }
 
-/// The compact text of a shallow document.
+/// Returns the compact text of a shallow document.
 inline std::string Text(const rapidjson::Value& value) {
     rapidjson::StringBuffer buffer;
     rapidjson::Writer<rapidjson::StringBuffer> writer(buffer);
@@ -27,7 +27,7 @@ inline std::string Text(const rapidjson::Value& value) {
     return {buffer.GetString(), buffer.GetSize()};
 }
 
-/// The bytes of hexadecimal digits; blanks are passed over.
+/// Returns the bytes of hexadecimal digits; blanks are ignored.
 inline std::string Hex(const std::string& digits) {
     std::string bytes;
     std::string pair;
@@ -41,7 +41,7 @@ inline std::string Hex(const std::string& digits) {
     return bytes;
 }
 
-/// The lowest `count` bytes of a number, the highest of them first.
+/// Returns the lowest `count` bytes of a number, most significant first.
 inline std::string BigEndian(std::uint64_t number, int count) {
     std::string bytes;
     while (count-- > 0) bytes += static_cast<char>(number >> (8 * count));

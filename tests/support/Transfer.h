@@ -11,7 +11,7 @@
 #include "tests/support/Rows.h"
 #include "tests/support/Texts.h"
 
-/// A JSON object of names and values in turn.
+/// Returns a JSON object of alternating names and values.
 template <typename... T>
 vxJson::Value Object(const T&... namesAndValues) {
     const vxJson::Value list[] = {namesAndValues...};
@@ -20,8 +20,8 @@ vxJson::Value Object(const T&... namesAndValues) {
     return object;
 }
 
-/// Checks loading, saving and moving of a class with a JSON form, and what a value of a wrong kind
-/// does, against its block in the file classes.txt of the test:
+/// Checks loading, saving and moving of a class with a JSON form, and loading values of wrong
+/// kinds, against its block in the file classes.txt of the test:
 ///
 ///     class | NAME
 ///     FIELD | read as | stale | fresh | saved | loaded | cleared | moved
@@ -64,7 +64,7 @@ class Transfer {
         ASSERT_FALSE(rows_.empty());
     }
 
-    /// The fields of one column by name.
+    /// Returns the fields of one column by name.
     Value Column(std::size_t column) const {
         Value object;
         for (const auto& row : rows_) {
@@ -114,7 +114,8 @@ class Transfer {
         ExpectFields(show_(source), before);
     }
 
-    /// A value of the wrong kind stops the load: the fields before it are new, the others old.
+    /// Expects a value of the wrong kind to stop the load: fields before it are new, the others
+    /// old.
     void CheckKinds() const {
         Value expected = Loaded({Column(2)});
         for (const auto& row : rows_) {

@@ -7,11 +7,14 @@
 #include <cstdlib>
 #include <limits>
 #include <memory>
+#include <ostream>
 #include <random>
 #include <stdexcept>
 #include <vector>
 
-#include "tests/support/Printers.h"
+static void PrintTo(const VX128Guid& guid, std::ostream* output) {
+    *output << guid.ToUUIDString(true);
+}
 
 namespace {
 

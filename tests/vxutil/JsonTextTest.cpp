@@ -94,6 +94,7 @@ TEST(JsonText, StylesWithFourSpaces) {
     ]
 })");
     EXPECT_EQ(value.toString(true), value.toStyledString());
+    EXPECT_EQ(testing::PrintToString(value), value.toString(false));
 }
 
 Value RandomValue(std::mt19937_64& random, int depth) {
