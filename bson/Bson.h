@@ -7,38 +7,43 @@
 
 #include "bson/BsonExport.h"
 
-/// Values as BSON, the form in which a document store and its clients exchange documents.
+/// Conversion between values and BSON, in which a document store and its clients exchange
+/// documents.
 namespace Bson {
 
-/// The most levels of objects and arrays in a document, its root included. Stores and clients
+/// The maximum nesting of objects and arrays in a document, including its root. Stores and clients
 /// accept no more.
 inline constexpr std::size_t kMaxLevels = 100;
 
-/// The most bytes of a document: the 16 MiB of the store, less the `_id` element of 17 bytes that
-/// it adds to a document without one.
+/// The maximum size of a document in bytes: the 16 MiB of the store minus the `_id` element of 17
+/// bytes that it adds to a document without one.
 inline constexpr std::size_t kMaxSize = 16 * 1024 * 1024 - 17;
 
-/// Returns the bytes of `document` as one BSON document.
+/// Encodes `document` as one BSON document.
 ///
 /// Members are written in the order of their keys. Integers are written as int32 if they fit and
-/// otherwise as int64, binary values with subtype 0, times as dates, every other kind as itself.
-/// Keys may contain "." and begin with "$", as they do in queries.
+/// otherwise as int64, binary values with subtype 0, times as dates, and every other kind as its
+/// BSON counterpart. Keys may contain "." and may begin with "$", as in queries.
 ///
-/// BSON strings are UTF-8. The payload of a device data view, "content", is a string of bytes that
-/// need not be; write it as binary, which loads in the same way:
+/// BSON strings are UTF-8, but the "content" of a device data view may contain any bytes. Encode it
+/// as binary, which loads in the same way:
 ///
 ///     view["content"] = vxJson::Value::Binary(view["content"].asString());
 ///
+/// Returns the bytes of the BSON document.
+///
 /// Throws vxJson::Error if `document` is not an object, nests deeper than kMaxLevels, takes more
 /// than kMaxSize bytes, or has a key with a zero byte, a key or string that is not UTF-8 or an
-/// integer above 2^63-1. The message names the place, as in "param.list[3].count". Complexity:
-/// linear in the size of the document; no recursion. Thread safety: safe on distinct documents.
+/// integer above 2^63-1. The message names the path, as in "param.list[3].count".
+///
+/// Complexity: linear in the size of the document; no recursion.
+/// Thread safety: may be called concurrently, also on one document that no thread modifies.
 DATAENGINE_BSON_EXPORT std::string Encode(const vxJson::Value& document);
 
-/// Returns the value of the BSON document in `size` bytes from `bytes` on.
+/// Decodes the BSON document in the `size` bytes at `bytes`.
 ///
-/// Whatever Encode writes is read back equal. Of members with equal keys the last one is kept.
-/// Types without a kind of their own are read as follows:
+/// A document that Encode returned is decoded to an equal value. Of members with equal keys the
+/// last one is kept. BSON types without a corresponding kind are decoded as follows:
 ///
 /// | BSON | value |
 /// |---|---|
@@ -53,10 +58,15 @@ DATAENGINE_BSON_EXPORT std::string Encode(const vxJson::Value& document);
 /// | min key, max key | `{"$minKey":1}`, `{"$maxKey":1}` |
 /// | undefined | `{"$undefined":true}` |
 ///
+/// Declared lengths are checked against the remaining bytes before anything is allocated.
+///
+/// Returns the value of the document.
+///
 /// Throws vxJson::Error if the bytes are not exactly one valid document of at most kMaxLevels
-/// levels; the message names the offset of the invalid element. Lengths in the bytes are checked
-/// before anything is allocated for them. Complexity: linear in `size`, with n log n for unsorted
-/// keys; no recursion. Thread safety: safe.
+/// levels. The message names the offset of the invalid element.
+///
+/// Complexity: linear in `size`, with n log n for unsorted keys; no recursion.
+/// Thread safety: may be called concurrently.
 DATAENGINE_BSON_EXPORT vxJson::Value Decode(const char* bytes, std::size_t size);
 
 }  // namespace Bson

@@ -1,6 +1,6 @@
 #pragma once
 
-// Marks the symbols that libdataengine_bson.so exports; everything else in it is hidden.
+// Marks the symbols that libdataengine_bson.so exports; all others are hidden.
 #ifdef DATAENGINE_BSON_STATIC
 #define DATAENGINE_BSON_EXPORT
 #else

@@ -33,7 +33,7 @@ class Reading {
     /// A document or an array with elements still to be read.
     struct Level {
         bson_iter_t at;
-        std::size_t offset;  // of its first byte
+        std::size_t offset;  // of the first byte, from the start of the root
         Value* target;
     };
 
@@ -122,7 +122,7 @@ class Reading {
         }
     }
 
-    /// Returns the Extended JSON object of an element whose type has no kind of its own.
+    /// Returns the Extended JSON object of an element whose type has no corresponding kind.
     Value Form(const bson_iter_t& at) const {
         Value form;
         switch (bson_iter_type(&at)) {

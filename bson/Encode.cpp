@@ -15,8 +15,8 @@ namespace {
 
 using vxJson::Value;
 
-/// The open objects and arrays of a walk over a document, outermost first, each at one of its
-/// children.
+/// The path of a walk over a document: the open objects and arrays, outermost first, each with the
+/// position of its current child.
 class Place {
   public:
     void Open(const Value& container) {
@@ -34,7 +34,7 @@ class Place {
     bool IsClosed() const { return levels_.empty(); }
     const Value& Current() const { return *levels_.back().at; }
 
-    /// Returns the key of the current child; elements of arrays have their index for a key.
+    /// Returns the key of the current child; the key of an array element is its index.
     std::string_view Key() {
         const Level& level = levels_.back();
         if (!level.isArray) return level.at.key();
@@ -72,8 +72,8 @@ class Place {
     std::array<char, 16> digits_;
 };
 
-/// Walks over all values of `document`, whose kind is object. The visitor hears of the start and
-/// the end of each container below it, and of every other value.
+/// Walks over all values of `document`, which must be an object. Calls Start and End of the visitor
+/// for each container below the root, and Plain for every other value.
 template <typename Visitor>
 void Walk(const Value& document, Visitor& visitor) {
     Place place;
@@ -102,7 +102,7 @@ bool IsInt32(long long number) {
            number <= std::numeric_limits<std::int32_t>::max();
 }
 
-/// Computes the size of a document and rejects what BSON can't hold.
+/// Computes the size of a document and rejects values that BSON cannot represent.
 class Measurement {
   public:
     std::size_t Size() const { return size_; }
@@ -147,8 +147,8 @@ class Measurement {
     std::size_t size_ = kEmptyDocument;
 };
 
-/// Writes a measured document into a buffer of exactly its size, so that libbson has nothing to
-/// allocate for it: where memory runs out, libbson ends the program.
+/// Writes a measured document into a buffer of exactly its size. libbson then allocates nothing for
+/// it; libbson ends the program if an allocation fails.
 class Writing {
   public:
     explicit Writing(std::string& bytes)
@@ -160,7 +160,7 @@ class Writing {
 
     void Start(Place& place) {
         const std::string_view key = place.Key();
-        // libbson has two names for one operation, and two more to end it.
+        // Both operations are ended by bson_append_document_end.
         const auto begin =
             place.Current().isArray() ? bson_append_array_begin : bson_append_document_begin;
         Check(begin(Top(), key.data(), static_cast<int>(key.size()), &children_[depth_]));
@@ -210,9 +210,9 @@ class Writing {
         }
     }
 
-    // No measured document is rejected.
+    // A measured document is valid, so libbson never rejects it.
     static void Check(bool done) {
-        if (!done) throw vxJson::Error("Bson::Encode: libbson rejects the document");
+        if (!done) throw vxJson::Error("Bson::Encode: libbson rejected the document");
     }
 
     bson_t* Top() { return depth_ == 0 ? root_ : &children_[depth_ - 1]; }
@@ -221,7 +221,7 @@ class Writing {
     std::size_t size_;
     std::unique_ptr<bson_writer_t, Destroy> writer_;
     bson_t* root_ = nullptr;
-    // Open documents refer to one another, so they never move.
+    // Open documents refer to one another, so they must not move.
     bson_t children_[kMaxLevels];
     std::size_t depth_ = 0;
 };

@@ -6,7 +6,7 @@
 
 #include <VxUtil/VxUtilExport.h>
 
-/// A 128-bit identifier. An identifier of zero bytes only is invalid.
+/// A 128-bit identifier. The identifier with all bytes zero is invalid.
 ///
 /// Thread safety: distinct objects may be used concurrently.
 class VXUTIL_EXPORT VX128Guid {
@@ -16,10 +16,10 @@ class VXUTIL_EXPORT VX128Guid {
 
     /// Parses 8-4-4-4-12 hexadecimal digits, in upper or lower case.
     ///
-    /// Throws std::invalid_argument if `text` has another form.
+    /// Throws std::invalid_argument if `text` does not have this form.
     explicit VX128Guid(const std::string& text);
 
-    /// Returns whether any byte is not zero.
+    /// Returns whether any byte is other than zero.
     bool IsValid() const noexcept { return *this != VX128Guid(); }
 
     /// Returns the identifier in lower-case hexadecimal digits: 8-4-4-4-12 if `hyphens` is true,

@@ -9,19 +9,21 @@
 
 namespace vxJson {
 
-/// A place in a walk over a value. It remains valid until an element is added or removed.
+/// A position in a value. Valid until an element is added or removed.
+///
+/// Thread safety: distinct iterators may be used concurrently while no thread modifies the value.
 class VXUTIL_EXPORT ValueIteratorBase {
   public:
-    /// A place in no walk. It may only be assigned and destroyed.
+    /// Constructs a singular iterator, which may only be assigned to and destroyed.
     ValueIteratorBase() noexcept = default;
 
-    /// Returns the element at this place, which must not be the end.
+    /// Returns the element at this position, which must not be the end.
     Value& deref() const noexcept;
-    /// Returns the key of the member at this place, which must not be the end; "" in an array.
+    /// Returns the key of the member at this position, which must not be the end; "" in an array.
     const std::string& key() const noexcept;
-    /// Advances to the next place. This one must not be the end.
+    /// Advances to the next position. The current one must not be the end.
     void increment() noexcept;
-    /// Returns whether both are the same place of one walk. @{
+    /// Returns whether both are the same position in the same value. @{
     bool isEqual(const ValueIteratorBase& other) const noexcept;
     bool operator==(const ValueIteratorBase& other) const noexcept { return isEqual(other); }
     bool operator!=(const ValueIteratorBase& other) const noexcept { return !isEqual(other); }
@@ -29,12 +31,12 @@ class VXUTIL_EXPORT ValueIteratorBase {
 
   protected:
     friend class Value;
-    /// The first place of a walk, or its end.
+    /// Constructs the first position in `value`, or the end.
     ValueIteratorBase(const Value& value, bool atEnd) noexcept;
 
   private:
-    // The container is null for other kinds. In an object, `at_` counts within a chunk of its
-    // index.
+    // The container is null if the value is not one. In an object, `at_` is a position within a
+    // chunk of the index.
     detail::Container* container_ = nullptr;
     std::uint32_t chunk_ = 0;
     std::uint32_t at_ = 0;
@@ -42,7 +44,7 @@ class VXUTIL_EXPORT ValueIteratorBase {
 
 namespace detail {
 
-/// What both iterators have beyond ValueIteratorBase.
+/// The operators of a forward iterator.
 template <typename Derived, typename Element>
 class ForwardIterator : public ValueIteratorBase {
   public:
@@ -83,7 +85,7 @@ class VXUTIL_EXPORT ValueConstIterator
     using ForwardIterator::ForwardIterator;
 };
 
-/// The members of an object, to be walked by a range-for; see Value::members.
+/// The members of an object, for a range-based for loop; see Value::members.
 template <typename Iterator>
 class MemberRange {
   public:
@@ -93,7 +95,7 @@ class MemberRange {
         typename Iterator::reference value;
     };
 
-    /// A place in the range.
+    /// A position in the range.
     class iterator {
       public:
         explicit iterator(Iterator at) noexcept : at_(at) {}

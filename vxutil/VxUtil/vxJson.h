@@ -28,7 +28,8 @@ struct Slot;
 class ParseHandler;
 class Printer;
 
-/// Whether T is a character type. As values these are deleted: a number or a string may be meant.
+/// Whether T is a character type. Characters are not accepted as values: they might mean a number
+/// or a string.
 template <typename T>
 constexpr bool kIsCharacter = std::is_same_v<T, char> || std::is_same_v<T, signed char> ||
                               std::is_same_v<T, unsigned char> || std::is_same_v<T, wchar_t> ||
@@ -223,8 +224,8 @@ class VXUTIL_EXPORT Value {
     /// on a value that is neither null nor an array.
     Value& operator[](int index);
 
-    /// Returns the element at `index`, or the null value if there is none; so does a value of any
-    /// other kind.
+    /// Returns the element at `index`, or the null value if there is none or the value is of
+    /// another kind.
     const Value& operator[](int index) const noexcept;
 
     /// Conversions. The null value converts to an empty string, 0 or false. Integers that are too
@@ -274,16 +275,16 @@ class VXUTIL_EXPORT Value {
     /// Returns the value as JSON text: compact with false, as toStyledString with true. Binary and
     /// time are written as {"$binary":{"base64":"...","subType":"00"}} and
     /// {"$date":{"$numberLong":"..."}}. A double is written as the shortest text that reads back as
-    /// itself, with a point below 1e21 and from 1e-6 on, else with an exponent; NaN and the
-    /// infinities, which JSON lacks, are written as null. Bytes from 0x80 on are written as they
-    /// are.
+    /// itself: in decimal notation from 1e-6 to below 1e21, otherwise with an exponent. NaN and the
+    /// infinities, which JSON lacks, are written as null. Bytes from 0x80 on are written
+    /// unchanged.
     std::string toString(bool flag) const;
 
     /// Returns the value as JSON text on many lines, four spaces to a level. Indentation stops
-    /// growing at level 20, so that the text stays in proportion to the value.
+    /// growing at level 20, so that the size of the text is proportional to that of the value.
     std::string toStyledString() const;
 
-    /// Compares in a total order: by kind, then numbers by value, texts by bytes, arrays and
+    /// Compares in a total order: by kind, then numbers by value, strings by bytes, arrays and
     /// objects element by element. Consistent with ==. @{
     bool operator<(const Value& other) const { return Compare(other) < 0; }
     bool operator==(const Value& other) const { return Compare(other) == 0; }
@@ -294,7 +295,7 @@ class VXUTIL_EXPORT Value {
     /// Throws Error on a value that is neither null nor an array. @{
     Value& append(const Value& value) { return append(Value(value)); }
     Value& append(Value&& value);
-    // Without this, append(0) would be a null pointer.
+    // Prevents append(0) from passing a null pointer.
     template <typename T,
               std::enable_if_t<std::is_arithmetic_v<T> && !detail::kIsCharacter<T>, int> = 0>
     Value& append(T number) {
@@ -302,14 +303,14 @@ class VXUTIL_EXPORT Value {
     }
     /// @}
 
-    /// Adds a value created with `new` at the end; it is taken over and deleted, also if this
-    /// throws. Returns the new element. Throws Error on a null pointer, and as above.
+    /// Adds a value created with `new` at the end. Takes ownership of it, also if this throws.
+    /// Returns the new element. Throws Error on a null pointer, and as above.
     Value* append(Value* value);
     Value* append(std::nullptr_t) = delete;
 
-    /// Returns the ends of a walk over the elements of an array, or over the member values of an
-    /// object in the order of their keys; of an empty walk for any other kind. The value must not
-    /// be changed during the walk, except through the elements. @{
+    /// Returns iterators over the elements of an array, or over the member values of an object in
+    /// the order of their keys; an empty range for any other kind. Adding or removing elements
+    /// invalidates them. @{
     ValueIterator begin();
     ValueIterator end();
     ValueConstIterator begin() const;
@@ -329,7 +330,7 @@ class VXUTIL_EXPORT Value {
     friend class detail::Printer;
     friend class ValueIteratorBase;
 
-    // A borrowed container belongs to another value; only a copy under way holds any.
+    // A borrowed container belongs to another value; it occurs only while a value is copied.
     enum class Tag : unsigned char {
         null,
         boolean,
@@ -396,7 +397,7 @@ class VXUTIL_EXPORT Value {
     };
 };
 
-/// Writes what toString(false) returns.
+/// Writes the text of toString(false).
 VXUTIL_EXPORT std::ostream& operator<<(std::ostream& output, const Value& value);
 
 /// Reads JSON text.
@@ -412,15 +413,15 @@ class VXUTIL_EXPORT Reader {
     ///
     /// Integers from -2^63 to 2^64-1 stay integers; every other number becomes the nearest double.
     /// A number too large for a double is an error, as is a zero with such an exponent (0e999). Of
-    /// members with equal keys the last one wins. Bytes from 0x80 on are kept as they are.
+    /// members with equal keys the last one wins. Bytes from 0x80 on are kept unchanged.
     ///
-    /// With `extended`, the Extended JSON that toString and the clients of a store write becomes
-    /// the kinds that it stands for: $binary, $uuid, $date, $numberInt, $numberLong, $numberDouble
-    /// and $oid. That holds for well-formed objects with exactly these members, as documented in
+    /// With `extended`, the Extended JSON that toString and the clients of a store write is
+    /// converted to values: $binary, $uuid, $date, $numberInt, $numberLong, $numberDouble and $oid.
+    /// This applies to well-formed objects with exactly the members documented in
     /// docs/json-forms.md; anything else stays a plain object.
     ///
     /// Returns false and leaves `root` null if the text is not JSON, or if the stream fails.
-    /// Complexity: linear, but n log n for unsorted keys; needs memory for the text beside the
+    /// Complexity: linear, with n log n for unsorted keys; needs memory for both the text and the
     /// value.
     bool parse(std::istream& input, Value& root, bool extended);
 };

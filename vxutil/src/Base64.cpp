@@ -9,7 +9,7 @@ namespace {
 
 constexpr char kAlphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 
-// Its high bits show in an OR of digits, which are below 64.
+// Digits are below 64, so the high bits remain visible in an OR of digits.
 constexpr std::uint8_t kNoDigit = 0xff;
 
 constexpr std::array<std::uint8_t, 256> MakeDigits() {

@@ -18,8 +18,8 @@ struct Container {
     Container* next = nullptr;
 };
 
-/// A value inside a container. Its copy is shallow: a container in it is borrowed. So the copy of
-/// an array or an object copies one level, and the level below it is copied afterwards.
+/// A value inside a container. A copy is shallow: it borrows the container that it holds, if any.
+/// Copying an array or an object therefore copies one level; deeper levels are copied afterwards.
 struct Slot {
     Slot() = default;
     explicit Slot(Value&& from) noexcept : value(std::move(from)) {}

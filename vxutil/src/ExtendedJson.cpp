@@ -33,19 +33,19 @@ bool Matches(std::string_view text, std::string_view pattern) {
                       });
 }
 
-/// Returns the number of decimal digits that fit an int.
+/// Returns the value of decimal digits, which must fit in an int.
 int Number(std::string_view digits) {
     int number = 0;
     std::from_chars(digits.data(), digits.data() + digits.size(), number);
     return number;
 }
 
-/// Returns the bytes of a string, none of any other kind.
+/// Returns the bytes of a string; empty for any other kind.
 std::string_view TextOf(const Value& value) {
     return value.isString() ? std::string_view(value.asBinary()) : std::string_view();
 }
 
-// The text must be the one that the integer is printed as: no leading zeros, no "+", no "-0".
+// Accepts only the text that an integer is printed as: no leading zeros, no "+", no "-0".
 template <typename Integer>
 bool ReadInteger(const Value& content, Value& value) {
     const std::string_view text = TextOf(content);
@@ -119,8 +119,8 @@ int DaysIn(int month, int year) {
 
 /// Returns the days from 1970-01-01 to a date of the Gregorian calendar.
 long long DaysSinceEpoch(int year, int month, int day) {
-    // Counted in years that begin in March, so that the leap day is the last one. From March on,
-    // five months have 153 days.
+    // Years begin in March here, so that a leap day is the last day of its year. Each five months
+    // from March on have 153 days.
     const int years = month > 2 ? year : year - 1;
     const int months = month > 2 ? month - 3 : month + 9;
     const int daysBefore = 365 * years + years / 4 - years / 100 + years / 400;
@@ -184,8 +184,8 @@ bool ReadDate(const Value& content, Value& value) {
     return true;
 }
 
-/// Returns whether a JSON number other than 0 that no double can hold is too large rather than too
-/// small.
+/// Returns whether a nonzero JSON number outside the range of a double is too large, rather than
+/// too small.
 bool IsLarge(std::string_view text) {
     const std::size_t e = std::min(text.find_first_of("eE"), text.size());
     const std::string_view mantissa = text.substr(0, e);

@@ -6,16 +6,16 @@
 
 namespace vxJson::detail {
 
-/// Returns whether `key` opens one of the objects in which Extended JSON writes a value.
+/// Returns whether `key` is the first key of a form of Extended JSON.
 bool IsFormKey(std::string_view key) noexcept;
 
-/// Reads an object whose members, in the order of their keys, are those from `first` to `last`. If
-/// they are exactly the members of an Extended JSON form, and well formed, stores its value in
-/// `value` and returns true. Otherwise returns false.
+/// Reads the members of an object, sorted by their keys, as a form of Extended JSON. Stores the
+/// value of the form in `value`. Returns false unless they are exactly the well-formed members of
+/// one form.
 bool ReadForm(const ParsedMember* first, const ParsedMember* last, Value& value);
 
 /// Converts a JSON number to the nearest double. Returns false if the number is too large, or if
-/// `text` has anything else after it.
+/// anything follows it in `text`.
 bool ReadDouble(std::string_view text, double& number);
 
 }  // namespace vxJson::detail

@@ -102,7 +102,7 @@ void Object::Release(Member& member) noexcept {
     --size_;
 }
 
-// Binary search. The first entry is checked first: it is the one, but for keys with equal prefixes.
+// Checks the first entry before a binary search: only keys with equal prefixes need the search.
 const Object::Entry* Object::LowerBound(const Entry* from, const Entry* to, std::uint64_t prefix,
                                         std::string_view key) noexcept {
     if (from == to || Order(*from, prefix, key) >= 0) return from;
@@ -157,7 +157,7 @@ Value& Object::Insert(Position position, std::uint64_t prefix, Member&& from) {
     return member->slot.value;
 }
 
-// Returns the place for a member, which must be constructed there.
+// Returns uninitialised memory for a member.
 Object::Place* Object::MakePlace() {
     if (free_ != nullptr) return std::exchange(free_, free_->nextFree);
     if (unused_ == unusedEnd_) {
@@ -170,7 +170,8 @@ Object::Place* Object::MakePlace() {
     return unused_++;
 }
 
-// Makes room for one entry at a position, which changes if its chunk is split.
+// Ensures that a chunk can take one more entry at `position`, which is updated if the chunk is
+// split.
 void Object::MakeRoom(Position& position) {
     const Chunk& chunk = GetChunk(position.chunk);
     if (chunk.count < chunk.capacity) return;
@@ -178,7 +179,7 @@ void Object::MakeRoom(Position& position) {
         Split(position);
         return;
     }
-    // Only the first chunk can be smaller.
+    // All chunks but the first are created with the full capacity.
     const std::uint32_t capacity = std::clamp(2 * first_.capacity, kFirstEntries, kChunkEntries);
     const Chunk larger{new Entry[capacity], first_.count, capacity};
     std::copy_n(first_.entries, first_.count, larger.entries);
@@ -186,7 +187,7 @@ void Object::MakeRoom(Position& position) {
     first_ = larger;
 }
 
-// An object that grows at its end, as with ascending keys, keeps full chunks; others are halved.
+// Halves a full chunk, but leaves it full if the object grows at its end, as with ascending keys.
 void Object::Split(Position& position) {
     const std::uint32_t count = GetChunk(position.chunk).count;
     const bool atEnd = position.entry == count && position.chunk == more_.size();
@@ -200,7 +201,8 @@ void Object::Split(Position& position) {
     if (position.entry > kept) position = {position.chunk + 1, position.entry - kept};
 }
 
-// The members were added in the order of their addresses: of equal keys the last one stays.
+// Members were added in the order of their addresses, so the last of equal keys has the highest
+// one.
 void Object::SortFirstChunk() noexcept {
     Entry* const end = first_.entries + first_.count;
     std::sort(first_.entries, end, [](const Entry& a, const Entry& b) {

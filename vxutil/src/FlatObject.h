@@ -55,12 +55,13 @@ struct Member {
 
 /// An object: members in blocks that never move, and an index of them in the order of their keys.
 ///
-/// 1. A member stays in its place in a block until it is removed. The places of removed members are
-///    chained from `free_` and used again; those in [unused_, unusedEnd_) were never used.
+/// 1. A member keeps its address until it is removed. The places of removed members are chained
+/// from
+///    `free_` and reused; those in [unused_, unusedEnd_) were never used.
 /// 2. The index has one entry per member, in ascending order of keys within a chunk and from chunk
 ///    to chunk. No two keys are equal.
 /// 3. A chunk has at most kChunkEntries entries, and at least one, except for the first chunk of an
-///    empty object. So an insertion moves a bounded number of entries.
+///    empty object. An insertion thus moves a bounded number of entries.
 /// 4. The entries of the first chunk and the first block may be part of the object's own
 ///    allocation: an object created with its number of members needs no other one.
 class Object : public Container {
@@ -78,7 +79,7 @@ class Object : public Container {
     };
     static constexpr std::uint32_t kChunkEntries = 256;
 
-    /// Creates an empty object with room for `capacity` members, or kChunkEntries if that is less.
+    /// Creates an empty object with memory for `capacity` members, at most kChunkEntries.
     static std::unique_ptr<Object> Make(std::size_t capacity);
 
     /// Creates an object of `count` members, whose values are moved from. Of equal keys the last
@@ -90,7 +91,7 @@ class Object : public Container {
 
     Object(const Object&) = delete;
     Object& operator=(const Object&) = delete;
-    /// Releases all members. Does not recurse if they hold no containers.
+    /// Destroys all members. Does not recurse if no member holds a container.
     ~Object();
 
     std::size_t Size() const noexcept { return size_; }
@@ -125,7 +126,7 @@ class Object : public Container {
     static void operator delete(void* object) { ::operator delete(object); }
 
   private:
-    /// The place of a member, or of none.
+    /// Memory for a member, or a link in the chain of free places.
     union Place {
         Place() noexcept {}
         ~Place() {}
@@ -145,8 +146,8 @@ class Object : public Container {
     Entry* OwnEntries() noexcept { return reinterpret_cast<Entry*>(this + 1); }
     Chunk& ChunkAt(std::size_t i) noexcept { return i == 0 ? first_ : more_[i - 1]; }
 
-    /// Returns the first entry of a chunk whose prefix is not less. Without branches on keys, which
-    /// are unpredictable.
+    /// Returns the first entry of a chunk whose prefix is not less than `prefix`. Does not branch
+    /// on keys, which are unpredictable.
     static Entry* LowerBound(const Chunk& chunk, std::uint64_t prefix) noexcept {
         Entry* from = chunk.entries;
         for (std::size_t count = chunk.count; count > 0;) {

@@ -8,11 +8,11 @@
 
 namespace vxJson::detail {
 
-/// An array, followed by its elements in the same allocation. It does not grow: a larger array
-/// takes its place.
+/// An array, followed by its elements in the same allocation. Its capacity is fixed: a full array
+/// is replaced by a larger one.
 class Array : public Container {
   public:
-    /// Creates an empty array with room for `capacity` elements.
+    /// Creates an empty array with a capacity of `capacity` elements.
     static std::unique_ptr<Array> Make(std::size_t capacity) {
         return std::unique_ptr<Array>(new (Capacity{capacity}) Array(capacity));
     }
@@ -28,7 +28,8 @@ class Array : public Container {
     const Slot* begin() const noexcept { return reinterpret_cast<const Slot*>(this + 1); }
     const Slot* end() const noexcept { return begin() + size_; }
 
-    /// Adds an element, for which there must be room, and returns its value.
+    /// Constructs an element at the end; the array must not be full. Returns the value of the
+    /// element.
     template <typename... From>
     Value& Append(From&&... from) {
         Slot* const slot = ::new (static_cast<void*>(end())) Slot(std::forward<From>(from)...);
@@ -65,7 +66,7 @@ void VisitChildren(Container& container, Visit visit) {
     }
 }
 
-/// A place in a walk over the elements of an array or the members of an object.
+/// A position among the elements of an array or the members of an object.
 class Cursor {
   public:
     explicit Cursor(const Container& container) noexcept {

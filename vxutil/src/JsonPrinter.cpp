@@ -27,7 +27,7 @@ constexpr std::array<char, 256> MakeEscapes() {
 }
 constexpr std::array<char, 256> kEscapes = MakeEscapes();
 
-/// Text that grows at its end.
+/// Collects text, with a spare capacity that callers write to directly.
 class TextBuffer {
   public:
     void Put(char c) {
@@ -40,14 +40,15 @@ class TextBuffer {
         at_ = std::copy(text.begin(), text.end(), at_);
     }
 
-    /// Lets `write` fill up to `count` bytes from a given place on; it returns the end.
+    /// Appends up to `count` bytes: `write` receives the address of the first one and returns the
+    /// end.
     template <typename Write>
     void PutUpTo(std::size_t count, Write write) {
         Reserve(count);
         at_ = write(at_);
     }
 
-    /// The last character of a text that is not empty.
+    /// Returns the last character; there must be one.
     char Last() const { return at_[-1]; }
 
     std::string Take() {
@@ -76,7 +77,7 @@ class TextBuffer {
 
 }  // namespace
 
-/// Prints values with an explicit stack, so that their depth doesn't matter.
+/// Prints values with an explicit stack, so that only memory limits their depth.
 class Printer {
   public:
     explicit Printer(bool styled) : styled_(styled) {}
@@ -103,7 +104,7 @@ class Printer {
     }
 
   private:
-    // Opens a container that has children; prints any other value whole.
+    // Opens a container that has children; prints any other value completely.
     void PutValue(const Value& value) {
         switch (value.tag_) {
             case Value::Tag::boolean:
@@ -174,8 +175,8 @@ class Printer {
                       [number](char* at) { return std::to_chars(at, at + kLongest, number).ptr; });
     }
 
-    // The shortest text that reads back as the same double, with an exponent where a reader would
-    // have to count zeros.
+    // Prints the shortest text that reads back as the same double, with an exponent where there
+    // would be many zeros.
     void PutDouble(double number) {
         if (!std::isfinite(number)) return text_.Put("null");
         const double size = std::fabs(number);

@@ -11,8 +11,8 @@ namespace vxJson {
 
 namespace detail {
 
-/// The allocator of the reader's stack, which throws std::bad_alloc. The default one of rapidjson
-/// returns null, which its stack writes through.
+/// An allocator for the reader's stack that throws std::bad_alloc. The default allocator of
+/// rapidjson returns null, and the stack writes through it.
 class StackAllocator {
   public:
     static const bool kNeedFree = true;
@@ -27,15 +27,16 @@ class StackAllocator {
     static void Free(void* block) { ::operator delete(block); }
 };
 
-/// Builds a value from the events of rapidjson's reader. Each event returns whether to go on.
+/// Builds a value from the events of rapidjson's reader. Each event returns whether parsing may
+/// continue.
 ///
-/// Values wait on one stack until the container that they belong to ends; it is then made at its
-/// final size. Keys stay where they are in the text.
+/// Values are kept on one stack until their container ends, which is then created at its final
+/// size. Keys are views of the text.
 class ParseHandler {
   public:
     explicit ParseHandler(bool extended) : extended_(extended), pending_(1) {}
 
-    /// Returns the value of a text that has been read.
+    /// Returns the parsed value.
     Value Take() { return std::move(pending_.front().value); }
 
     bool Null() { return Put(); }
@@ -60,7 +61,7 @@ class ParseHandler {
     }
     bool EndObject(std::size_t count);
 
-    // rapidjson requires these events, but numbers come as RawNumber.
+    // rapidjson requires these events, but reports all numbers as RawNumber.
     bool Int(int) { return false; }
     bool Uint(unsigned) { return false; }
     bool Int64(std::int64_t) { return false; }
@@ -69,13 +70,13 @@ class ParseHandler {
 
   private:
     /// A container that has not ended. Inside a form of Extended JSON nothing is converted: the
-    /// form as a whole has a meaning, or stays as it is written.
+    /// form is either converted as a whole or kept as written.
     struct Open {
         bool isObject;
         bool insideForm;
     };
 
-    /// Constructs the value of the last key, which is null so far, or of a new element.
+    /// Constructs the value of the last key, which is still null, or of a new element.
     template <typename... Content>
     bool Put(Content&&... content) {
         if (!open_.empty() && !open_.back().isObject) pending_.emplace_back();
@@ -124,7 +125,7 @@ Value ParseHandler::MakeObject(ParsedMember* first, ParsedMember* last) {
     return Value(*Object::Make(first, static_cast<std::size_t>(last - first)).release());
 }
 
-/// Sorts members by their keys. Of equal keys only the last stays. Returns the new end.
+/// Sorts members by their keys. Of equal keys only the last is kept. Returns the new end.
 ParsedMember* ParseHandler::SortMembers(ParsedMember* first, ParsedMember* last) {
     const auto isBefore = [](const ParsedMember& a, const ParsedMember& b) {
         return a.key < b.key;
@@ -176,7 +177,7 @@ namespace {
 bool ReadAll(std::istream& input, std::string& text) {
     std::size_t size = 0;
     while (input.good()) {
-        // Streams over strings and files know how much is left. One byte more finds the end.
+        // Streams of strings and files report their remaining size. One more byte detects the end.
         const auto available = std::max<std::streamsize>(input.rdbuf()->in_avail(), 4095);
         text.resize(std::max(2 * size, size + static_cast<std::size_t>(available) + 1));
         input.read(text.data() + size, static_cast<std::streamsize>(text.size() - size));
@@ -197,7 +198,7 @@ bool Reader::parse(std::istream& input, Value& root, bool extended) {
     rapidjson::InsituStringStream stream(text.data());
     constexpr unsigned flags = rapidjson::kParseIterativeFlag | rapidjson::kParseInsituFlag |
                                rapidjson::kParseNumbersAsStringsFlag;
-    // The reader takes a zero byte for the end of the text.
+    // The reader treats a zero byte as the end of the text.
     if (reader.Parse<flags>(stream, builder).IsError() || stream.Tell() != text.size())
         return false;
     root = builder.Take();

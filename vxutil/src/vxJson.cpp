@@ -15,8 +15,8 @@ using detail::Object;
 using detail::Slot;
 using detail::VisitChildren;
 
-// The room in an object or an array that starts with one member or element. Most records need no
-// more.
+// The capacity of an object or an array that is created for its first member or element. It is
+// enough for most records.
 constexpr std::size_t kFirstMembers = 8;
 constexpr std::size_t kFirstElements = 4;
 
@@ -24,8 +24,8 @@ static_assert(sizeof(Value) == sizeof(std::string) + sizeof(void*));
 
 namespace {
 
-// What lookups and conversions hand out for what isn't there. Never destroyed, so that it also
-// serves those that run while the program ends.
+// Shared empty value and string, returned for missing entries. Never destroyed, so that static
+// destructors may use them.
 union Nothing {
     Nothing() noexcept : fields() {}
     ~Nothing() {}
@@ -61,12 +61,12 @@ const char* KindName(ValueType type) noexcept {
     return "unknown";
 }
 
-template <class T>
+template <typename T>
 int Order(const T& a, const T& b) noexcept {
     return a < b ? -1 : (b < a ? 1 : 0);
 }
 
-// NaN is one value, behind all others; -0.0 stands before 0.0.
+// All NaNs are equal and come after all other numbers; -0.0 comes before 0.0.
 int OrderDoubles(double a, double b) noexcept {
     if (std::isnan(a) || std::isnan(b)) return Order(std::isnan(a), std::isnan(b));
     if (a == b) return Order(std::signbit(b), std::signbit(a));
@@ -103,26 +103,25 @@ Value::Value(ValueType type, bool flag) : Value() {
             *this = Value(*Object::Make(0).release());
             return;
     }
-    throw Error("Value: " + std::to_string(static_cast<int>(type)) + " is the number of no kind");
+    throw Error("Value: " + std::to_string(static_cast<int>(type)) + " is not a kind");
 }
 
 Value::Value(const std::string& bytes, ValueType type) : Value(bytes) {
     if (type == binaryKind) {
         tag_ = Tag::binary;
     } else if (type != stringKind) {
-        throw Error(std::string("Value: bytes make a string or a binary value, not kind ") +
-                    KindName(type));
+        throw Error(std::string("Value: bytes cannot be of kind ") + KindName(type));
     }
 }
 
 Value::Value(const char* bytes, int length) : Value() {
-    if (length < 0) throw Error("Value: a length of " + std::to_string(length) + " bytes");
+    if (length < 0) throw Error("Value: negative length " + std::to_string(length));
     *this = Binary(std::string(bytes, static_cast<std::size_t>(length)));
 }
 
-// A shallow copy of a container leaves its child containers borrowed from the source; the walk then
-// replaces each of them by a shallow copy of its own and goes on inside it, while it is still in
-// the cache. The destructor ignores what is still borrowed, so a failure on the way leaks nothing.
+// A shallow copy of a container borrows its child containers from the source. The walk then
+// replaces each of them by a shallow copy and continues inside that copy, while it is still in the
+// cache. The destructor ignores borrowed containers, so a failure leaks nothing.
 Value::Value(const Value& other) : Value(other, Shallow()) {
     if (tag_ != Tag::borrowed) return;
     OwnBorrowed();
@@ -143,7 +142,7 @@ Value::Value(const Value& other) : Value(other, Shallow()) {
 }
 
 Value& Value::operator=(Value&& other) noexcept {
-    // By way of a third value: `other` may be a part of this one.
+    // The third value is needed because `other` may be a part of this one.
     Value taken(std::move(other));
     Value old(std::move(*this));
     Take(taken);
@@ -164,7 +163,7 @@ void Value::OwnBorrowed() {
     }
 }
 
-// Takes the containers apart from the top: the child containers of one are queued before it goes.
+// Works from the top: the child containers of a container are queued before it is deleted.
 void Value::ReleaseContainer() noexcept {
     Container* pending = plain_.container;
     pending->next = nullptr;
@@ -223,7 +222,8 @@ bool Value::Remove(std::string_view key) noexcept {
     return isObject() && static_cast<Object*>(plain_.container)->Remove(key);
 }
 
-// Returns the array of this array or null value, with room for `count` elements.
+// Returns the array of this value, with a capacity of at least `count` elements. A null value
+// becomes an array.
 Array& Value::MakeRoom(std::size_t count) {
     if (isNull()) {
         *this = Value(*Array::Make(std::max(count, kFirstElements)).release());
@@ -238,7 +238,7 @@ Array& Value::MakeRoom(std::size_t count) {
 
 Value& Value::operator[](int index) {
     if (!isNull() && !isArray()) FailKind("operator[]", "an array");
-    if (index < 0) throw Error("operator[]: index " + std::to_string(index));
+    if (index < 0) throw Error("operator[]: negative index " + std::to_string(index));
     const auto position = static_cast<std::size_t>(index);
     Array& array = MakeRoom(position + 1);
     while (array.Size() <= position) array.Append();
@@ -248,14 +248,14 @@ Value& Value::operator[](int index) {
 const Value& Value::operator[](int index) const noexcept {
     if (!isArray()) return nothing.fields.value;
     const auto& array = static_cast<const Array&>(*plain_.container);
-    // As an unsigned number, a negative index is beyond the end.
+    // A negative index, converted to unsigned, is beyond the end.
     const auto position = static_cast<std::size_t>(index);
     return position < array.Size() ? array.begin()[position].value : nothing.fields.value;
 }
 
 Value& Value::append(Value&& value) {
     if (!isNull() && !isArray()) FailKind("append", "an array");
-    // Taken first: `value` may be this value or a part of it.
+    // Moved out first because `value` may be this value or a part of it.
     Value taken(std::move(value));
     try {
         return MakeRoom(std::size_t{size()} + 1).Append(std::move(taken));
@@ -266,7 +266,7 @@ Value& Value::append(Value&& value) {
 }
 
 Value* Value::append(Value* value) {
-    if (value == nullptr) throw Error("append: a null pointer");
+    if (value == nullptr) throw Error("append: null pointer");
     const std::unique_ptr<Value> owned(value);
     return &append(std::move(*owned));
 }
@@ -281,7 +281,7 @@ std::string Value::asString() const {
         case Tag::time:
         case Tag::array:
         case Tag::object:
-            FailKind("asString", "a text or what can be written as one");
+            FailKind("asString", "a string, a binary, a number or a bool");
         default:
             return toString(false);
     }
@@ -378,7 +378,7 @@ void Value::FailRange(const char* operation) const {
 }
 
 void Value::FailNullKey() {
-    throw Error("operator[]: a null pointer as key");
+    throw Error("operator[]: null pointer as key");
 }
 
 ValueType Value::type() const noexcept {
