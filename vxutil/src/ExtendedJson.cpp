@@ -99,7 +99,7 @@ bool ReadUuid(const Value& content, Value& value) {
     std::string bytes;
     for (std::size_t i = 0; i < text.size(); i += 2) {
         if (text[i] == '-') ++i;
-        bytes += static_cast<char>(vxutil::HexValue(text[i]) << 4 | vxutil::HexValue(text[i + 1]));
+        bytes += static_cast<char>(vxutil::HexValue(text[i]) * 16 + vxutil::HexValue(text[i + 1]));
     }
     value = Value(bytes, binaryKind);
     return true;

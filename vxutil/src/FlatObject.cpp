@@ -139,7 +139,7 @@ Value* Object::At(Position position, std::uint64_t prefix, std::string_view key)
 
 template <typename... From>
 void Object::Append(From&&... from) {
-    Member* const member = ::new (static_cast<void*>(unused_)) Member{std::forward<From>(from)...};
+    auto* const member = ::new (static_cast<void*>(unused_)) Member{std::forward<From>(from)...};
     ++unused_;
     ++size_;
     first_.entries[first_.count++] = {KeyPrefix(member->key), member};
@@ -147,7 +147,7 @@ void Object::Append(From&&... from) {
 
 Value& Object::Insert(Position position, std::uint64_t prefix, Member&& from) {
     MakeRoom(position);
-    Member* const member = ::new (static_cast<void*>(MakePlace())) Member(std::move(from));
+    auto* const member = ::new (static_cast<void*>(MakePlace())) Member(std::move(from));
     ++size_;
     Chunk& chunk = ChunkAt(position.chunk);
     Entry* const entry = chunk.entries + position.entry;

@@ -123,6 +123,7 @@ class Object : public Container {
         }
     }
 
+    // NOLINTNEXTLINE(misc-new-delete-overloads): belongs to the operator new with a capacity
     static void operator delete(void* object) { ::operator delete(object); }
 
   private:

@@ -37,6 +37,7 @@ class Array : public Container {
         return slot->value;
     }
 
+    // NOLINTNEXTLINE(misc-new-delete-overloads): belongs to the operator new with a capacity
     static void operator delete(void* array) { ::operator delete(array); }
 
   private:
