@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-/// Ends the program, as the fuzzer wants it for an input to keep, unless `result` is a success.
+/// Aborts unless `result` is a success, so that the fuzzer keeps the input.
 inline void Require(const testing::AssertionResult& result) {
     if (result) return;
     std::fprintf(stderr, "%s\n", result.message());
@@ -21,7 +21,8 @@ inline void Require(bool holds, const std::string& what) {
     if (!holds) Require(testing::AssertionFailure() << what);
 }
 
-/// Splits `input` at its first zero bytes into `count` texts, the last of which keeps the others.
+/// Splits `input` at its first zero bytes into `count` parts; the last part keeps all further zero
+/// bytes.
 inline std::vector<std::string> SplitAtZeros(const std::string& input, std::size_t count) {
     std::vector<std::string> parts;
     std::size_t begin = 0;
@@ -34,7 +35,7 @@ inline std::vector<std::string> SplitAtZeros(const std::string& input, std::size
     return parts;
 }
 
-/// True if rapidjson's own recursive operations can take what `text` describes.
+/// Returns whether `text` is shallow enough for rapidjson's recursive operations.
 inline bool IsShallow(const std::string& text) {
     constexpr std::ptrdiff_t kGreatestDepth = 500;
     return std::count_if(text.begin(), text.end(),

@@ -1,4 +1,4 @@
-// BSON: bytes that can be decoded must come out of their own encoding unchanged.
+// Decodes BSON. A decoded value must be equal after encoding and decoding it again.
 
 #include "bson/Bson.h"
 
@@ -9,7 +9,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     std::string bytes;
     try {
         value = Bson::Decode(reinterpret_cast<const char*>(data), size);
-        // A type that is read as an object can be one level deeper than BSON allows.
+        // A type that decodes to an object can exceed the depth limit by one level.
         bytes = Bson::Encode(value);
     } catch (const vxJson::Error&) {
         return 0;

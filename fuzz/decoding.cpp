@@ -1,5 +1,5 @@
-// Whole decodings. The input holds schema, offsets and selection as JSON texts and the packed
-// bytes, with a zero byte between one and the next.
+// Decodes a selection. The input consists of schema, offsets and selection as JSON text and of the
+// packed bytes, separated by zero bytes.
 
 #include <sstream>
 
@@ -8,7 +8,7 @@
 
 namespace {
 
-/// Null for what is no JSON.
+/// Returns the null value for text that is not JSON.
 vxJson::Value ValueOf(const std::string& text) {
     std::istringstream stream(text);
     vxJson::Value value;

@@ -1,5 +1,5 @@
-// Reads the header of a packed buffer. Its schema must be what its text gives, which is how a
-// schema with a float in it is read.
+// Reads the header of a packed buffer. The schema must equal the one read through text, the route
+// that a float in the schema forces.
 
 #include "fuzz/Fuzz.h"
 #include "tests/support/BothDecoders.h"

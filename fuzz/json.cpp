@@ -1,5 +1,5 @@
-// JSON text: what parses must come out of its own text unchanged. The first byte chooses between
-// plain JSON and Extended JSON.
+// Parses JSON text. A parsed value must be equal after printing and parsing it again. The first
+// byte of the input selects plain or Extended JSON.
 
 #include <VxUtil/vxJson.h>
 
@@ -28,7 +28,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     for (const std::string& written : {text, value.toStyledString()}) {
         vxJson::Value again;
         Require(Parse(written, extended, again), "does not parse again: " + written);
-        // NaN and the infinities, which only Extended JSON has, are printed as null.
+        // NaN and the infinities, which only Extended JSON has, print as null.
         Require((extended || value == again) && again.toString(false) == text,
                 text + " comes back as " + again.toString(false));
     }

@@ -1,7 +1,7 @@
-// Renames the variables of a document through a mapping and compares the result with plain steps.
-// The input is the parser path, the mapping and the document as JSON text, separated by zero bytes.
-// The mapping is a line for each entry: key path, key name, value path and value name, separated by
-// tabs.
+// Renames the variables of a document through a mapping and compares the result with a plain
+// implementation. The input consists of the parser path, the mapping and the document as JSON text,
+// separated by zero bytes. Each line of the mapping holds key path, key name, value path and value
+// name, separated by tabs.
 
 #include <sstream>
 

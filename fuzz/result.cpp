@@ -1,4 +1,4 @@
-// The document of a structured result, loaded from its text and saved again.
+// Loads the document of a structured result from text and saves it again.
 
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>

@@ -1,4 +1,4 @@
-// One packed value, decoded by the library and by way of text.
+// Decodes one packed value with the library and with the reference decoder.
 
 #include "fuzz/Fuzz.h"
 #include "tests/support/BothDecoders.h"

@@ -4,7 +4,7 @@
 #include "tests/support/Texts.h"
 #include "variables/DDKey.h"
 
-// What a debugger is to show, all of it alive at the breakpoint.
+// Objects for the debugger to print, all alive at the breakpoint.
 struct Subject {
     vxJson::Value null;
     vxJson::Value yes = true;
@@ -39,7 +39,7 @@ CDeviceIdentifier Node() {
     return id;
 }
 
-// The debugger stops here. `command` is known by its base class alone.
+// The debugger stops here. The static type of `command` is its base class.
 __attribute__((noinline)) void Stop(const Subject& subject, const CDEDataBase* command,
                                     const CDEDataBase& node) {
     asm volatile("" ::"r"(&subject), "r"(command), "r"(&node) : "memory");

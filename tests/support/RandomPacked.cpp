@@ -39,7 +39,7 @@ std::string RandomPacked::Any(int depth) {
     if (kind < 4) return Integer();
     if (kind < 6) return Float();
     if (kind == 6) return Bin();
-    if (kind == 7 && isOdd_ && OneIn(4)) return "\xc7" + BigEndian(Below(3), 1) + Bytes();
+    if (kind == 7 && isOdd_ && OneIn(4)) return Ext();
     if (kind < 10) return Str();
     if (kind < 13) return Map(depth);
     const std::uint64_t count = OneIn(3) ? 1 : Below(OneIn(20) ? 300 : 12);
@@ -116,6 +116,11 @@ std::string RandomPacked::Bin() {
         if (isPlain || (isOdd_ && OneIn(4))) bytes += byte;
     }
     return Head(0, 0, 0xc4, 1, bytes.size()) + bytes;
+}
+
+std::string RandomPacked::Ext() {
+    const std::string bytes = Bytes().substr(0, 255);
+    return "\xc7" + BigEndian(bytes.size(), 1) + "\x05" + bytes;
 }
 
 std::string RandomPacked::Mutated(std::string bytes) {

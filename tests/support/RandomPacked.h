@@ -31,6 +31,7 @@ class RandomPacked {
     std::string Integer();
     std::string Float();
     std::string Bin();
+    std::string Ext();
     std::string Str();
     std::string Bytes();
 

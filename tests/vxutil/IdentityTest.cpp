@@ -83,7 +83,7 @@ TEST(CVXNonCryptographicChecksum, IsTheKeyOfStoredData) {
     EXPECT_EQ(checksum(nullptr, 0), "99aa06d3014798d86001c324468d497f");
     EXPECT_EQ(checksum(text, 30), "71a8563365ae66be3c7286c89e2f2f90");
 
-    // The low 32 bits of such a size are a negative int.
+    // The low 32 bits of this size are a negative int.
     constexpr unsigned size = 1u << 31;
     const std::unique_ptr<void, decltype(&std::free)> zeros(std::calloc(size, 1), std::free);
     ASSERT_TRUE(zeros);

@@ -24,7 +24,7 @@ template <typename T, typename = void>
 constexpr bool kCanAppend = false;
 template <typename T>
 constexpr bool kCanAppend<T, std::void_t<decltype(Value().append(std::declval<T>()))>> = true;
-/// Whether a T can become a value in any way.
+/// Whether a value can be made from or assigned a T.
 template <typename... T>
 constexpr bool kCanStore = (... || (std::is_constructible_v<Value, T> ||
                                     std::is_assignable_v<Value&, T> || kCanAppend<T>));
@@ -40,7 +40,7 @@ static_assert(!kTakesList<char> && !kTakesList<const char*>);
 static_assert(std::is_nothrow_move_constructible_v<Value> &&
               std::is_nothrow_move_assignable_v<Value>);
 
-// The tests that a value passes.
+// Returns the names of the tests that a value passes.
 std::string Tests(const Value& v) {
     const std::pair<const char*, bool> tests[] = {
         {"null", v.isNull()},     {"bool", v.isBool()},     {"integer", v.isInteger()},
@@ -52,7 +52,7 @@ std::string Tests(const Value& v) {
     return passed;
 }
 
-// The results of the tests and the conversions, "E" for an error.
+// Returns the results of the tests and conversions, "E" for an error.
 std::vector<std::string> Conversions(const Value& value) {
     const auto text = [&value](auto convert) -> std::string {
         std::ostringstream result;
@@ -193,8 +193,8 @@ TEST(JsonValue, IsWalkedByRangeFor) {
     EXPECT_EQ(array.begin().key(), "");
 }
 
-// Keys around the sizes at which their comparison changes, enough of them to split the index, come
-// and go, next to a standard map.
+// Adds and removes keys and compares with a standard map. The key lengths are those at which key
+// comparison changes; there are enough keys to split the index.
 TEST(JsonValue, KeepsMembersInPlaceAndSorted) {
     std::vector<std::string> keys;
     for (const std::string stem : {"", "1", "1234567", "12345678", "123456781234567",
