@@ -15,7 +15,7 @@
 /// owns its memory pool, which only grows: values replaced by a load or by the caller are freed
 /// with the object.
 ///
-/// Move-only. A move takes the document with its pool, leaves the source's texts empty and its
+/// Move-only. A move takes the document with its pool, leaves the source's strings empty and its
 /// numbers as they were; a moved-from object's document has no pool, and the object may only be
 /// destroyed or assigned to. An object must not be move-assigned to itself.
 ///
