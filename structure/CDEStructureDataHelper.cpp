@@ -144,10 +144,7 @@ void RenameTable(const WantedNames& wanted, rapidjson::Value* name, rapidjson::V
 
 bool CDEStructureDataHelper::GetBinaryDataInfo(const std::string& blob, std::string& name,
                                                vxJson::Value& schema, int& offset) {
-    if (&blob == &name) {
-        const std::string copy(blob);
-        return ReadHeader(copy, name, schema, offset);
-    }
+    if (&blob == &name) return ReadHeader(std::string(blob), name, schema, offset);
     return ReadHeader(blob, name, schema, offset);
 }
 
