@@ -196,7 +196,7 @@ bool IsLarge(std::string_view text) {
     if (digits[0] == '+') digits.remove_prefix(1);
     long long exponent = 0;
     const auto parsed = std::from_chars(digits.data(), digits.data() + digits.size(), exponent).ec;
-    return parsed == std::errc() ? point - first + exponent > 0 : digits[0] != '-';
+    return parsed == std::errc() ? exponent > first - point : digits[0] != '-';
 }
 
 struct Form {
