@@ -49,7 +49,7 @@ void AddOffsets(const vxJson::Value& offsets, std::vector<std::size_t>& values) 
     }
 }
 
-Unit UnitOf(const PackedFrameWriter& writer) {
+Unit UnitOf(const dataengine::PackedFrameWriter& writer) {
     Unit unit;
     std::string name;
     int header = 0;
@@ -147,7 +147,7 @@ Unit OneArray(std::uint64_t seed, const std::string& name, int count, const Elem
     Random random(seed);
     vxJson::Value array;
     for (int i = 0; i < count; ++i) array.append(vxJson::Value(element(random)));
-    PackedFrameWriter writer(name);
+    dataengine::PackedFrameWriter writer(name);
     writer.AddLeaf(name, 1, array);
     return UnitOf(writer);
 }
@@ -156,7 +156,7 @@ Unit OneArray(std::uint64_t seed, const std::string& name, int count, const Elem
 
 Unit ScalarLeaves(int count) {
     Random random(1);
-    PackedFrameWriter writer("scalars");
+    dataengine::PackedFrameWriter writer("scalars");
     for (int i = 0; i < count; ++i)
         writer.AddLeaf("variable" + std::to_string(i), 1, Scalar(random, i));
     return UnitOf(writer);
@@ -164,7 +164,7 @@ Unit ScalarLeaves(int count) {
 
 Unit InterfaceTable(int rows, std::size_t columnCount) {
     Random random(2);
-    PackedFrameWriter writer("interfaces");
+    dataengine::PackedFrameWriter writer("interfaces");
     writer.AddTable("ifTable", false, {});
     for (std::size_t column = 0; column < columnCount; ++column) {
         vxJson::Value cells;
@@ -199,7 +199,7 @@ Unit Floats(int count) {
 }
 
 Unit ConfigurationLeaf(std::size_t bytes) {
-    PackedFrameWriter writer("configuration");
+    dataengine::PackedFrameWriter writer("configuration");
     writer.AddLeaf("runningConfig", 1, ConfigurationText(bytes));
     return UnitOf(writer);
 }
@@ -219,7 +219,7 @@ std::string ConfigurationText(std::size_t bytes) {
 
 std::string HeaderOf40Items() {
     constexpr int kLeaves = 32, kTables = 8, kColumns = 10;
-    PackedFrameWriter writer("device overview");
+    dataengine::PackedFrameWriter writer("device overview");
     for (int i = 0; i < kLeaves; ++i)
         writer.AddLeaf("variable" + std::to_string(i), 1 + i % 4, vxJson::Value());
     for (int i = 0; i < kTables; ++i) {

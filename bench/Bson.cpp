@@ -23,7 +23,7 @@ void Fill(CDEDataShowCommand& record, int bytes) {
 void EncodeRecord(benchmark::State& state, int bytes) {
     CDEDataShowCommand record;
     Fill(record, bytes);
-    for (auto _ : state) benchmark::DoNotOptimize(Bson::Encode(record.GetODJson()));
+    for (auto _ : state) benchmark::DoNotOptimize(dataengine::bson::Encode(record.GetODJson()));
 }
 
 void ConvertText(benchmark::State& state, int bytes) {

@@ -49,7 +49,7 @@ struct Frame {
 
 /// 12 variables, and a table of 11 columns by 48 rows.
 Frame DeviceFrame() {
-    PackedFrameWriter writer("device overview");
+    dataengine::PackedFrameWriter writer("device overview");
     for (const Unit& unit : {ScalarLeaves(12), InterfaceTable(48, 11)}) {
         rapidjson::Document document;
         CDEStructureDataHelper::ParseBinaryDataToJson(unit.payload.data(), unit.Length(),

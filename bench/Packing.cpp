@@ -25,7 +25,7 @@ SharedDocument Interfaces() {
 
 void Library(benchmark::State& state, const SharedDocument& document) {
     for (auto _ : state) {
-        PackedFrameWriter writer("interfaces");
+        dataengine::PackedFrameWriter writer("interfaces");
         writer.AddItems(*document);
         benchmark::DoNotOptimize(writer);
     }

@@ -9,7 +9,7 @@
 
 /// Conversion between values and BSON, in which a document store and its clients exchange
 /// documents.
-namespace Bson {
+namespace dataengine::bson {
 
 /// The maximum nesting of objects and arrays in a document, including its root. Stores and clients
 /// accept no more.
@@ -69,4 +69,4 @@ DATAENGINE_BSON_EXPORT std::string Encode(const vxJson::Value& document);
 /// Thread safety: may be called concurrently.
 DATAENGINE_BSON_EXPORT vxJson::Value Decode(const char* bytes, std::size_t size);
 
-}  // namespace Bson
+}  // namespace dataengine::bson

@@ -7,14 +7,14 @@
 #include "bson/Bson.h"
 #include "bson/detail/Utf8.h"
 
-namespace Bson {
+namespace dataengine::bson {
 
 namespace {
 
 using vxJson::Value;
 
 [[noreturn]] void Fail(std::size_t offset, const std::string& what) {
-    throw vxJson::Error("Bson::Decode: offset " + std::to_string(offset) + ": " + what);
+    throw vxJson::Error("bson::Decode: offset " + std::to_string(offset) + ": " + what);
 }
 
 /// Builds the value of a document. The open documents and arrays are kept on an explicit stack.
@@ -217,4 +217,4 @@ Value Decode(const char* bytes, std::size_t size) {
         .Read(static_cast<std::uint32_t>(size));
 }
 
-}  // namespace Bson
+}  // namespace dataengine::bson

@@ -9,7 +9,7 @@
 #include "bson/Bson.h"
 #include "bson/detail/Utf8.h"
 
-namespace Bson {
+namespace dataengine::bson {
 
 namespace {
 
@@ -54,7 +54,7 @@ class Place {
                 path += (path.empty() ? "" : ".") + quoted.substr(1, quoted.size() - 2);
             }
         }
-        throw vxJson::Error("Bson::Encode: " + path + ": " + what);
+        throw vxJson::Error("bson::Encode: " + path + ": " + what);
     }
 
   private:
@@ -212,7 +212,7 @@ class Writing {
 
     // A measured document is valid, so libbson never rejects it.
     static void Check(bool done) {
-        if (!done) throw vxJson::Error("Bson::Encode: libbson rejected the document");
+        if (!done) throw vxJson::Error("bson::Encode: libbson rejected the document");
     }
 
     bson_t* Top() { return depth_ == 0 ? root_ : &children_[depth_ - 1]; }
@@ -229,7 +229,7 @@ class Writing {
 }  // namespace
 
 std::string Encode(const Value& document) {
-    if (!document.isObject()) throw vxJson::Error("Bson::Encode: the root is not an object");
+    if (!document.isObject()) throw vxJson::Error("bson::Encode: the root is not an object");
     Measurement measurement;
     Walk(document, measurement);
     std::string bytes(measurement.Size(), '\0');
@@ -239,4 +239,4 @@ std::string Encode(const Value& document) {
     return bytes;
 }
 
-}  // namespace Bson
+}  // namespace dataengine::bson

@@ -4,7 +4,7 @@
 
 #include "contracts/detail/Values.h"
 
-using dataengine::TakeText;
+using dataengine::detail::TakeText;
 
 CDEDeviceDataLocation::CDEDeviceDataLocation(const std::string& collectionName,
                                              const std::string& fileName, long long offset,

@@ -4,7 +4,7 @@
 
 #include "contracts/detail/Values.h"
 
-using dataengine::TakeText;
+using dataengine::detail::TakeText;
 
 CDEDeviceInfo::CDEDeviceInfo(CDEDeviceInfo&& other) noexcept {
     *this = std::move(other);

@@ -2,7 +2,7 @@
 
 #include "contracts/detail/Values.h"
 
-using dataengine::NullValue;
+using dataengine::detail::NullValue;
 
 CDEDeviceMetadata::CDEDeviceMetadata() : param_(NullValue()), properties_(NullValue()) {}
 

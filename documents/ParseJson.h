@@ -11,12 +11,12 @@
 #include "documents/RapidJsonAllocator.h"
 #include "documents/RawValues.h"
 
-namespace dataengine {
+namespace dataengine::detail {
 
 /// Tag in place of a value's allocator that selects the specialization below.
 struct ParseResultAccess;
 
-}  // namespace dataengine
+}  // namespace dataengine::detail
 
 RAPIDJSON_NAMESPACE_BEGIN
 
@@ -24,7 +24,7 @@ RAPIDJSON_NAMESPACE_BEGIN
 /// trick: documents befriend GenericValue, and this specialization is not a value but one function
 /// that uses that friendship.
 template <>
-class GenericValue<UTF8<>, dataengine::ParseResultAccess> {
+class GenericValue<UTF8<>, dataengine::detail::ParseResultAccess> {
   public:
     static void Set(Document& document, const ParseResult& result) {
         document.parseResult_ = result;
@@ -33,7 +33,7 @@ class GenericValue<UTF8<>, dataengine::ParseResultAccess> {
 
 RAPIDJSON_NAMESPACE_END
 
-namespace dataengine {
+namespace dataengine::detail {
 
 using ParseResultOf = rapidjson::GenericValue<rapidjson::UTF8<>, ParseResultAccess>;
 
@@ -126,4 +126,4 @@ inline void ParseDocument(const char* text, rapidjson::Document& document) {
     if (!result.IsError()) static_cast<rapidjson::Value&>(document) = std::move(value);
 }
 
-}  // namespace dataengine
+}  // namespace dataengine::detail

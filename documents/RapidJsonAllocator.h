@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <new>
 
-namespace dataengine {
+namespace dataengine::detail {
 
 /// Allocates rapidjson's working memory: reader stacks, writers and string buffers.
 ///
@@ -36,4 +36,4 @@ class RapidJsonAllocator {
     }
 };
 
-}  // namespace dataengine
+}  // namespace dataengine::detail

@@ -8,14 +8,14 @@
 #include <limits>
 #include <new>
 
-namespace dataengine {
+namespace dataengine::detail {
 
 using JsonPool = rapidjson::MemoryPoolAllocator<rapidjson::CrtAllocator>;
 
 /// Tag in place of a document's stack allocator that selects the specialization below.
 struct RawAccess;
 
-}  // namespace dataengine
+}  // namespace dataengine::detail
 
 RAPIDJSON_NAMESPACE_BEGIN
 
@@ -28,9 +28,9 @@ RAPIDJSON_NAMESPACE_BEGIN
 /// the pool once and return it to be filled. They throw std::bad_alloc where rapidjson would write
 /// through a null pointer.
 template <>
-class GenericDocument<UTF8<>, dataengine::JsonPool, dataengine::RawAccess> {
+class GenericDocument<UTF8<>, dataengine::detail::JsonPool, dataengine::detail::RawAccess> {
   public:
-    using Pool = dataengine::JsonPool;
+    using Pool = dataengine::detail::JsonPool;
 
     static_assert(sizeof(Value::Member) == 2 * sizeof(Value), "a member is a name and a value");
 
@@ -134,8 +134,8 @@ class GenericDocument<UTF8<>, dataengine::JsonPool, dataengine::RawAccess> {
 
 RAPIDJSON_NAMESPACE_END
 
-namespace dataengine {
+namespace dataengine::detail {
 
 using RawValues = rapidjson::GenericDocument<rapidjson::UTF8<>, JsonPool, RawAccess>;
 
-}  // namespace dataengine
+}  // namespace dataengine::detail

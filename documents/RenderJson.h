@@ -8,7 +8,7 @@
 
 #include "documents/RapidJsonAllocator.h"
 
-namespace dataengine {
+namespace dataengine::detail {
 
 using JsonBuffer = rapidjson::GenericStringBuffer<rapidjson::UTF8<>, RapidJsonAllocator>;
 using JsonWriter =
@@ -81,4 +81,4 @@ bool RenderJson(const rapidjson::Value& root, Handler& handler) {
     }
 }
 
-}  // namespace dataengine
+}  // namespace dataengine::detail

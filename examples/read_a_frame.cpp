@@ -25,7 +25,7 @@ bool Decode(const std::string& frame, const vxJson::Value& offsets, const vxJson
 // [end]
 
 int main() {
-    PackedFrameWriter writer("inventory/interfaces");
+    dataengine::PackedFrameWriter writer("inventory/interfaces");
     writer.AddLeaf("hostname", 1, "acc-sw-17");
     writer.AddTable("ifTable", true, {"ifName"});
     vxJson::Value names, rates;

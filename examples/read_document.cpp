@@ -11,7 +11,7 @@
 int main() {
     const std::string bytes(std::istreambuf_iterator<char>(std::cin), {});
     try {
-        const vxJson::Value document = Bson::Decode(bytes.data(), bytes.size());
+        const vxJson::Value document = dataengine::bson::Decode(bytes.data(), bytes.size());
         std::printf("%s\n", document.toString(false).c_str());
         return 0;
     } catch (const vxJson::Error& error) {

@@ -33,7 +33,7 @@ vxJson::Value MakeUpdate(CDEDataShowCommand& record) {
 }
 
 void Print(const char* name, const vxJson::Value& document) {
-    const std::string bytes = Bson::Encode(document);
+    const std::string bytes = dataengine::bson::Encode(document);
     std::printf("%s\n%s\n\n%zu bytes of BSON", name, document.toStyledString().c_str(),
                 bytes.size());
     for (std::size_t i = 0; i < bytes.size(); ++i)

@@ -13,7 +13,7 @@ int main() {
     }
 
     // 11 marks a table; all other type numbers are passed through to the reader.
-    PackedFrameWriter writer("inventory/interfaces");
+    dataengine::PackedFrameWriter writer("inventory/interfaces");
     writer.AddLeaf("hostname", 1, "acc-sw-17");
     writer.AddTable("ifTable", true, {"ifName"});
     writer.AddColumn("ifName", 1, names);

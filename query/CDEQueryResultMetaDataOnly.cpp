@@ -6,8 +6,8 @@
 #include "schema/DataEngineNames.h"
 
 namespace keys = DataEngineNames::MetaRecord;
-using dataengine::NullValue;
-using dataengine::TakeText;
+using dataengine::detail::NullValue;
+using dataengine::detail::TakeText;
 
 namespace {
 

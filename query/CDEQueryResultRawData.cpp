@@ -4,9 +4,9 @@
 
 #include "contracts/detail/Values.h"
 
-using dataengine::BinaryValue;
-using dataengine::TakeText;
-using dataengine::TimeValue;
+using dataengine::detail::BinaryValue;
+using dataengine::detail::TakeText;
+using dataengine::detail::TimeValue;
 
 CDEQueryResultRawData::CDEQueryResultRawData(CDEQueryResultRawData&& other) noexcept {
     *this = std::move(other);

@@ -6,9 +6,9 @@
 #include "documents/ParseJson.h"
 #include "documents/RenderJson.h"
 
-using dataengine::NullValue;
-using dataengine::TakeText;
-using dataengine::TimeValue;
+using dataengine::detail::NullValue;
+using dataengine::detail::TakeText;
+using dataengine::detail::TimeValue;
 
 CDEQueryResultStructureData::CDEQueryResultStructureData(CDEQueryResultStructureData&& other)
     : CDEQueryResultStructureData() {
@@ -28,7 +28,7 @@ CDEQueryResultStructureData& CDEQueryResultStructureData::operator=(
 
 bool CDEQueryResultStructureData::LoadFromJson(const vxJson::Value& source) {
     time_ = source["time"].asTime();
-    dataengine::ParseDocument(source["data"].asBinary().c_str(), data_);
+    dataengine::detail::ParseDocument(source["data"].asBinary().c_str(), data_);
     flag_ = source["flag"].asInt();
     const vxJson::Value& metaData = source["resultMetaDataOnly"];
     if (!metaData.isNull()) resultMetaDataOnly_.LoadFromJson(metaData);
@@ -37,9 +37,9 @@ bool CDEQueryResultStructureData::LoadFromJson(const vxJson::Value& source) {
 
 bool CDEQueryResultStructureData::SaveToJson(vxJson::Value& target) const {
     target["time"] = TimeValue(time_);
-    dataengine::JsonBuffer text;
-    dataengine::JsonWriter writer(text);
-    dataengine::RenderJson(data_, writer);
+    dataengine::detail::JsonBuffer text;
+    dataengine::detail::JsonWriter writer(text);
+    dataengine::detail::RenderJson(data_, writer);
     target["data"] = vxJson::Value(text.GetString(), static_cast<int>(text.GetSize()));
     target["flag"] = flag_;
     vxJson::Value metaData = NullValue();

@@ -4,7 +4,7 @@
 
 #include "contracts/detail/Values.h"
 
-using dataengine::NullValue;
+using dataengine::detail::NullValue;
 
 CDEStructureQueryInfo::CDEStructureQueryInfo() : params_(NullValue()), rtnFields_(NullValue()) {}
 

@@ -4,8 +4,8 @@
 
 #include "contracts/detail/Values.h"
 
-using dataengine::NullValue;
-using dataengine::TakeText;
+using dataengine::detail::NullValue;
+using dataengine::detail::TakeText;
 
 CDETableQueryInfo::CDETableQueryInfo() : params_(NullValue()) {}
 

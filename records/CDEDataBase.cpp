@@ -10,9 +10,9 @@
 #include "records/detail/RecordChecksum.h"
 #include "schema/DataEngineNames.h"
 
-using dataengine::BinaryValue;
-using dataengine::NullValue;
-using dataengine::TimeValue;
+using dataengine::detail::BinaryValue;
+using dataengine::detail::NullValue;
+using dataengine::detail::TimeValue;
 
 namespace {
 

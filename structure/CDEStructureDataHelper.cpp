@@ -14,12 +14,12 @@
 
 namespace {
 
-using dataengine::JsonPool;
-using dataengine::kTableType;
-using dataengine::PackedBytes;
-using dataengine::PackedHead;
-using dataengine::PackedKind;
-using dataengine::RawValues;
+using dataengine::detail::JsonPool;
+using dataengine::detail::kTableType;
+using dataengine::detail::PackedBytes;
+using dataengine::detail::PackedHead;
+using dataengine::detail::PackedKind;
+using dataengine::detail::RawValues;
 
 constexpr int kFormatVersion = 1;
 
@@ -38,7 +38,7 @@ class BadCast : public msgpack::type_error {
 int ReadVersion(PackedBytes& bytes) {
     const PackedHead& head = bytes.Head();
     if (head.kind != PackedKind::kInteger) Reject(bytes);
-    const dataengine::PackedInteger number = bytes.TakeInteger(head);
+    const dataengine::detail::PackedInteger number = bytes.TakeInteger(head);
     const int version = static_cast<int>(number.bits);
     const bool fits =
         static_cast<std::uint64_t>(version) == number.bits && number.isNegative == (version < 0);
@@ -55,16 +55,16 @@ std::string ReadName(PackedBytes& bytes) {
 
 void ReadSchema(PackedBytes& bytes, vxJson::Value& schema) {
     const PackedBytes start = bytes;
-    vxJson::Value built = dataengine::NullValue();
-    dataengine::SchemaBuilder builder(built);
-    if (dataengine::PackedWalk(bytes, builder).Run()) {
+    vxJson::Value built = dataengine::detail::NullValue();
+    dataengine::detail::SchemaBuilder builder(built);
+    if (dataengine::detail::PackedWalk(bytes, builder).Run()) {
         schema = std::move(built);
         return;
     }
 
     bytes = start;
-    dataengine::PackedPrinter printer(dataengine::FloatStyle::kSixSignificant);
-    dataengine::PackedWalk(bytes, printer).Run();
+    dataengine::detail::PackedPrinter printer(dataengine::detail::FloatStyle::kSixSignificant);
+    dataengine::detail::PackedWalk(bytes, printer).Run();
     std::istringstream text{std::string(printer.Text())};
     vxJson::Reader().parse(text, schema, true);
 }
@@ -161,7 +161,7 @@ bool CDEStructureDataHelper::ParseBinaryDataToJson(const char* buf, int len,
     JsonPool& pool = out.GetAllocator();
     out.SetArray();
     RawValues::Reserve(out, entries.size(), pool);
-    dataengine::SelectionDecoder decoder(buf, len, schema, offsets, entries.size(), pool);
+    dataengine::detail::SelectionDecoder decoder(buf, len, schema, offsets, entries.size(), pool);
     const auto end = entries.end();
     for (auto position = entries.begin(); !position.isEqual(end); position.increment()) {
         const vxJson::Value& entry = position.deref();
@@ -176,7 +176,7 @@ bool CDEStructureDataHelper::ParseBinaryDataToJson(const char* buf, int len,
 
 const vxJson::Value* CDEStructureDataHelper::GetChildItemByName(const std::string& name,
                                                                 const vxJson::Value& list) {
-    return dataengine::NameIndex(list, 1).Find(name);
+    return dataengine::detail::NameIndex(list, 1).Find(name);
 }
 
 bool CDEStructureDataHelper::PostDataProcessing(const std::map<DDKey, DDKey>& mapping,
@@ -190,8 +190,8 @@ bool CDEStructureDataHelper::PostDataProcessing(const std::map<DDKey, DDKey>& ma
     if (!document.IsArray()) return true;
 
     JsonPool& pool = document.GetAllocator();
-    dataengine::JsonBuffer buffer;
-    dataengine::JsonWriter writer(buffer);
+    dataengine::detail::JsonBuffer buffer;
+    dataengine::detail::JsonWriter writer(buffer);
     for (rapidjson::Value& item : document.GetArray()) {
         const rapidjson::Value* type = FindMember(item, "type");
         rapidjson::Value* name = FindMember(item, "name");
@@ -202,7 +202,7 @@ bool CDEStructureDataHelper::PostDataProcessing(const std::map<DDKey, DDKey>& ma
         }
         buffer.Clear();
         writer.Reset(buffer);
-        dataengine::RenderJson(item, writer);
+        dataengine::detail::RenderJson(item, writer);
         items.emplace_back(buffer.GetString(), buffer.GetSize());
     }
     return true;

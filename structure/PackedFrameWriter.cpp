@@ -26,11 +26,12 @@
 // columns and attributes of its table. The offsets, which are not part of the frame, hold at these
 // positions where each value starts, counted from the end of the header.
 
+namespace dataengine {
 namespace {
 
-using dataengine::kTableType;
-using dataengine::ValuePacker;
-using dataengine::WriterError;
+using detail::kTableType;
+using detail::ValuePacker;
+using detail::WriterError;
 
 constexpr int kFormatVersion = 1;
 
@@ -234,7 +235,7 @@ vxJson::Value PackedFrameWriter::Offsets() const {
                          [](const Child& child) { return std::to_string(child.offset); });
     });
     std::istringstream stream(text);
-    vxJson::Value offsets = dataengine::NullValue();
+    vxJson::Value offsets = detail::NullValue();
     vxJson::Reader().parse(stream, offsets, true);
     return offsets;
 }
@@ -349,3 +350,5 @@ void PackedFrameWriter::PackItem(ValuePacker& packer, const std::string& name, c
     PackChildren(packer, "column", item.children, false);
     PackChildren(packer, "attributes", item.children, true);
 }
+
+}  // namespace dataengine

@@ -11,6 +11,7 @@
 #include "contracts/RapidJsonLayout.h"
 
 namespace dataengine {
+namespace detail {
 class ValuePacker;
 }
 
@@ -119,8 +120,8 @@ class PackedFrameWriter {
     void AddDocumentChildren(bool isAttribute, const rapidjson::Value& children);
 
     std::string Header() const;
-    void PackItems(dataengine::ValuePacker& packer) const;
-    static void PackItem(dataengine::ValuePacker& packer, const std::string& name, const Item& item,
+    void PackItems(detail::ValuePacker& packer) const;
+    static void PackItem(detail::ValuePacker& packer, const std::string& name, const Item& item,
                          std::size_t index);
 
     static constexpr std::size_t kNoTable = static_cast<std::size_t>(-1);
@@ -131,3 +132,5 @@ class PackedFrameWriter {
     bool holdsDocument_ = false;        // whether a document was added, if only an empty one
     std::string payload_;
 };
+
+}  // namespace dataengine

@@ -4,7 +4,7 @@
 
 #include <string_view>
 
-namespace Bson {
+namespace dataengine::bson {
 
 /// Returns whether `text` is UTF-8.
 inline bool IsUtf8(std::string_view text) {
@@ -19,4 +19,4 @@ inline bool IsUtf8(std::string_view text) {
            text.find("\xc0\x80") == std::string_view::npos;
 }
 
-}  // namespace Bson
+}  // namespace dataengine::bson

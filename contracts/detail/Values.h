@@ -5,7 +5,7 @@
 #include <string>
 #include <utility>
 
-namespace dataengine {
+namespace dataengine::detail {
 
 // The two kinds of vxJson::Value that the library passes by number.
 constexpr auto kNullType = static_cast<vxJson::ValueType>(0);
@@ -30,4 +30,4 @@ inline std::string TakeText(std::string& source) noexcept {
     return std::exchange(source, {});
 }
 
-}  // namespace dataengine
+}  // namespace dataengine::detail

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <functional>
 
-namespace dataengine {
+namespace dataengine::detail {
 namespace {
 
 std::string NameOf(const vxJson::Value& item) {
@@ -70,4 +70,4 @@ NameIndex::Entry& NameIndex::EntryFor(std::uint32_t hash, const std::string& nam
     return entries_[at];
 }
 
-}  // namespace dataengine
+}  // namespace dataengine::detail

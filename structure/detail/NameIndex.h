@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace dataengine {
+namespace dataengine::detail {
 
 /// Finds the items of one list by name with the results of a plain walk from the front for each
 /// name: the first match wins, and an item whose "name" cannot be converted throws only if the walk
@@ -53,4 +53,4 @@ class NameIndex {
     std::size_t count_ = 0;  // entries in use
 };
 
-}  // namespace dataengine
+}  // namespace dataengine::detail

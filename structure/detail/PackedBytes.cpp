@@ -1,6 +1,6 @@
 #include "structure/detail/PackedBytes.h"
 
-namespace dataengine {
+namespace dataengine::detail {
 namespace {
 
 using Heads = std::array<PackedHead, 256>;
@@ -97,4 +97,4 @@ void PackedBytes::ThrowParseError() {
     throw msgpack::parse_error("parse error");
 }
 
-}  // namespace dataengine
+}  // namespace dataengine::detail

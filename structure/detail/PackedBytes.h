@@ -6,7 +6,7 @@
 #include <cstring>
 #include <msgpack.hpp>
 
-namespace dataengine {
+namespace dataengine::detail {
 
 enum class PackedKind : std::uint8_t {
     kInvalid,
@@ -148,4 +148,4 @@ class PackedBytes {
     const char* end_;
 };
 
-}  // namespace dataengine
+}  // namespace dataengine::detail

@@ -2,7 +2,7 @@
 
 #include <array>
 
-namespace dataengine {
+namespace dataengine::detail {
 namespace {
 
 /// How a byte is written in a quoted string: 0 as itself, 'u' as \u00xx, otherwise after a
@@ -55,4 +55,4 @@ bool PackedPrinter::Str(const char* bytes, std::size_t size) {
     return true;
 }
 
-}  // namespace dataengine
+}  // namespace dataengine::detail

@@ -9,7 +9,7 @@
 
 #include "structure/detail/PackedBytes.h"
 
-namespace dataengine {
+namespace dataengine::detail {
 
 /// The format of printed floats.
 enum class FloatStyle {
@@ -97,4 +97,4 @@ class PackedPrinter {
     std::size_t size_ = 0;
 };
 
-}  // namespace dataengine
+}  // namespace dataengine::detail

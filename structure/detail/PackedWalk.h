@@ -4,7 +4,7 @@
 
 #include "structure/detail/PackedBytes.h"
 
-namespace dataengine {
+namespace dataengine::detail {
 
 /// Reads one packed value in one pass and reports its parts to a handler in the order of the bytes.
 /// The handler is a class with these members:
@@ -122,4 +122,4 @@ class PackedWalk {
     std::vector<Level> around_;
 };
 
-}  // namespace dataengine
+}  // namespace dataengine::detail

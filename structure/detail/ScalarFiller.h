@@ -4,7 +4,7 @@
 #include "structure/detail/PackedBytes.h"
 #include "structure/detail/TwoDecimals.h"
 
-namespace dataengine {
+namespace dataengine::detail {
 
 /// Fills consecutive values of an array or a map with packed scalars in tight loops. It stops
 /// before anything else: a container, a bin, an ext, a long string, a float that must be rounded by
@@ -112,4 +112,4 @@ class ScalarFiller {
     JsonPool& pool_;
 };
 
-}  // namespace dataengine
+}  // namespace dataengine::detail

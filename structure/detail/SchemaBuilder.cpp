@@ -6,7 +6,7 @@
 
 #include "contracts/detail/Values.h"
 
-namespace dataengine {
+namespace dataengine::detail {
 namespace {
 
 /// Returns a value that a JSON value cannot be assigned or grow into; all are parsed once.
@@ -66,4 +66,4 @@ SchemaBuilder::Place SchemaBuilder::BeginMap(std::uint32_t count) {
     return std::exchange(container_, slot_);
 }
 
-}  // namespace dataengine
+}  // namespace dataengine::detail

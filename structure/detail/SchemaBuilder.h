@@ -8,7 +8,7 @@
 
 #include "structure/detail/PackedBytes.h"
 
-namespace dataengine {
+namespace dataengine::detail {
 
 /// Builds a packed schema as the JSON value that printing the schema and parsing the text would
 /// yield. A handler of PackedWalk.
@@ -49,4 +49,4 @@ class SchemaBuilder {
     bool isKey_ = false;  // whether the next str is a key
 };
 
-}  // namespace dataengine
+}  // namespace dataengine::detail

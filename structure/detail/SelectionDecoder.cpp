@@ -5,7 +5,7 @@
 
 #include "contracts/detail/Values.h"
 
-namespace dataengine {
+namespace dataengine::detail {
 namespace {
 
 /// Fills the members of an object of known size in their final places.
@@ -154,4 +154,4 @@ rapidjson::Value SelectionDecoder::DecodeAt(int offset) {
     return DecodeValue(bytes_ + offset, static_cast<std::size_t>(size_ - offset), pool_);
 }
 
-}  // namespace dataengine
+}  // namespace dataengine::detail

@@ -8,7 +8,7 @@
 #include "structure/detail/NameIndex.h"
 #include "structure/detail/ValueDecoder.h"
 
-namespace dataengine {
+namespace dataengine::detail {
 
 /// The "type" of an item that is a table; every other number marks a leaf.
 constexpr int kTableType = 11;
@@ -51,4 +51,4 @@ class SelectionDecoder {
     const vxJson::Value null_;  // selects all columns and attributes of a table
 };
 
-}  // namespace dataengine
+}  // namespace dataengine::detail

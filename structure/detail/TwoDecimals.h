@@ -3,7 +3,7 @@
 #include <cmath>
 #include <cstdint>
 
-namespace dataengine {
+namespace dataengine::detail {
 
 /// Rounds `value` as printing it with two decimals and parsing that text with rapidjson's default
 /// flags would. Returns false if only the text decides: at and next to ties, from 2^51 hundredths
@@ -24,4 +24,4 @@ inline bool RoundToTwoDecimals(double value, double& rounded) {
     return std::fabs(product - cents) + std::fabs(product) * kMargin < 0.5;
 }
 
-}  // namespace dataengine
+}  // namespace dataengine::detail

@@ -9,7 +9,7 @@
 #include "structure/detail/PackedWalk.h"
 #include "structure/detail/ScalarFiller.h"
 
-namespace dataengine {
+namespace dataengine::detail {
 namespace {
 
 /// Rounds by printing and parsing; returns false for NaN and the infinities.
@@ -122,4 +122,4 @@ rapidjson::Value DecodeValue(const char* bytes, std::size_t size, JsonPool& pool
     return rapidjson::Value();
 }
 
-}  // namespace dataengine
+}  // namespace dataengine::detail

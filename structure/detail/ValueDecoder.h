@@ -4,7 +4,7 @@
 
 #include "documents/RawValues.h"
 
-namespace dataengine {
+namespace dataengine::detail {
 
 /// Decodes the packed value at the start of `size` bytes into a rapidjson value in `pool`.
 ///
@@ -21,4 +21,4 @@ namespace dataengine {
 /// byte that does not start a value, std::bad_alloc if the pool cannot grow.
 rapidjson::Value DecodeValue(const char* bytes, std::size_t size, JsonPool& pool);
 
-}  // namespace dataengine
+}  // namespace dataengine::detail

@@ -7,7 +7,7 @@
 
 #include "documents/ParseJson.h"
 
-namespace dataengine {
+namespace dataengine::detail {
 namespace {
 
 /// Parses numbers to the nearest double, which packing preserves. Returns false if `text` is not
@@ -187,4 +187,4 @@ bool ValuePacker::JsonText(const char* text) {
     return true;
 }
 
-}  // namespace dataengine
+}  // namespace dataengine::detail

@@ -12,7 +12,7 @@
 #include <string_view>
 #include <vector>
 
-namespace dataengine {
+namespace dataengine::detail {
 
 /// The exception for bad input to a writer. A third-party VxUtil may lack vxJson::Error.
 #ifdef DATAENGINE_EXTERNAL_VXUTIL
@@ -143,4 +143,4 @@ class ValuePacker {
     char* end_;
 };
 
-}  // namespace dataengine
+}  // namespace dataengine::detail

@@ -46,7 +46,7 @@ std::string Written(const std::string& text) {
 }
 
 Value Decode(const std::string& bytes) {
-    return Bson::Decode(bytes.data(), bytes.size());
+    return dataengine::bson::Decode(bytes.data(), bytes.size());
 }
 
 /// The message of the error that `operation` throws, without the name of the function; "" if it
@@ -71,7 +71,7 @@ Value Nested(std::size_t levels) {
 
 TEST(Bson, WritesWhatLibbsonWrites) {
     for (const auto& row : RowsOf(TEST_DATA "/documents.txt")) {
-        const std::string bytes = Bson::Encode(Json(row[0]));
+        const std::string bytes = dataengine::bson::Encode(Json(row[0]));
         EXPECT_EQ(bytes, Hex(row[1])) << row[0];
         EXPECT_EQ(bytes, Written(row[0])) << row[0];
         EXPECT_EQ(Decode(bytes), Json(row[0])) << row[0];
@@ -86,7 +86,7 @@ TEST(Bson, RoundTripsAreEqual) {
     for (int i = 0; i < 2000; ++i) {
         Value value(vxJson::objectKind, false);
         value["$v.alue"] = RandomValue(random, 4, text);
-        const std::string bytes = Bson::Encode(value);
+        const std::string bytes = dataengine::bson::Encode(value);
         ASSERT_EQ(Decode(bytes), value);
         ASSERT_EQ(bytes, Written(value.toString(false))) << value;
         const bson_t document = View(bytes);
@@ -126,7 +126,7 @@ TEST(Bson, ClientTextsOfEveryClassLoadBack) {
     for (const auto& row : RowsOf(TEST_DATA "/classes.txt")) {
         const Value document = classes.at(row[0])(Json(row[1]));
         EXPECT_EQ(document, Json(row[1]));
-        const std::string bytes = Bson::Encode(document);
+        const std::string bytes = dataengine::bson::Encode(document);
         const bson_t stored = View(bytes);
         for (const auto print :
              {bson_as_canonical_extended_json, bson_as_relaxed_extended_json, bson_as_json}) {
@@ -139,37 +139,39 @@ TEST(Bson, ClientTextsOfEveryClassLoadBack) {
 TEST(Bson, ErrorsNameThePlace) {
     for (const auto& row : RowsOf(TEST_DATA "/errors.txt")) {
         const Value value = Json(row[0]);
-        EXPECT_EQ(ErrorOf([&] { Bson::Encode(value); }), row[1]);
+        EXPECT_EQ(ErrorOf([&] { dataengine::bson::Encode(value); }), row[1]);
     }
     for (const char* text : {"\xff", "caf\xe9", "\xc0\x80", "\xed\xa0\x80"}) {
         Value value;
         value["k"].append(text);
-        EXPECT_EQ(ErrorOf([&] { Bson::Encode(value); }), "k[0]: the string is not UTF-8");
+        EXPECT_EQ(ErrorOf([&] { dataengine::bson::Encode(value); }),
+                  "k[0]: the string is not UTF-8");
         value["k"][0] = Value::Binary(text);
-        EXPECT_EQ(Decode(Bson::Encode(value)), value);
+        EXPECT_EQ(Decode(dataengine::bson::Encode(value)), value);
         value["k"][0] = Value();
         value["k"][0][text] = 1;
-        EXPECT_EQ(ErrorOf([&] { Bson::Encode(value); }),
+        EXPECT_EQ(ErrorOf([&] { dataengine::bson::Encode(value); }),
                   std::string("k[0].") + text + ": the key is not UTF-8");
     }
 }
 
 TEST(Bson, KeepsTheLimitsOfTheStore) {
-    const Value deepest = Nested(Bson::kMaxLevels);
-    const std::string bytes = Bson::Encode(deepest);
+    const Value deepest = Nested(dataengine::bson::kMaxLevels);
+    const std::string bytes = dataengine::bson::Encode(deepest);
     EXPECT_EQ(Decode(bytes), deepest);
-    EXPECT_NE(ErrorOf([] { Bson::Encode(Nested(Bson::kMaxLevels + 1)); }), "");
-    EXPECT_NE(ErrorOf([] { Bson::Encode(Nested(1000000)); }), "");
+    EXPECT_NE(ErrorOf([] { dataengine::bson::Encode(Nested(dataengine::bson::kMaxLevels + 1)); }),
+              "");
+    EXPECT_NE(ErrorOf([] { dataengine::bson::Encode(Nested(1000000)); }), "");
     std::string deeper = "\x03" + std::string("a", 2) + bytes + std::string(1, '\0');
     deeper.insert(0,
                   BigEndian(__builtin_bswap32(static_cast<std::uint32_t>(deeper.size() + 4)), 4));
     EXPECT_EQ(ErrorOf([&] { Decode(deeper); }), "offset 700: more than 100 levels");
 
     Value large;
-    large["a"] = Value::Binary(std::string(Bson::kMaxSize - 13, 'x'));
-    EXPECT_EQ(Bson::Encode(large).size(), Bson::kMaxSize);
+    large["a"] = Value::Binary(std::string(dataengine::bson::kMaxSize - 13, 'x'));
+    EXPECT_EQ(dataengine::bson::Encode(large).size(), dataengine::bson::kMaxSize);
     large["b"];
-    EXPECT_EQ(ErrorOf([&] { Bson::Encode(large); }),
+    EXPECT_EQ(ErrorOf([&] { dataengine::bson::Encode(large); }),
               "b: the document is larger than 16777199 bytes");
 }
 
@@ -186,7 +188,7 @@ TEST(Bson, RejectsBrokenBytes) {
         for (const char byte : {'\0', '\x01', '\x7f', '\xff'}) {
             std::string damaged = whole;
             damaged[size] = byte;
-            ErrorOf([&] { Bson::Encode(Decode(damaged)); });
+            ErrorOf([&] { dataengine::bson::Encode(Decode(damaged)); });
         }
     }
 }

@@ -211,13 +211,13 @@ TEST(Memory, WriterAddsAllItemsOrNone) {
     SmallDocument document;
     Decode(document);
     const Value cells = Json(R"(["a cell of many bytes",[{"a key of many bytes":1.5}]])");
-    const std::function<void(PackedFrameWriter&)> additions[] = {
+    const std::function<void(dataengine::PackedFrameWriter&)> additions[] = {
         [&](auto& writer) { writer.AddTable("a table of many bytes", true, {"ifName"}); },
         [&](auto& writer) { writer.AddColumn("a column of many bytes", 1, cells); },
         [&](auto& writer) { writer.AddItems(document); }};
     for (const auto& add : additions) {
         FailEachAllocation([&](const Attempt& attempt) {
-            PackedFrameWriter writer("a unit of many bytes");
+            dataengine::PackedFrameWriter writer("a unit of many bytes");
             writer.AddTable("ifTable", true, {});
             const std::string before = writer.Frame();
             const bool done = attempt([&] { add(writer); });

@@ -30,10 +30,10 @@ TEST(Hostile, DepthIsBoundedByMemoryOnly) {
             Repeat(row.openText, kDepth) + "1" + Repeat(row.closeText, kDepth);
 
         rapidjson::Document document;
-        dataengine::JsonBuffer buffer;
-        dataengine::JsonWriter writer(buffer);
+        dataengine::detail::JsonBuffer buffer;
+        dataengine::detail::JsonWriter writer(buffer);
         ASSERT_EQ(DecodeLeaf(packed, document), "true");
-        EXPECT_TRUE(dataengine::RenderJson(document[0]["value"], writer));
+        EXPECT_TRUE(dataengine::detail::RenderJson(document[0]["value"], writer));
         EXPECT_TRUE(buffer.GetString() == expected);
 
         std::vector<std::string> items;

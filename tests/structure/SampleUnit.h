@@ -16,8 +16,8 @@ constexpr char kSchema[] = R"([
 
 constexpr char kOffsets[] = "[0,[3,16,29]]";
 
-inline PackedFrameWriter Written() {
-    PackedFrameWriter writer("demo");
+inline dataengine::PackedFrameWriter Written() {
+    dataengine::PackedFrameWriter writer("demo");
     writer.AddLeaf("hostname", 1, "r1");
     writer.AddTable("ifTable", true, {"ifName"});
     writer.AddColumn("ifName", 1, Json(R"(["Gi0/1","Gi0/2"])"));

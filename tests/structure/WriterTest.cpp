@@ -94,14 +94,14 @@ TEST(Writer, PacksEachKindInItsNarrowestForm) {
         [5.0,-0.0,0.1,1e300,null,true]    | 96 cb4014000000000000 cb8000000000000000 cb3fb999999999999a cb7e37e43c8800759c c0 c3
         {"$binary":{"base64":"AGE=","subType":"00"}}     | c402 0061
         {"":[{}],"a\u0000":"\u0000"}                     | 82 a0 9180 a26100 a100)")) {
-        PackedFrameWriter writer("");
+        dataengine::PackedFrameWriter writer("");
         writer.AddLeaf("", 1, Json(row[0]));
         EXPECT_EQ(writer.Frame().substr(static_cast<unsigned>(writer.HeaderLength())), Hex(row[1]))
             << row[0];
     }
     vxJson::Value lookalike;
     lookalike["$binary"] = "/";
-    PackedFrameWriter writer("");
+    dataengine::PackedFrameWriter writer("");
     writer.AddLeaf("", 1, lookalike);
     EXPECT_EQ(Text(DecodedWhole(writer)[0]["value"]), R"({"$binary":"/"})");
 }
@@ -130,7 +130,7 @@ TEST(Writer, FindsTheDoubleThatDecodesToAnother) {
 }
 
 TEST(Writer, RejectsBadInputAndStaysUnchanged) {
-    PackedFrameWriter writer("unit");
+    dataengine::PackedFrameWriter writer("unit");
     writer.AddLeaf("a", 1, 1);
     const auto rejects = [&](const std::string& message, const std::function<void()>& add) {
         const std::string frame = writer.Frame();

@@ -7,7 +7,7 @@
 #include "tests/support/SameDocument.h"
 
 /// Decodes all items of the frame that `writer` holds.
-inline rapidjson::Document DecodedWhole(const PackedFrameWriter& writer) {
+inline rapidjson::Document DecodedWhole(const dataengine::PackedFrameWriter& writer) {
     const std::string frame = writer.Frame();
     std::string name;
     vxJson::Value schema;
@@ -23,7 +23,7 @@ inline rapidjson::Document DecodedWhole(const PackedFrameWriter& writer) {
 
 /// Succeeds if a frame of the items of `document` decodes to `document` again.
 inline testing::AssertionResult RoundTrips(const rapidjson::Value& document) {
-    PackedFrameWriter writer("unit");
+    dataengine::PackedFrameWriter writer("unit");
     writer.AddItems(document);
     return SameDocument(DecodedWhole(writer), document);
 }

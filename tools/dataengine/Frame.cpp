@@ -215,9 +215,9 @@ void DecodeValue(const Frame& frame, const Item& item, int offset, rapidjson::Va
 }
 
 std::string JsonText(const rapidjson::Value& value) {
-    dataengine::JsonBuffer buffer;
-    dataengine::JsonWriter writer(buffer);
-    dataengine::RenderJson(value, writer);
+    dataengine::detail::JsonBuffer buffer;
+    dataengine::detail::JsonWriter writer(buffer);
+    dataengine::detail::RenderJson(value, writer);
     return {buffer.GetString(), buffer.GetSize()};
 }
 

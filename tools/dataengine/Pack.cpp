@@ -91,7 +91,7 @@ class Sheet {
 
     const std::string& Unit() const { return unit_; }
 
-    void AddTo(PackedFrameWriter& writer, const std::string& path) const {
+    void AddTo(dataengine::PackedFrameWriter& writer, const std::string& path) const {
         for (const Field& leaf : leaves_) writer.AddLeaf(leaf.name, leaf.type, leaf.value);
         if (columns_.empty()) throw Failure(path, "has no table");
         writer.AddTable(table_, true, {columns_.front().name});
@@ -128,7 +128,7 @@ class Sheet {
     std::vector<Field> attributes_;
 };
 
-PackedFrameWriter PackCsv(const PackOptions& options, const std::string& text) {
+dataengine::PackedFrameWriter PackCsv(const PackOptions& options, const std::string& text) {
     Sheet sheet;
     for (const CsvRecord& record : ParseCsv(options.input, text)) {
         try {
@@ -140,16 +140,16 @@ PackedFrameWriter PackCsv(const PackOptions& options, const std::string& text) {
     }
     const std::string& name = options.name.empty() ? sheet.Unit() : options.name;
     if (name.empty()) throw Failure(options.input, "has no unit, and there is no --name");
-    PackedFrameWriter writer(name);
+    dataengine::PackedFrameWriter writer(name);
     sheet.AddTo(writer, options.input);
     return writer;
 }
 
-PackedFrameWriter PackJson(const PackOptions& options, const std::string& text) {
+dataengine::PackedFrameWriter PackJson(const PackOptions& options, const std::string& text) {
     if (options.name.empty() && options.input == kStandard)
         throw UsageError("a document from standard input needs a --name");
     const std::string stem = std::filesystem::path(options.input).stem();
-    PackedFrameWriter writer(options.name.empty() ? stem : options.name);
+    dataengine::PackedFrameWriter writer(options.name.empty() ? stem : options.name);
     writer.AddItems(ParseJson(options.input, text));
     return writer;
 }
@@ -166,7 +166,7 @@ int Pack(const PackOptions& options) {
     const std::string text = ReadFile(options.input);
     if (text.empty()) throw Failure(options.input, "is empty");
     try {
-        const PackedFrameWriter writer =
+        const dataengine::PackedFrameWriter writer =
             IsJson(text) ? PackJson(options, text) : PackCsv(options, text);
         std::vector<FileContent> files = {{options.output, writer.Frame()}};
         if (!options.offsets.empty())

@@ -87,7 +87,7 @@ vxJson::Value ViewOf(CDEDataBase& record, const std::string& view) {
 
 std::string Format(const vxJson::Value& value, const std::string& format) {
 #ifdef DATAENGINE_TOOL_BSON
-    if (format == "bson") return Bson::Encode(value);
+    if (format == "bson") return dataengine::bson::Encode(value);
 #else
     if (format == "bson") throw UsageError("this build has no BSON; use --format json");
 #endif

@@ -41,7 +41,7 @@ std::string Frame() {
 }
 
 std::string WrittenFrame() {
-    PackedFrameWriter writer("u");
+    dataengine::PackedFrameWriter writer("u");
     writer.AddLeaf("n", 3, Json(R"({"a":[7,"b"]})"));
     const auto headerLength = static_cast<std::size_t>(writer.HeaderLength());
     return writer.Frame().substr(headerLength) + writer.Offsets().toString(false);
