@@ -14,14 +14,14 @@
 
 namespace {
 
+using dataengine::kTableType;
 using dataengine::detail::JsonPool;
-using dataengine::detail::kTableType;
+using dataengine::detail::kFormatVersion;
 using dataengine::detail::PackedBytes;
 using dataengine::detail::PackedHead;
 using dataengine::detail::PackedKind;
 using dataengine::detail::RawValues;
-
-constexpr int kFormatVersion = 1;
+using dataengine::detail::UpToZero;
 
 /// Thrown if the version or the name of a header is of another kind.
 class BadCast : public msgpack::type_error {
@@ -67,11 +67,6 @@ void ReadSchema(PackedBytes& bytes, vxJson::Value& schema) {
     dataengine::detail::PackedWalk(bytes, printer).Run();
     std::istringstream text{std::string(printer.Text())};
     vxJson::Reader().parse(text, schema, true);
-}
-
-/// Returns a name up to its first zero byte, where documents end it.
-std::string_view UpToZero(std::string_view text) {
-    return text.substr(0, text.find('\0'));
 }
 
 /// Returns whether any item of `schema` has a name by which it can be selected.

@@ -8,7 +8,7 @@
 #include <unordered_set>
 
 #include "contracts/detail/Values.h"
-#include "structure/detail/SelectionDecoder.h"
+#include "structure/detail/PackedFormat.h"
 #include "structure/detail/ValuePacker.h"
 
 // A frame is a header of three msgpack objects and, after it, the values of the items in the order
@@ -29,11 +29,9 @@
 namespace dataengine {
 namespace {
 
-using detail::kTableType;
+using detail::kFormatVersion;
 using detail::ValuePacker;
 using detail::WriterError;
-
-constexpr int kFormatVersion = 1;
 
 /// Runs `step` and prefixes the message of an error with `label()`.
 template <typename Label, typename Step>

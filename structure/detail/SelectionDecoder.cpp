@@ -39,7 +39,7 @@ class MemberWriter {
 
 /// Removes a leading '$'; returns whether there was one.
 bool RemoveMark(std::string& name) {
-    if (name.empty() || name.front() != '$') return false;
+    if (!HasMark(name)) return false;
     name.erase(0, 1);
     return true;
 }

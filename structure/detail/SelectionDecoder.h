@@ -6,12 +6,10 @@
 #include <string>
 
 #include "structure/detail/NameIndex.h"
+#include "structure/detail/PackedFormat.h"
 #include "structure/detail/ValueDecoder.h"
 
 namespace dataengine::detail {
-
-/// The "type" of an item that is a table; every other number marks a leaf.
-constexpr int kTableType = 11;
 
 /// Decodes the selected items of a packed buffer, as its schema describes them. Used for one call
 /// of ParseBinaryDataToJson; the arguments must outlive it.
