@@ -1,27 +1,25 @@
 #include "structure/CDEStructureDataHelper.h"
 
 #include <sstream>
-#include <string_view>
-#include <unordered_map>
+#include <utility>
 
 #include "contracts/detail/Values.h"
 #include "documents/RenderJson.h"
 #include "structure/detail/NameIndex.h"
 #include "structure/detail/PackedPrinter.h"
 #include "structure/detail/PackedWalk.h"
+#include "structure/detail/Renaming.h"
 #include "structure/detail/SchemaBuilder.h"
 #include "structure/detail/SelectionDecoder.h"
 
 namespace {
 
-using dataengine::kTableType;
 using dataengine::detail::JsonPool;
 using dataengine::detail::kFormatVersion;
 using dataengine::detail::PackedBytes;
 using dataengine::detail::PackedHead;
 using dataengine::detail::PackedKind;
 using dataengine::detail::RawValues;
-using dataengine::detail::UpToZero;
 
 /// Thrown if the version or the name of a header is of another kind.
 class BadCast : public msgpack::type_error {
@@ -89,52 +87,6 @@ bool ReadHeader(const std::string& blob, std::string& name, vxJson::Value& schem
     return true;
 }
 
-rapidjson::Value* FindMember(rapidjson::Value& object, const char* name) {
-    if (!object.IsObject()) return nullptr;
-    const auto member = object.FindMember(name);
-    return member == object.MemberEnd() ? nullptr : &member->value;
-}
-
-std::string_view ReadText(const rapidjson::Value* value) {
-    if (value == nullptr || !value->IsString()) return {};
-    return UpToZero({value->GetString(), value->GetStringLength()});
-}
-
-void WriteText(rapidjson::Value* value, std::string_view text, JsonPool& pool) {
-    if (value == nullptr) return;
-    const std::string_view written = UpToZero(text);
-    RawValues::MakeString(*value, written.data(), static_cast<rapidjson::SizeType>(written.size()),
-                          pool);
-}
-
-/// Maps the variable names of one parser to the wanted names.
-using WantedNames = std::unordered_map<std::string_view, std::string_view>;
-
-void RenameLeaf(const WantedNames& wanted, rapidjson::Value* name, JsonPool& pool) {
-    const auto hit = wanted.find(ReadText(name));
-    if (hit != wanted.end()) WriteText(name, hit->second, pool);
-}
-
-void RenameTable(const WantedNames& wanted, rapidjson::Value* name, rapidjson::Value* columns,
-                 JsonPool& pool) {
-    if (columns == nullptr || !columns->IsArray()) return;
-    // All columns are looked up under the table's original name, even after one has renamed it.
-    std::string fullName(ReadText(name));
-    fullName += '.';
-    const std::size_t prefix = fullName.size();
-    for (rapidjson::Value& column : columns->GetArray()) {
-        rapidjson::Value* columnName = FindMember(column, "name");
-        fullName.resize(prefix);
-        fullName += ReadText(columnName);
-        const auto hit = wanted.find(fullName);
-        if (hit == wanted.end()) continue;
-        const std::size_t dot = hit->second.find('.');
-        if (dot == std::string_view::npos) continue;
-        WriteText(name, hit->second.substr(0, dot), pool);
-        WriteText(columnName, hit->second.substr(dot + 1), pool);
-    }
-}
-
 }  // namespace
 
 bool CDEStructureDataHelper::GetBinaryDataInfo(const std::string& blob, std::string& name,
@@ -178,23 +130,18 @@ bool CDEStructureDataHelper::PostDataProcessing(const std::map<DDKey, DDKey>& ma
                                                 const std::string& parserPath,
                                                 rapidjson::Document& document,
                                                 std::vector<std::string>& items) {
-    WantedNames wanted;
+    std::vector<dataengine::detail::WantedName> names;
     for (const auto& [key, variable] : mapping) {
-        if (variable.parserPath_ == parserPath) wanted[variable.varFullName_] = key.varFullName_;
+        if (variable.parserPath_ == parserPath)
+            names.emplace_back(variable.varFullName_, key.varFullName_);
     }
+    const dataengine::detail::Renaming renaming(std::move(names));
     if (!document.IsArray()) return true;
 
-    JsonPool& pool = document.GetAllocator();
     dataengine::detail::JsonBuffer buffer;
     dataengine::detail::JsonWriter writer(buffer);
     for (rapidjson::Value& item : document.GetArray()) {
-        const rapidjson::Value* type = FindMember(item, "type");
-        rapidjson::Value* name = FindMember(item, "name");
-        if (type != nullptr && type->IsInt() && type->GetInt() == kTableType) {
-            RenameTable(wanted, name, FindMember(item, "column"), pool);
-        } else {
-            RenameLeaf(wanted, name, pool);
-        }
+        renaming.Apply(item, document.GetAllocator());
         buffer.Clear();
         writer.Reset(buffer);
         dataengine::detail::RenderJson(item, writer);

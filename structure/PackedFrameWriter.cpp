@@ -8,6 +8,7 @@
 #include <unordered_set>
 
 #include "contracts/detail/Values.h"
+#include "documents/FindMember.h"
 #include "structure/detail/PackedFormat.h"
 #include "structure/detail/ValuePacker.h"
 
@@ -29,6 +30,7 @@
 namespace dataengine {
 namespace {
 
+using detail::FindMember;
 using detail::kFormatVersion;
 using detail::ValuePacker;
 using detail::WriterError;
@@ -77,12 +79,6 @@ void RequireMembers(const rapidjson::Value& item, const Member (&members)[count]
             throw WriterError(std::string("\"") + key + "\" is missing or of another kind");
     }
     if (item.MemberCount() != count) throw WriterError("has members that no decoded item has");
-}
-
-const rapidjson::Value* FindMember(const rapidjson::Value& item, const char* key) {
-    if (!item.IsObject()) return nullptr;
-    const auto member = item.FindMember(key);
-    return member == item.MemberEnd() ? nullptr : &member->value;
 }
 
 bool IsTable(const rapidjson::Value& item) {

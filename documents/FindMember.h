@@ -1,0 +1,16 @@
+#pragma once
+
+#include <rapidjson/document.h>
+
+namespace dataengine::detail {
+
+/// Returns the first member of `object` with this name, or null if there is none or `object` is not
+/// an object. `Value` is a rapidjson value, const or not.
+template <typename Value>
+Value* FindMember(Value& object, const char* name) {
+    if (!object.IsObject()) return nullptr;
+    const auto member = object.FindMember(name);
+    return member == object.MemberEnd() ? nullptr : &member->value;
+}
+
+}  // namespace dataengine::detail
