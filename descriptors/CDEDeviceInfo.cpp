@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "contracts/detail/Values.h"
+#include "contracts/detail/TakeText.h"
 
 using dataengine::detail::TakeText;
 

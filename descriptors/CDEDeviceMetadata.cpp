@@ -1,6 +1,6 @@
 #include "descriptors/CDEDeviceMetadata.h"
 
-#include "contracts/detail/Values.h"
+#include "contracts/detail/JsonValues.h"
 
 using dataengine::detail::NullValue;
 

@@ -2,7 +2,8 @@
 
 #include <utility>
 
-#include "contracts/detail/Values.h"
+#include "contracts/detail/JsonValues.h"
+#include "contracts/detail/TakeText.h"
 #include "schema/DataEngineNames.h"
 
 namespace keys = DataEngineNames::MetaRecord;

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "contracts/detail/Values.h"
+#include "contracts/detail/JsonValues.h"
 
 using dataengine::detail::NullValue;
 

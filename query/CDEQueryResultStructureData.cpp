@@ -2,7 +2,8 @@
 
 #include <utility>
 
-#include "contracts/detail/Values.h"
+#include "contracts/detail/JsonValues.h"
+#include "contracts/detail/TakeText.h"
 #include "documents/ParseJson.h"
 #include "documents/RenderJson.h"
 

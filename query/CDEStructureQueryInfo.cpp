@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "contracts/detail/Values.h"
+#include "contracts/detail/JsonValues.h"
 
 using dataengine::detail::NullValue;
 

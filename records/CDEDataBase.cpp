@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <memory>
 
-#include "contracts/detail/Values.h"
+#include "contracts/detail/JsonValues.h"
 #include "records/detail/RecordChecksum.h"
 #include "schema/DataEngineNames.h"
 

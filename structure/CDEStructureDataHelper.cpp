@@ -3,7 +3,7 @@
 #include <sstream>
 #include <utility>
 
-#include "contracts/detail/Values.h"
+#include "contracts/detail/JsonValues.h"
 #include "documents/RenderJson.h"
 #include "structure/detail/NameIndex.h"
 #include "structure/detail/PackedPrinter.h"

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <unordered_set>
 
-#include "contracts/detail/Values.h"
+#include "contracts/detail/JsonValues.h"
 #include "documents/FindMember.h"
 #include "structure/detail/PackedFormat.h"
 #include "structure/detail/ValuePacker.h"
@@ -30,28 +30,28 @@
 namespace dataengine {
 namespace {
 
+using detail::Error;
 using detail::FindMember;
 using detail::kFormatVersion;
 using detail::ValuePacker;
-using detail::WriterError;
 
 /// Runs `step` and prefixes the message of an error with `label()`.
 template <typename Label, typename Step>
 void Labelled(const Label& label, const Step& step) {
     try {
         step();
-    } catch (const WriterError& error) {
-        throw WriterError(label() + ": " + error.what());
+    } catch (const Error& error) {
+        throw Error(label() + ": " + error.what());
     }
 }
 
 void RequireLeafType(int type) {
-    if (type == kTableType) throw WriterError("type 11 marks a table");
+    if (type == kTableType) throw Error("type 11 marks a table");
 }
 
 void RequireSize(std::size_t size) {
     constexpr std::size_t kMaxSize = std::numeric_limits<int>::max();
-    if (size > kMaxSize) throw WriterError("a frame holds up to 2147483647 bytes");
+    if (size > kMaxSize) throw Error("a frame holds up to 2147483647 bytes");
 }
 
 /// A member of a decoded item, and the test for its kind, which is null if any kind is allowed.
@@ -72,13 +72,13 @@ constexpr Member kTable[] = {kType,
 
 template <std::size_t count>
 void RequireMembers(const rapidjson::Value& item, const Member (&members)[count]) {
-    if (!item.IsObject()) throw WriterError("is not an object");
+    if (!item.IsObject()) throw Error("is not an object");
     for (const auto& [key, isOfKind] : members) {
         const auto member = item.FindMember(key);
         if (member == item.MemberEnd() || (isOfKind != nullptr && !(member->value.*isOfKind)()))
-            throw WriterError(std::string("\"") + key + "\" is missing or of another kind");
+            throw Error(std::string("\"") + key + "\" is missing or of another kind");
     }
-    if (item.MemberCount() != count) throw WriterError("has members that no decoded item has");
+    if (item.MemberCount() != count) throw Error("has members that no decoded item has");
 }
 
 bool IsTable(const rapidjson::Value& item) {
@@ -189,8 +189,7 @@ void PackedFrameWriter::AddTable(const std::string& name, bool hashSort,
 
 void PackedFrameWriter::AddColumn(const std::string& name, int type, const vxJson::Value& values) {
     AddOrRestore("column", name, [&] {
-        if (!values.isArray() && !values.isNull())
-            throw WriterError("is neither an array nor null");
+        if (!values.isArray() && !values.isNull()) throw Error("is neither an array nor null");
         RequireLeafType(type);
         AddChild(false, name, type);
         Pack(values);
@@ -208,7 +207,7 @@ void PackedFrameWriter::AddAttribute(const std::string& name, int type,
 
 void PackedFrameWriter::AddItems(const rapidjson::Value& document) {
     AddOrRestore("document of unit", name_, [&] {
-        if (!document.IsArray()) throw WriterError("is not an array");
+        if (!document.IsArray()) throw Error("is not an array");
         ForEach("item", document, [this](const rapidjson::Value& item) { AddDocumentItem(item); });
         holdsDocument_ = true;
     });
@@ -266,7 +265,7 @@ void PackedFrameWriter::AddTableItem(const std::string& name, bool hashSort,
 }
 
 void PackedFrameWriter::AddChild(bool isAttribute, const std::string& name, int type) {
-    if (lastTable_ == kNoTable) throw WriterError("no table has been added");
+    if (lastTable_ == kNoTable) throw Error("no table has been added");
     items_[lastTable_].children.push_back(
         {name, type, static_cast<int>(payload_.size()), isAttribute});
 }
@@ -288,7 +287,7 @@ void PackedFrameWriter::AddDocumentTable(const rapidjson::Value& table) {
     RequireMembers(table, kTable);
     std::string hashColumns;
     if (!ValuePacker(hashColumns).JsonText(table["hashColumns"].GetString()))
-        throw WriterError("\"hashColumns\" is not JSON");
+        throw Error("\"hashColumns\" is not JSON");
     AddTableItem(StringOf(table["name"]), table["hashSort"].GetBool(), hashColumns);
     AddDocumentChildren(false, table["column"]);
     AddDocumentChildren(true, table["attributes"]);

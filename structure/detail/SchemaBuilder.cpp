@@ -1,36 +1,17 @@
 #include "structure/detail/SchemaBuilder.h"
 
-#include <memory>
-#include <sstream>
 #include <utility>
 
-#include "contracts/detail/Values.h"
+#include "contracts/detail/JsonValues.h"
 
 namespace dataengine::detail {
-namespace {
-
-/// Returns a value that a JSON value cannot be assigned or grow into; all are parsed once.
-const vxJson::Value& Prototype(int index) {
-    // Never destroyed, because destructors of static objects may still read frames.
-    static const vxJson::Value& prototypes = *[] {
-        std::istringstream text("[false,true,[],{}]");
-        auto values = std::make_unique<vxJson::Value>(NullValue());
-        vxJson::Reader().parse(text, *values, false);
-        return values.release();
-    }();
-    return prototypes[index];
-}
-constexpr int kFalse = 0, kTrue = 1, kEmptyArray = 2, kEmptyObject = 3;
-
-}  // namespace
-
 bool SchemaBuilder::Element() {
     if (container_ != nullptr) slot_ = &container_->append(NullValue());
     return true;
 }
 
 bool SchemaBuilder::Boolean(bool value) {
-    *slot_ = Prototype(value ? kTrue : kFalse);
+    *slot_ = BoolValue(value);
     return true;
 }
 
@@ -57,12 +38,12 @@ bool SchemaBuilder::Str(const char* bytes, std::size_t size) {
 }
 
 SchemaBuilder::Place SchemaBuilder::BeginArray(std::uint32_t count) {
-    if (count == 0) *slot_ = Prototype(kEmptyArray);
+    if (count == 0) *slot_ = EmptyArray();
     return std::exchange(container_, slot_);
 }
 
 SchemaBuilder::Place SchemaBuilder::BeginMap(std::uint32_t count) {
-    if (count == 0) *slot_ = Prototype(kEmptyObject);
+    if (count == 0) *slot_ = EmptyObject();
     return std::exchange(container_, slot_);
 }
 

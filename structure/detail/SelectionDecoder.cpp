@@ -3,7 +3,7 @@
 #include <cstring>
 #include <msgpack.hpp>
 
-#include "contracts/detail/Values.h"
+#include "contracts/detail/JsonValues.h"
 
 namespace dataengine::detail {
 namespace {

@@ -131,54 +131,6 @@ ValuePacker::Range ValuePacker::BeginObject(const rapidjson::Value& object) {
     return {first, first + 2 * std::size_t{count}};
 }
 
-/// Walks the value together with the parsed form of its text, which supplies the keys of objects
-/// and the kinds of scalars: the value has no operations for them. Strings, binaries and containers
-/// are taken from the value, so an object that looks like a printed binary stays an object.
-void ValuePacker::Value(const vxJson::Value& root) {
-    JsonPool pool;
-    rapidjson::Value printed;
-    if (!ParseExactly(root.toString(false).c_str(), printed, pool))
-        throw WriterError("does not print as JSON");
-
-    std::vector<PrintedContainer> open;
-    Node(root, printed, open);
-    while (!open.empty()) {
-        PrintedContainer& top = open.back();
-        if (top.position == top.count) {
-            open.pop_back();
-            continue;
-        }
-        const rapidjson::SizeType position = top.position++;
-        if (top.printed.IsArray()) {
-            Node(top.value[static_cast<int>(position)], top.printed[position], open);
-        } else {
-            const auto& [name, value] = top.printed.MemberBegin()[position];
-            const std::string key(name.GetString(), name.GetStringLength());
-            Str(key);
-            Node(top.value[key], value, open);
-        }
-    }
-}
-
-void ValuePacker::Node(const vxJson::Value& value, const rapidjson::Value& printed,
-                       std::vector<PrintedContainer>& open) {
-    if (value.isArray() && printed.IsArray() && printed.Size() == value.size()) {
-        Array(printed.Size());
-        open.push_back({value, printed, printed.Size()});
-    } else if (value.isObject() && printed.IsObject()) {
-        Map(printed.MemberCount());
-        open.push_back({value, printed, printed.MemberCount()});
-    } else if (value.isString()) {
-        Str(value.asString());
-    } else if (printed.IsObject() && printed.HasMember("$date")) {
-        throw WriterError("a time has no packed form");
-    } else if (printed.IsObject() || printed.IsString()) {
-        Bin(value.asBinary());
-    } else {
-        Scalar(printed);
-    }
-}
-
 bool ValuePacker::JsonText(const char* text) {
     JsonPool pool;
     rapidjson::Value value;

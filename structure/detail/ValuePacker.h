@@ -7,19 +7,13 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
-namespace dataengine::detail {
+#include "contracts/detail/JsonValues.h"
 
-/// The exception for bad input to a writer. A third-party VxUtil may lack vxJson::Error.
-#ifdef DATAENGINE_EXTERNAL_VXUTIL
-using WriterError = std::runtime_error;
-#else
-using WriterError = vxJson::Error;
-#endif
+namespace dataengine::detail {
 
 /// Appends packed values to a string:
 ///
@@ -66,8 +60,9 @@ class ValuePacker {
     /// decodes to it.
     void Value(const rapidjson::Value& root);
 
-    /// Packs a JSON value. Throws WriterError if `root` is a time or contains one.
-    void Value(const vxJson::Value& root);
+    /// Packs a JSON value. Throws Error if `root` is a time or contains one.
+    void Value(const vxJson::Value& root) { VisitValue(root, *this); }
+    [[noreturn]] static void Time() { throw Error("a time has no packed form"); }
 
     /// Packs the value of a JSON text. Returns false if `text` is not JSON.
     bool JsonText(const char* text);
@@ -80,18 +75,8 @@ class ValuePacker {
         const rapidjson::Value* end;
     };
 
-    /// An array or object that is being packed, and the parsed form of its text.
-    struct PrintedContainer {
-        const vxJson::Value& value;
-        const rapidjson::Value& printed;
-        rapidjson::SizeType count;
-        rapidjson::SizeType position = 0;  // of the next element or member
-    };
-
     Range BeginArray(const rapidjson::Value& array);
     Range BeginObject(const rapidjson::Value& object);
-    void Node(const vxJson::Value& value, const rapidjson::Value& printed,
-              std::vector<PrintedContainer>& open);
     // Inlined into the walk, with only the growth out of line: a fifth less time.
     [[gnu::always_inline]] inline void Scalar(const rapidjson::Value& value);
 
@@ -132,7 +117,7 @@ class ValuePacker {
                 std::size_t length) {
         if (length < shortLimit) return Byte(shortCode | static_cast<unsigned>(length));
         const unsigned width = std::max(leastWidth, WidthOf(length));
-        if (width > 2) throw WriterError("4 GiB or more have no packed form");
+        if (width > 2) throw Error("4 GiB or more have no packed form");
         Number(code + width, width, length);
     }
 
