@@ -198,6 +198,12 @@ Unit Floats(int count) {
     });
 }
 
+Unit ThreeDecimals(int count) {
+    return OneArray(5, "latencies", count, [](Random& random) {
+        return static_cast<double>(random.Below(10000000)) / 1000;
+    });
+}
+
 Unit ConfigurationLeaf(std::size_t bytes) {
     dataengine::PackedFrameWriter writer("configuration");
     writer.AddLeaf("runningConfig", 1, ConfigurationText(bytes));

@@ -33,6 +33,7 @@ Unit Integers32(int count);
 
 /// One leaf with an array of measured rates, most of them with a full mantissa.
 Unit Floats(int count);
+Unit ThreeDecimals(int count);
 
 /// One leaf with the text of a device configuration.
 Unit ConfigurationLeaf(std::size_t bytes);

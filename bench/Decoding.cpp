@@ -123,6 +123,7 @@ void RegisterDecoding() {
     Register("routes", RouteTable(50000));
     Register("integers", Integers(1000000));
     Register("floats", Floats(300000));
+    Register("three_decimals", ThreeDecimals(300000));
     Register("integers32", Integers32(1000000));
     Register("configuration", ConfigurationLeaf(200000));
 
