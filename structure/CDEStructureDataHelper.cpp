@@ -133,7 +133,7 @@ bool CDEStructureDataHelper::PostDataProcessing(const std::map<DDKey, DDKey>& ma
     std::vector<dataengine::detail::WantedName> names;
     for (const auto& [key, variable] : mapping) {
         if (variable.parserPath_ == parserPath)
-            names.emplace_back(variable.varFullName_, key.varFullName_);
+            names.emplace_back(variable.varFullName_, key.varFullName_, names.size());
     }
     const dataengine::detail::Renaming renaming(std::move(names));
     if (!document.IsArray()) return true;

@@ -28,12 +28,12 @@ void WriteText(rapidjson::Value* value, std::string_view text, JsonPool& pool) {
 }  // namespace
 
 Renaming::Renaming(std::vector<WantedName> names) : names_(std::move(names)) {
-    const auto isLess = [](const WantedName& a, const WantedName& b) { return a.name < b.name; };
-    const auto isSame = [](const WantedName& a, const WantedName& b) { return a.name == b.name; };
-    // The last of several equal names comes first, which is the one that std::unique keeps.
-    std::reverse(names_.begin(), names_.end());
-    std::stable_sort(names_.begin(), names_.end(), isLess);
-    names_.erase(std::unique(names_.begin(), names_.end(), isSame), names_.end());
+    const auto isLess = [](const WantedName& a, const WantedName& b) {
+        const int order = a.name.compare(b.name);
+        return order != 0 ? order < 0 : a.rank > b.rank;
+    };
+    // Lookups find the first of several equal names. A stable sort would hide that memory ran out.
+    std::sort(names_.begin(), names_.end(), isLess);
 }
 
 void Renaming::Apply(rapidjson::Value& item, JsonPool& pool) const {

@@ -12,12 +12,13 @@ namespace dataengine::detail {
 
 /// The wanted name of one variable. The strings belong to the caller.
 struct WantedName {
-    WantedName(std::string_view variable, std::string_view text)
-        : name(variable), wanted(text), dot(text.find('.')) {}
+    WantedName(std::string_view variable, std::string_view text, std::size_t position)
+        : name(variable), wanted(text), dot(text.find('.')), rank(position) {}
 
     std::string_view name;    // in a document; of a table column: table, '.', column
     std::string_view wanted;  // the same
     std::size_t dot;          // position of the first dot of `wanted`
+    std::size_t rank;         // the greatest counts if several have the same name
 };
 
 /// Gives the items of decoded documents their wanted names.
@@ -29,7 +30,7 @@ struct WantedName {
 /// Thread safety: concurrent calls on distinct documents are safe.
 class Renaming {
   public:
-    /// Of several wanted names of one variable, the last counts. Complexity: n log n.
+    /// Complexity: n log n.
     explicit Renaming(std::vector<WantedName> names);
 
     /// Renames an item of a document, which owns `pool`, in place.

@@ -59,11 +59,13 @@ constexpr rlim_t kAddressSpace = RLIM_INFINITY;  // the shadow memory of sanitiz
 constexpr rlim_t kAddressSpace = rlim_t{1} << 30;
 #endif
 
-/// Runs `body` with limited memory and ends the process with 0 if no check failed.
+/// Runs `body` with limited memory and 60 seconds, and ends the process with 0 if no check failed.
 template <typename Body>
-[[noreturn]] void ExitWithinAddressSpace(const Body& body) {
+[[noreturn]] void ExitWithinLimits(const Body& body) {
     const rlimit most{kAddressSpace, kAddressSpace};
     setrlimit(RLIMIT_AS, &most);
+    const rlimit seconds{60, 60};
+    setrlimit(RLIMIT_CPU, &seconds);
     body();
     std::_Exit(testing::Test::HasFailure() ? 1 : 0);
 }
@@ -94,8 +96,30 @@ void ExpectDeclaredSizesAllocateNothing() {
 }
 
 TEST(Hostile, DeclaredSizesAllocateNothing) {
-    EXPECT_EXIT(ExitWithinAddressSpace(ExpectDeclaredSizesAllocateNothing),
-                testing::ExitedWithCode(0), "");
+    EXPECT_EXIT(ExitWithinLimits(ExpectDeclaredSizesAllocateNothing), testing::ExitedWithCode(0),
+                "");
+}
+
+void ExpectColumnsToCostTheirOwnNames() {
+    rapidjson::Document document;
+    document.Parse(R"([{"type":11,"column":[]}])");
+    const std::string table(20000000, 't');
+    document[0].AddMember("name", rapidjson::StringRef(table.data(), table.size()),
+                          document.GetAllocator());
+    for (int i = 0; i < 100000; ++i) {
+        rapidjson::Value column(rapidjson::kObjectType);
+        column.AddMember("name", "c", document.GetAllocator());
+        document[0]["column"].PushBack(column, document.GetAllocator());
+    }
+    std::vector<std::string> items;
+    CDEStructureDataHelper::PostDataProcessing(
+        {{DDKey("", "T" + table + ".d"), DDKey("p", table + ".c")}}, "p", document, items);
+    EXPECT_EQ(document[0]["name"].GetStringLength(), table.size() + 1);
+    EXPECT_STREQ(document[0]["column"][99999]["name"].GetString(), "d");
+}
+
+TEST(Hostile, RenamedColumnsCostTheirOwnNames) {
+    EXPECT_EXIT(ExitWithinLimits(ExpectColumnsToCostTheirOwnNames), testing::ExitedWithCode(0), "");
 }
 
 TEST(Hostile, EveryTruncationThrowsInsufficientBytes) {
