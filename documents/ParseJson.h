@@ -5,11 +5,15 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <limits>
+#include <new>
+#include <string>
 #include <utility>
 #include <vector>
 
 #include "documents/RapidJsonAllocator.h"
 #include "documents/RawValues.h"
+#include "documents/ReadableText.h"
 
 namespace dataengine::detail {
 
@@ -61,12 +65,14 @@ class ValueBuilder {
 
     bool StartArray() { return true; }
     bool EndArray(rapidjson::SizeType count) {
+        RequireCount();
         rapidjson::Value array;
         MoveLast(count, RawValues::MakeArray(array, count, pool_));
         return Put(std::move(array));
     }
     bool StartObject() { return true; }
     bool EndObject(rapidjson::SizeType count) {
+        RequireCount();
         rapidjson::Value object;
         MoveLast(2 * std::size_t{count}, RawValues::MakeObject(object, count, pool_));
         return Put(std::move(object));
@@ -79,6 +85,12 @@ class ValueBuilder {
     bool Put(rapidjson::Value value) {
         finished_.push_back(std::move(value));
         return true;
+    }
+
+    /// The reader counts elements in 32 bits.
+    void RequireCount() const {
+        if (finished_.size() > std::numeric_limits<rapidjson::SizeType>::max())
+            throw std::bad_alloc();
     }
 
     void MoveLast(std::size_t count, rapidjson::Value* slots) {
@@ -98,11 +110,12 @@ class ValueBuilder {
 /// from `pool`, including that of parts built before an error.
 ///
 /// Returns the code and offset that rapidjson's recursive parser reports. Throws std::bad_alloc if
-/// memory runs out.
+/// memory runs out, and for numbers, strings and containers larger than rapidjson can count.
 template <unsigned moreFlags = rapidjson::kParseNoFlags>
 rapidjson::ParseResult ParseJson(const char* text, rapidjson::Value& value, JsonPool& pool) {
     rapidjson::GenericReader<rapidjson::UTF8<>, rapidjson::UTF8<>, RapidJsonAllocator> reader;
-    rapidjson::StringStream stream(text);
+    std::string buffer;
+    rapidjson::StringStream stream(ReadableText(text, buffer));
     ValueBuilder builder(pool);
     constexpr unsigned flags =
         rapidjson::kParseDefaultFlags | rapidjson::kParseIterativeFlag | moreFlags;

@@ -1,5 +1,7 @@
 #include "query/CDEQueryResultStructureData.h"
 
+#include <limits>
+#include <stdexcept>
 #include <utility>
 
 #include "contracts/detail/JsonValues.h"
@@ -37,10 +39,12 @@ bool CDEQueryResultStructureData::LoadFromJson(const vxJson::Value& source) {
 }
 
 bool CDEQueryResultStructureData::SaveToJson(vxJson::Value& target) const {
-    target["time"] = TimeValue(time_);
     dataengine::detail::JsonBuffer text;
     dataengine::detail::JsonWriter writer(text);
     dataengine::detail::RenderJson(data_, writer);
+    if (text.GetSize() > std::numeric_limits<int>::max())
+        throw std::length_error("the text of a document holds up to 2147483647 bytes");
+    target["time"] = TimeValue(time_);
     target["data"] = vxJson::Value(text.GetString(), static_cast<int>(text.GetSize()));
     target["flag"] = flag_;
     vxJson::Value metaData = NullValue();

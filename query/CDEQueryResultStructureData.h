@@ -72,6 +72,8 @@ class DATAENGINE_EXPORT CDEQueryResultStructureData : public IJsonSerialize {
     /// Writes the same four keys, the document as compact text. A number that JSON cannot write
     /// ends the text before it. "resultMetaDataOnly" replaces an old entry as a whole; if saving it
     /// throws, the old entry is unchanged. Not for a moved-from object.
+    ///
+    /// Throws std::length_error if the text has 2 GiB or more; `target` is then unchanged.
     bool SaveToJson(vxJson::Value& target) const override;
 
   private:

@@ -2,11 +2,14 @@
 #include <gtest/gtest.h>
 #include <rapidjson/document.h>
 
+#include <cstdint>
 #include <limits>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "query/CDEQueryResultStructureData.h"
+#include "tests/support/Rows.h"
 #include "tests/support/Texts.h"
 
 namespace {
@@ -71,5 +74,38 @@ TEST(StructureData, SavesTheTextUpToANumberThatJsonCannotWrite) {
     result.GetData()["a"][1].SetDouble(std::numeric_limits<double>::quiet_NaN());
     EXPECT_EQ(SavedData(result), R"({"a":[1.1,)");
 }
+
+// rapidjson adds the exponent of a number and the count of its decimal places in int.
+TEST(StructureData, LoadsLargeNegativeExponentsAsZero) {
+    for (const auto& row : Rows(R"(
+        0.0000000001e-2147483639         | 0.0
+        [-10.55555555555E-02147483648,1] | [-0.0,1]
+        ["\\\"1e-2147483648",1e-000000001] | ["\\\"1e-2147483648",0.1]
+    )")) {
+        CDEQueryResultStructureData result;
+        result.LoadFromJson(Holding(row[0]));
+        EXPECT_EQ(SavedData(result), row[1]);
+    }
+    CDEQueryResultStructureData broken;
+    broken.LoadFromJson(Holding("[1.00000000001e-2147483639x"));
+    EXPECT_EQ(broken.GetData_RO().GetErrorOffset(), 26U);
+}
+
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+// Strings of which a rapidjson writer reserves 6 times as many bytes, counted in 32 bits, together
+// longer than a value can be.
+TEST(StructureData, SavesNothingOfATextOf2GiB) {
+    const std::string third((std::uint64_t{1} << 32) / 6 + 1, 'a');
+    CDEQueryResultStructureData result;
+    rapidjson::Document& document = result.GetData();
+    document.SetArray();
+    for (int i = 0; i < 3; ++i)
+        document.PushBack(rapidjson::StringRef(third.data(), third.size()),
+                          document.GetAllocator());
+    vxJson::Value target = Json(R"({"keep":1})");
+    EXPECT_THROW(result.SaveToJson(target), std::length_error);
+    EXPECT_EQ(target, Json(R"({"keep":1})"));
+}
+#endif
 
 }  // namespace
