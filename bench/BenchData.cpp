@@ -165,11 +165,11 @@ Unit ScalarLeaves(int count) {
 Unit InterfaceTable(int rows, std::size_t columnCount) {
     Random random(2);
     dataengine::PackedFrameWriter writer("interfaces");
-    writer.AddTable("ifTable", false, {});
+    auto table = writer.AddTable("ifTable", false, {});
     for (std::size_t column = 0; column < columnCount; ++column) {
         vxJson::Value cells;
         for (int row = 0; row < rows; ++row) cells.append(InterfaceCell(random, column, row));
-        writer.AddColumn(kInterfaceColumns.at(column), 1, cells);
+        table.AddColumn(kInterfaceColumns.at(column), 1, cells);
     }
     return UnitOf(writer);
 }
@@ -229,9 +229,9 @@ std::string HeaderOf40Items() {
     for (int i = 0; i < kLeaves; ++i)
         writer.AddLeaf("variable" + std::to_string(i), 1 + i % 4, vxJson::Value());
     for (int i = 0; i < kTables; ++i) {
-        writer.AddTable("table" + std::to_string(i), true, {"column0"});
+        auto table = writer.AddTable("table" + std::to_string(i), true, {"column0"});
         for (int column = 0; column < kColumns; ++column)
-            writer.AddColumn("column" + std::to_string(column), 1, vxJson::Value());
+            table.AddColumn("column" + std::to_string(column), 1, vxJson::Value());
     }
     return writer.Frame().substr(0, static_cast<std::size_t>(writer.HeaderLength()));
 }

@@ -27,12 +27,12 @@ bool Decode(const std::string& frame, const vxJson::Value& offsets, const vxJson
 int main() {
     dataengine::PackedFrameWriter writer("inventory/interfaces");
     writer.AddLeaf("hostname", 1, "acc-sw-17");
-    writer.AddTable("ifTable", true, {"ifName"});
+    auto table = writer.AddTable("ifTable", true, {"ifName"});
     vxJson::Value names, rates;
     names.append("Gi0/1");
     rates.append(1.618);
-    writer.AddColumn("ifName", 1, names);
-    writer.AddColumn("rate", 3, rates);
+    table.AddColumn("ifName", 1, names);
+    table.AddColumn("rate", 3, rates);
 
     // Null selects everything; this selects the leaf and one column.
     vxJson::Value selection;

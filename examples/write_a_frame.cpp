@@ -15,10 +15,10 @@ int main() {
     // 11 marks a table; all other type numbers are passed through to the reader.
     dataengine::PackedFrameWriter writer("inventory/interfaces");
     writer.AddLeaf("hostname", 1, "acc-sw-17");
-    writer.AddTable("ifTable", true, {"ifName"});
-    writer.AddColumn("ifName", 1, names);
-    writer.AddColumn("speed", 2, speeds);
-    writer.AddAttribute("vrf", 1, "blue");
+    dataengine::PackedFrameWriter::Table table = writer.AddTable("ifTable", true, {"ifName"});
+    table.AddColumn("ifName", 1, names);
+    table.AddColumn("speed", 2, speeds);
+    table.AddAttribute("vrf", 1, "blue");
 
     // The offsets are not part of the frame: store them with it.
     const std::string frame = writer.Frame();

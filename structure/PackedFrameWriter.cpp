@@ -2,13 +2,13 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <limits>
-#include <sstream>
+#include <set>
 #include <string_view>
-#include <unordered_set>
+#include <utility>
 
 #include "contracts/detail/JsonValues.h"
 #include "documents/FindMember.h"
+#include "documents/ParseJson.h"
 #include "structure/detail/PackedFormat.h"
 #include "structure/detail/ValuePacker.h"
 
@@ -30,10 +30,28 @@
 namespace dataengine {
 namespace {
 
+using detail::ByteBuffer;
 using detail::Error;
 using detail::FindMember;
-using detail::kFormatVersion;
 using detail::ValuePacker;
+
+/// The members that all items and children of a schema have, and the offset of the value.
+struct Field {
+    std::string name;
+    int type;
+    int index;
+    int offset;  // 0 for a table
+};
+
+struct Item : Field {
+    explicit Item(Field field) : Field(std::move(field)) {}
+
+    // The following are of tables only.
+    bool hashSort = false;
+    std::string hashColumns;  // packed
+    std::vector<Field> columns;
+    std::vector<Field> attributes;
+};
 
 /// Runs `step` and prefixes the message of an error with `label()`.
 template <typename Label, typename Step>
@@ -45,13 +63,12 @@ void Labelled(const Label& label, const Step& step) {
     }
 }
 
-void RequireLeafType(int type) {
-    if (type == kTableType) throw Error("type 11 marks a table");
+std::string Label(const char* part, const std::string& name) {
+    return part + (" \"" + name) + '"';
 }
 
-void RequireSize(std::size_t size) {
-    constexpr std::size_t kMaxSize = std::numeric_limits<int>::max();
-    if (size > kMaxSize) throw Error("a frame holds up to 2147483647 bytes");
+void RequireValueType(int type) {
+    if (type == kTableType) throw Error("type 11 marks a table");
 }
 
 /// A member of a decoded item, and the test for its kind, which is null if any kind is allowed.
@@ -61,8 +78,8 @@ struct Member {
 };
 constexpr Member kType = {"type", &rapidjson::Value::IsInt};
 constexpr Member kName = {"name", &rapidjson::Value::IsString};
-constexpr Member kLeaf[] = {kType, kName, {"value", nullptr}};
-constexpr Member kTableChild[] = {kType, kName};
+constexpr Member kField[] = {kType, kName, {"value", nullptr}};
+constexpr Member kFieldOfTableType[] = {kType, kName};
 constexpr Member kTable[] = {kType,
                              kName,
                              {"column", &rapidjson::Value::IsArray},
@@ -74,8 +91,8 @@ template <std::size_t count>
 void RequireMembers(const rapidjson::Value& item, const Member (&members)[count]) {
     if (!item.IsObject()) throw Error("is not an object");
     for (const auto& [key, isOfKind] : members) {
-        const auto member = item.FindMember(key);
-        if (member == item.MemberEnd() || (isOfKind != nullptr && !(member->value.*isOfKind)()))
+        const rapidjson::Value* member = FindMember(item, key);
+        if (member == nullptr || (isOfKind != nullptr && !(member->*isOfKind)()))
             throw Error(std::string("\"") + key + "\" is missing or of another kind");
     }
     if (item.MemberCount() != count) throw Error("has members that no decoded item has");
@@ -98,250 +115,317 @@ void ForEach(const char* part, const rapidjson::Value& list, const Step& step) {
             const rapidjson::Value* name = FindMember(list[i], "name");
             const std::string position = part + (' ' + std::to_string(i));
             return name == nullptr || !name->IsString() ? position
-                                                        : position + " \"" + StringOf(*name) + '"';
+                                                        : Label(position.c_str(), StringOf(*name));
         };
         Labelled(label, [&] { step(list[i]); });
     }
 }
 
+/// Returns "hashColumns" of a document packed for the schema.
+std::string PackedHashColumns(const rapidjson::Value& text) {
+    detail::JsonPool pool;
+    rapidjson::Value value;
+    if (detail::ParseJson<rapidjson::kParseFullPrecisionFlag>(text.GetString(), value, pool)
+            .IsError())
+        throw Error("\"hashColumns\" is not JSON");
+    ByteBuffer bytes;
+    ValuePacker(bytes).SchemaValue(value);
+    return std::string(bytes.Bytes());
+}
+
+/// Returns a name that no other element of its list has, and that documents cut to `name`.
+std::string Numbered(std::string_view name, int index) {
+    return std::string(name).append(1, '\0').append(std::to_string(index));
+}
+
 /// Chooses the names by which the elements of one list are found: the first element of each name
-/// keeps it, the others get a zero byte and their index appended, which documents cut off again.
+/// keeps it. Ordered, because colliding hashes of chosen names would take quadratic time.
 class ListedNames {
   public:
-    std::string Next(const std::string& name, std::size_t index, bool mayKeep = true) {
-        std::string listed = name.substr(0, name.find('\0'));
-        if (!mayKeep || !taken_.insert(listed).second)
-            listed.append(1, '\0').append(std::to_string(index));
-        return listed;
+    std::string Next(const Field& field) {
+        const std::string_view name = detail::UpToZero(field.name);
+        return taken_.insert(name).second ? std::string(name) : Numbered(name, field.index);
     }
 
   private:
-    std::unordered_set<std::string> taken_;
+    std::set<std::string_view> taken_;
 };
 
-template <typename List, typename Text>
-std::string JsonArray(const List& list, const Text& textOf) {
-    std::string text;
-    for (const auto& element : list) text.append(text.empty() ? "[" : ",").append(textOf(element));
-    return text.empty() ? "[]" : text + ']';
-}
-
-bool StartsWithMark(const std::string& name) {
-    return !name.empty() && name.front() == '$';
-}
-
-/// Returns the bytes that `pack` appends.
-template <typename Pack>
-std::string PackedWith(const Pack& pack) {
-    std::string bytes;
-    {
-        ValuePacker packer(bytes);
-        pack(packer);
-    }
-    return bytes;
-}
-
 /// Starts the map of an item with the members of all items; the caller packs `more` members.
-void PackItemStart(ValuePacker& packer, const std::string& name, int type, std::size_t index,
-                   std::size_t more = 0) {
+void PackField(ValuePacker& packer, const std::string& name, const Field& field,
+               std::size_t more = 0) {
     packer.Map(3 + more);
     packer.Str("name");
     packer.Str(name);
     packer.Str("type");
-    packer.Integer(type);
+    packer.Integer(field.type);
     packer.Str("index");
-    packer.Integer(static_cast<std::int64_t>(index));
+    packer.Integer(field.index);
 }
 
-template <typename Children>
-void PackChildren(ValuePacker& packer, const char* key, const Children& children, bool attributes) {
+void PackChildren(ValuePacker& packer, const char* key, const std::vector<Field>& children) {
     packer.Str(key);
-    packer.Array(static_cast<std::size_t>(
-        std::count_if(children.begin(), children.end(),
-                      [&](const auto& child) { return child.isAttribute == attributes; })));
+    packer.Array(children.size());
     ListedNames names;
-    for (std::size_t index = 0; index < children.size(); ++index) {
-        const auto& child = children[index];
-        if (child.isAttribute == attributes)
-            PackItemStart(packer, names.Next(child.name, index), child.type, index);
-    }
+    for (const Field& child : children) PackField(packer, names.Next(child), child);
 }
 
-}  // namespace
-
-void PackedFrameWriter::AddLeaf(const std::string& name, int type, const vxJson::Value& value) {
-    AddOrRestore("leaf", name, [&] {
-        RequireLeafType(type);
-        AddItem(name, type);
-        Pack(value);
-    });
-}
-
-void PackedFrameWriter::AddTable(const std::string& name, bool hashSort,
-                                 const std::vector<std::string>& hashColumns) {
-    AddOrRestore("table", name, [&] {
-        AddTableItem(name, hashSort, PackedWith([&](ValuePacker& packer) {
-                         packer.Array(hashColumns.size());
-                         for (const std::string& column : hashColumns) packer.Str(column);
-                     }));
-    });
-}
-
-void PackedFrameWriter::AddColumn(const std::string& name, int type, const vxJson::Value& values) {
-    AddOrRestore("column", name, [&] {
-        if (!values.isArray() && !values.isNull()) throw Error("is neither an array nor null");
-        RequireLeafType(type);
-        AddChild(false, name, type);
-        Pack(values);
-    });
-}
-
-void PackedFrameWriter::AddAttribute(const std::string& name, int type,
-                                     const vxJson::Value& value) {
-    AddOrRestore("attribute", name, [&] {
-        RequireLeafType(type);
-        AddChild(true, name, type);
-        Pack(value);
-    });
-}
-
-void PackedFrameWriter::AddItems(const rapidjson::Value& document) {
-    AddOrRestore("document of unit", name_, [&] {
-        if (!document.IsArray()) throw Error("is not an array");
-        ForEach("item", document, [this](const rapidjson::Value& item) { AddDocumentItem(item); });
-        holdsDocument_ = true;
-    });
-}
-
-std::string PackedFrameWriter::Frame() const {
-    return Header() + payload_;
-}
-
-int PackedFrameWriter::HeaderLength() const {
-    return static_cast<int>(Header().size());
-}
-
-vxJson::Value PackedFrameWriter::Offsets() const {
-    const std::string text = JsonArray(items_, [](const Item& item) {
-        if (item.type != kTableType) return std::to_string(item.offset);
-        return JsonArray(item.children,
-                         [](const Child& child) { return std::to_string(child.offset); });
-    });
-    std::istringstream stream(text);
-    vxJson::Value offsets = detail::NullValue();
-    vxJson::Reader().parse(stream, offsets, true);
-    return offsets;
-}
-
-/// Runs `add`. If it throws, removes its additions and prefixes the error with the item's name.
-template <typename Add>
-void PackedFrameWriter::AddOrRestore(const char* part, const std::string& name, const Add& add) {
-    const std::size_t items = items_.size();
-    const std::size_t lastTable = lastTable_;
-    const std::size_t children = lastTable == kNoTable ? 0 : items_[lastTable].children.size();
-    const std::size_t bytes = payload_.size();
-    try {
-        Labelled([&] { return part + (" \"" + name) + '"'; }, add);
-    } catch (...) {
-        items_.erase(items_.begin() + static_cast<std::ptrdiff_t>(items), items_.end());
-        lastTable_ = lastTable;
-        if (lastTable != kNoTable) {
-            std::vector<Child>& list = items_[lastTable].children;
-            list.erase(list.begin() + static_cast<std::ptrdiff_t>(children), list.end());
-        }
-        payload_.resize(bytes);
-        throw;
-    }
-}
-
-void PackedFrameWriter::AddItem(const std::string& name, int type) {
-    items_.push_back({name, type, static_cast<int>(payload_.size()), false, "", {}});
-}
-
-void PackedFrameWriter::AddTableItem(const std::string& name, bool hashSort,
-                                     const std::string& hashColumns) {
-    items_.push_back({name, kTableType, 0, hashSort, hashColumns, {}});
-    lastTable_ = items_.size() - 1;
-}
-
-void PackedFrameWriter::AddChild(bool isAttribute, const std::string& name, int type) {
-    if (lastTable_ == kNoTable) throw Error("no table has been added");
-    items_[lastTable_].children.push_back(
-        {name, type, static_cast<int>(payload_.size()), isAttribute});
-}
-
-template <typename Value>
-void PackedFrameWriter::Pack(const Value& value) {
-    ValuePacker(payload_).Value(value);
-    RequireSize(payload_.size());
-}
-
-void PackedFrameWriter::AddDocumentItem(const rapidjson::Value& item) {
-    if (IsTable(item)) return AddDocumentTable(item);
-    RequireMembers(item, kLeaf);
-    AddItem(StringOf(item["name"]), item["type"].GetInt());
-    Pack(item["value"]);
-}
-
-void PackedFrameWriter::AddDocumentTable(const rapidjson::Value& table) {
-    RequireMembers(table, kTable);
-    std::string hashColumns;
-    if (!ValuePacker(hashColumns).JsonText(table["hashColumns"].GetString()))
-        throw Error("\"hashColumns\" is not JSON");
-    AddTableItem(StringOf(table["name"]), table["hashSort"].GetBool(), hashColumns);
-    AddDocumentChildren(false, table["column"]);
-    AddDocumentChildren(true, table["attributes"]);
-}
-
-void PackedFrameWriter::AddDocumentChildren(bool isAttribute, const rapidjson::Value& children) {
-    ForEach(isAttribute ? "attribute" : "column", children, [&](const rapidjson::Value& child) {
-        const bool hasValue = !IsTable(child);  // tables do not nest
-        hasValue ? RequireMembers(child, kLeaf) : RequireMembers(child, kTableChild);
-        AddChild(isAttribute, StringOf(child["name"]), child["type"].GetInt());
-        if (hasValue) Pack(child["value"]);
-    });
-}
-
-std::string PackedFrameWriter::Header() const {
-    std::string header = PackedWith([this](ValuePacker& packer) {
-        packer.Integer(kFormatVersion);
-        packer.Str(name_);
-        PackItems(packer);
-    });
-    RequireSize(header.size());
-    return header;
-}
-
-void PackedFrameWriter::PackItems(ValuePacker& packer) const {
-    if (items_.empty() && holdsDocument_) {
-        // An empty schema would not decode. This one decodes to an empty document, because readers
-        // strip the '$' and find no item with the empty name.
-        packer.Array(1);
-        return PackItemStart(packer, "$", 0, 0);
-    }
-    packer.Array(items_.size() + static_cast<std::size_t>(std::count_if(
-                                     items_.begin(), items_.end(),
-                                     [](const Item& item) { return StartsWithMark(item.name); })));
-    ListedNames names;
-    for (std::size_t index = 0; index < items_.size(); ++index) {
-        const Item& item = items_[index];
-        const bool marked = StartsWithMark(item.name);
-        const std::string name = names.Next(item.name, index, !marked);
-        if (marked) PackItem(packer, '$' + name, item, index);
-        PackItem(packer, name, item, index);
-    }
-}
-
-void PackedFrameWriter::PackItem(ValuePacker& packer, const std::string& name, const Item& item,
-                                 std::size_t index) {
-    if (item.type != kTableType) return PackItemStart(packer, name, item.type, index);
-    PackItemStart(packer, name, item.type, index, 4);
+void PackItem(ValuePacker& packer, const std::string& name, const Item& item) {
+    if (item.type != kTableType) return PackField(packer, name, item);
+    PackField(packer, name, item, 4);
     packer.Str("hashSort");
     packer.Bool(item.hashSort);
     packer.Str("hashColumns");
     packer.Packed(item.hashColumns);
-    PackChildren(packer, "column", item.children, false);
-    PackChildren(packer, "attributes", item.children, true);
+    PackChildren(packer, "column", item.columns);
+    PackChildren(packer, "attributes", item.attributes);
+}
+
+}  // namespace
+
+/// Every operation that throws leaves the content as it was.
+class PackedFrameWriter::Content {
+  public:
+    explicit Content(const std::string& name) : name_(name) {}
+
+    void AddLeaf(const std::string& name, int type, const vxJson::Value& value) {
+        AddOrRestore("leaf", name, [&] {
+            RequireValueType(type);
+            AddLeafItem(name, type, value);
+        });
+    }
+
+    /// `hashColumns` is packed. Returns the index of the table.
+    std::size_t AddTable(const std::string& name, bool hashSort, const std::string& hashColumns) {
+        Item table({name, kTableType, ItemCount(), 0});
+        table.hashSort = hashSort;
+        table.hashColumns = hashColumns;
+        items_.push_back(std::move(table));
+        return items_.size() - 1;
+    }
+
+    void AddColumn(std::size_t table, const std::string& name, int type,
+                   const vxJson::Value& values) {
+        AddOrRestore("column", name, [&] {
+            if (!values.isArray() && !values.isNull()) throw Error("is neither an array nor null");
+            Item& item = OpenTable(table, type);
+            AddChild(item, item.columns, name, type, values);
+        });
+    }
+
+    void AddAttribute(std::size_t table, const std::string& name, int type,
+                      const vxJson::Value& value) {
+        AddOrRestore("attribute", name, [&] {
+            Item& item = OpenTable(table, type);
+            AddChild(item, item.attributes, name, type, value);
+        });
+    }
+
+    void AddItems(const rapidjson::Value& document);
+    std::string Header() const;
+    std::string_view Payload() const { return payload_.Bytes(); }
+    vxJson::Value Offsets() const;
+
+  private:
+    int ItemCount() const { return static_cast<int>(items_.size()); }
+
+    /// Runs `add`, which adds to one list last. If it throws, removes its additions and prefixes
+    /// the error with the item's name.
+    template <typename Add>
+    void AddOrRestore(const char* part, const std::string& name, const Add& add) {
+        const auto count = static_cast<std::ptrdiff_t>(items_.size());
+        const std::size_t bytes = payload_.Size();
+        try {
+            Labelled([&] { return Label(part, name); }, add);
+        } catch (...) {
+            items_.erase(items_.begin() + count, items_.end());
+            payload_.Truncate(bytes);
+            throw;
+        }
+    }
+
+    /// Appends a value to the payload.
+    template <typename Value>
+    Field MakeField(const std::string& name, int type, int index, const Value& value) {
+        const std::size_t offset = payload_.Size();
+        ValuePacker(payload_).Value(value);
+        detail::RequireFrameSize(payload_.Size());
+        return {name, type, index, static_cast<int>(offset)};
+    }
+
+    template <typename Value>
+    void AddLeafItem(const std::string& name, int type, const Value& value) {
+        items_.emplace_back(MakeField(name, type, ItemCount(), value));
+    }
+
+    template <typename Value>
+    void AddChild(Item& table, std::vector<Field>& list, const std::string& name, int type,
+                  const Value& value) {
+        list.push_back(MakeField(name, type, NextIndex(table), value));
+    }
+
+    static int NextIndex(const Item& table) {
+        return static_cast<int>(table.columns.size() + table.attributes.size());
+    }
+
+    Item& OpenTable(std::size_t table, int type) {
+        if (table + 1 != items_.size()) throw Error("another item was added after the table");
+        RequireValueType(type);
+        return items_[table];
+    }
+
+    void AddDocumentItem(const rapidjson::Value& item);
+    void AddDocumentTable(const rapidjson::Value& table);
+    void AddDocumentChildren(Item& item, std::vector<Field>& list, const char* part,
+                             const rapidjson::Value& children);
+
+    void PackSchema(ValuePacker& packer) const;
+
+    std::string name_;
+    std::vector<Item> items_;     // the index of an item is its position
+    bool holdsDocument_ = false;  // whether a document was added, if only an empty one
+    ByteBuffer payload_;
+};
+
+void PackedFrameWriter::Content::AddItems(const rapidjson::Value& document) {
+    AddOrRestore("document of unit", name_, [&] {
+        if (!document.IsArray()) throw Error("is not an array");
+        ForEach("item", document, [this](const auto& item) { AddDocumentItem(item); });
+    });
+    holdsDocument_ = true;
+}
+
+void PackedFrameWriter::Content::AddDocumentItem(const rapidjson::Value& item) {
+    if (IsTable(item)) return AddDocumentTable(item);
+    RequireMembers(item, kField);
+    AddLeafItem(StringOf(item["name"]), item["type"].GetInt(), item["value"]);
+}
+
+void PackedFrameWriter::Content::AddDocumentTable(const rapidjson::Value& table) {
+    RequireMembers(table, kTable);
+    AddTable(StringOf(table["name"]), table["hashSort"].GetBool(),
+             PackedHashColumns(table["hashColumns"]));
+    Item& item = items_.back();
+    AddDocumentChildren(item, item.columns, "column", table["column"]);
+    AddDocumentChildren(item, item.attributes, "attribute", table["attributes"]);
+}
+
+void PackedFrameWriter::Content::AddDocumentChildren(Item& item, std::vector<Field>& list,
+                                                     const char* part,
+                                                     const rapidjson::Value& children) {
+    ForEach(part, children, [&](const rapidjson::Value& child) {
+        if (IsTable(child)) {  // tables do not nest: this one has no value
+            RequireMembers(child, kFieldOfTableType);
+            list.push_back({StringOf(child["name"]), kTableType, NextIndex(item), 0});
+        } else {
+            RequireMembers(child, kField);
+            AddChild(item, list, StringOf(child["name"]), child["type"].GetInt(), child["value"]);
+        }
+    });
+}
+
+std::string PackedFrameWriter::Content::Header() const {
+    ByteBuffer header;
+    ValuePacker packer(header);
+    packer.Integer(detail::kFormatVersion);
+    packer.Str(name_);
+    PackSchema(packer);
+    detail::RequireFrameSize(header.Size());
+    return std::string(header.Bytes());
+}
+
+void PackedFrameWriter::Content::PackSchema(ValuePacker& packer) const {
+    if (items_.empty() && holdsDocument_) {
+        // An empty schema would not decode. This one decodes to an empty document, because readers
+        // strip the '$' and find no item with the empty name.
+        packer.Array(1);
+        return PackField(packer, "$", {"", 0, 0, 0});
+    }
+    const auto isMarked = [](const Item& item) { return detail::HasMark(item.name); };
+    packer.Array(items_.size() +
+                 static_cast<std::size_t>(std::count_if(items_.begin(), items_.end(), isMarked)));
+    ListedNames names;
+    for (const Item& item : items_) {
+        if (!isMarked(item)) {
+            PackItem(packer, names.Next(item), item);
+            continue;
+        }
+        // Readers strip one '$' of each name of the list: the first listing selects the second, and
+        // the second, numbered like no other, selects nothing.
+        const std::string name = Numbered(detail::UpToZero(item.name), item.index);
+        PackItem(packer, '$' + name, item);
+        PackItem(packer, name, item);
+    }
+}
+
+vxJson::Value PackedFrameWriter::Content::Offsets() const {
+    vxJson::Value offsets = detail::EmptyArray();
+    for (const Item& item : items_) {
+        if (item.type != kTableType) {
+            offsets.append(vxJson::Value(item.offset));
+            continue;
+        }
+        std::vector<int> ofChildren(static_cast<std::size_t>(NextIndex(item)));
+        for (const auto* list : {&item.columns, &item.attributes}) {
+            for (const Field& child : *list)
+                ofChildren[static_cast<std::size_t>(child.index)] = child.offset;
+        }
+        vxJson::Value inner = detail::EmptyArray();
+        for (const int offset : ofChildren) inner.append(vxJson::Value(offset));
+        offsets.append(std::move(inner));
+    }
+    return offsets;
+}
+
+PackedFrameWriter::PackedFrameWriter(const std::string& name)
+    : content_(std::make_unique<Content>(name)) {}
+PackedFrameWriter::PackedFrameWriter(const PackedFrameWriter& other)
+    : content_(std::make_unique<Content>(*other.content_)) {}
+PackedFrameWriter::PackedFrameWriter(PackedFrameWriter&& other) noexcept = default;
+PackedFrameWriter& PackedFrameWriter::operator=(const PackedFrameWriter& other) {
+    return *this = PackedFrameWriter(other);
+}
+PackedFrameWriter& PackedFrameWriter::operator=(PackedFrameWriter&& other) noexcept = default;
+PackedFrameWriter::~PackedFrameWriter() = default;
+
+void PackedFrameWriter::AddLeaf(const std::string& name, int type, const vxJson::Value& value) {
+    content_->AddLeaf(name, type, value);
+}
+
+PackedFrameWriter::Table PackedFrameWriter::AddTable(const std::string& name, bool hashSort,
+                                                     const std::vector<std::string>& hashColumns) {
+    ByteBuffer packed;
+    ValuePacker packer(packed);
+    packer.Array(hashColumns.size());
+    for (const std::string& column : hashColumns) packer.Str(column);
+    const std::size_t index = content_->AddTable(name, hashSort, std::string(packed.Bytes()));
+    return Table(*content_, index);
+}
+
+void PackedFrameWriter::AddItems(const rapidjson::Value& document) {
+    content_->AddItems(document);
+}
+
+std::string PackedFrameWriter::Frame() const {
+    return content_->Header().append(content_->Payload());
+}
+
+int PackedFrameWriter::HeaderLength() const {
+    return static_cast<int>(content_->Header().size());
+}
+
+vxJson::Value PackedFrameWriter::Offsets() const {
+    return content_->Offsets();
+}
+
+void PackedFrameWriter::Table::AddColumn(const std::string& name, int type,
+                                         const vxJson::Value& values) {
+    content_->AddColumn(index_, name, type, values);
+}
+
+void PackedFrameWriter::Table::AddAttribute(const std::string& name, int type,
+                                            const vxJson::Value& value) {
+    content_->AddAttribute(index_, name, type, value);
 }
 
 }  // namespace dataengine

@@ -1,62 +1,76 @@
 #include "structure/detail/ValuePacker.h"
 
-#include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <limits>
+#include <string>
+#include <vector>
 
-#include "documents/ParseJson.h"
+#include "structure/detail/PackedPrinter.h"
+#include "structure/detail/ValueDecoder.h"
 
 namespace dataengine::detail {
 namespace {
 
-/// Parses numbers to the nearest double, which packing preserves. Returns false if `text` is not
-/// JSON.
-bool ParseExactly(const char* text, rapidjson::Value& value, JsonPool& pool) {
-    return !ParseJson<rapidjson::kParseFullPrecisionFlag>(text, value, pool).IsError();
+std::int64_t BitsOf(double value) {
+    std::int64_t bits;
+    std::memcpy(&bits, &value, sizeof bits);
+    return bits;
 }
 
-/// Returns the double that a float64 decodes to, or NaN if it decodes to null.
-double Decoded(double value) {
-    char text[320];  // the greatest double has 309 integer digits
-    *std::to_chars(text, text + sizeof text - 1, value, std::chars_format::fixed, 2).ptr = '\0';
-    JsonPool pool;
-    rapidjson::Value parsed;
-    if (ParseJson(text, parsed, pool).IsError()) return std::numeric_limits<double>::quiet_NaN();
-    return parsed.GetDouble();
+double FromBits(std::int64_t bits) {
+    double value;
+    std::memcpy(&value, &bits, sizeof value);
+    return value;
+}
+
+/// Returns the double that a float64 decodes to; the infinity of its sign if it decodes to null,
+/// for being too large.
+double Decoded(double value, JsonPool& pool) {
+    ByteBuffer bytes;
+    ValuePacker(bytes).Double(value);
+    const rapidjson::Value decoded = DecodeValue(bytes.Bytes().data(), bytes.Size(), pool);
+    constexpr double kInfinity = std::numeric_limits<double>::infinity();
+    return decoded.IsNull() ? std::copysign(kInfinity, value) : decoded.GetDouble();
 }
 
 /// Returns a double that decodes to `wanted`, or `wanted` if there is none.
 ///
 /// Doubles of two decimals decode to themselves as long as the parser accumulates their digits in
-/// an integer. It accumulates the later digits of longer texts in a double, which is then off by up
-/// to two units in the last place for each digit, so the double to pack is searched for nearby.
+/// an integer. It accumulates the later digits of longer texts in a double, so that the result is
+/// some units in the last place off: at most two below 1e16, where a greater double may decode to a
+/// lesser one, and from there on nearly the same number for neighbours. The search corrects each
+/// candidate by the error that it shows, which takes about five steps instead of hundreds.
 double DecodingTo(double wanted) {
     constexpr double kExact = 9e13;  // below 2^53 / 100
+    constexpr double kOrdered = 1e16;
     if (!(std::fabs(wanted) >= kExact) || std::isinf(wanted)) return wanted;
 
-    constexpr double kInfinity = std::numeric_limits<double>::infinity();
-    const int reach = 2 * static_cast<int>(std::log10(std::fabs(wanted)));
-    double above = wanted;
-    double below = wanted;
-    for (int i = 0; i <= reach; ++i) {
-        if (std::isfinite(above) && Decoded(above) == wanted) return above;
-        if (std::isfinite(below) && Decoded(below) == wanted) return below;
-        above = std::nextafter(above, kInfinity);
-        below = std::nextafter(below, -kInfinity);
+    JsonPool pool;
+    const std::int64_t target = BitsOf(wanted);  // bits count units in the last place
+    const auto errorOf = [&](std::int64_t candidate) {
+        return BitsOf(Decoded(FromBits(candidate), pool)) - target;
+    };
+    if (std::fabs(wanted) < kOrdered) {
+        for (const int distance : {0, 1, -1, 2, -2}) {
+            if (errorOf(target + distance) == 0) return FromBits(target + distance);
+        }
+        return wanted;
+    }
+
+    constexpr std::int64_t kReach = 2 * std::numeric_limits<double>::max_exponent10;
+    std::int64_t below = target - kReach;
+    std::int64_t above = target + kReach;
+    for (std::int64_t candidate = target; above - below > 1;) {
+        const std::int64_t error = errorOf(candidate);
+        if (error == 0) return FromBits(candidate);
+        (error < 0 ? below : above) = candidate;
+        candidate -= error;
+        if (candidate <= below || candidate >= above) candidate = below + (above - below) / 2;
     }
     return wanted;
 }
 
 }  // namespace
-
-void ValuePacker::Grow(std::size_t count) {
-    constexpr std::size_t kStep = 512;
-    const std::size_t size = Size();
-    bytes_.resize(size + count + kStep);
-    next_ = bytes_.data() + size;
-    end_ = bytes_.data() + bytes_.size();
-}
 
 void ValuePacker::Integer(std::int64_t number) {
     if (number >= 0) return Unsigned(static_cast<std::uint64_t>(number));
@@ -68,14 +82,23 @@ void ValuePacker::Integer(std::int64_t number) {
 
 void ValuePacker::Double(double value) {
     if (!std::isfinite(value)) return Nil();
-    std::uint64_t bits;
-    std::memcpy(&bits, &value, sizeof bits);
-    Number(0xcb, 3, bits);
+    Number(0xcb, 3, static_cast<std::uint64_t>(BitsOf(value)));
 }
 
-void ValuePacker::Bin(std::string_view bytes) {
-    Length(0, 0, 0xc4, 0, bytes.size());
-    Packed(bytes);
+void ValuePacker::SchemaDouble(double value) {
+    PackedPrinter printer(FloatStyle::kSixSignificant);
+    printer.Float(value);
+    const std::string_view read = printer.Text();
+    double kept = 0;
+    std::from_chars(read.data(), read.data() + read.size(), kept);
+    // Without a point or an exponent it is read as an integer.
+    if (kept == value && read.find_first_of(".e") != read.npos) return Double(value);
+
+    char text[32];
+    const char* const end = std::to_chars(text, text + sizeof text, value).ptr;
+    Map(1);
+    Str("$numberDouble");
+    Str({text, static_cast<std::size_t>(end - text)});
 }
 
 void ValuePacker::Scalar(const rapidjson::Value& value) {
@@ -83,13 +106,8 @@ void ValuePacker::Scalar(const rapidjson::Value& value) {
         case rapidjson::kStringType:
             return Str({value.GetString(), value.GetStringLength()});
         case rapidjson::kNumberType:
-            if (value.IsUint64())
-                Unsigned(value.GetUint64());
-            else if (value.IsInt64())
-                Integer(value.GetInt64());
-            else
-                Double(value.GetDouble());
-            return;
+            if (value.IsUint64()) return Unsigned(value.GetUint64());
+            return Integer(value.GetInt64());
         case rapidjson::kNullType:
             return Nil();
         default:
@@ -97,14 +115,15 @@ void ValuePacker::Scalar(const rapidjson::Value& value) {
     }
 }
 
-void ValuePacker::Value(const rapidjson::Value& root) {
+template <typename PackDouble>
+void ValuePacker::Walk(const rapidjson::Value& root, const PackDouble& packDouble) {
     std::vector<Range> around;
     Range range = {&root, &root + 1};
     for (;;) {
         while (range.next != range.end) {
             const rapidjson::Value& value = *range.next++;
             if (value.IsDouble()) {
-                Double(DecodingTo(value.GetDouble()));
+                packDouble(value.GetDouble());
             } else if (!value.IsArray() && !value.IsObject()) {
                 Scalar(value);
             } else {
@@ -118,6 +137,14 @@ void ValuePacker::Value(const rapidjson::Value& root) {
     }
 }
 
+void ValuePacker::Value(const rapidjson::Value& root) {
+    Walk(root, [this](double value) { Double(DecodingTo(value)); });
+}
+
+void ValuePacker::SchemaValue(const rapidjson::Value& root) {
+    Walk(root, [this](double value) { SchemaDouble(value); });
+}
+
 ValuePacker::Range ValuePacker::BeginArray(const rapidjson::Value& array) {
     Array(array.Size());
     return {array.Begin(), array.End()};
@@ -129,14 +156,6 @@ ValuePacker::Range ValuePacker::BeginObject(const rapidjson::Value& object) {
     if (count == 0) return {nullptr, nullptr};
     const rapidjson::Value* first = &object.MemberBegin()->name;
     return {first, first + 2 * std::size_t{count}};
-}
-
-bool ValuePacker::JsonText(const char* text) {
-    JsonPool pool;
-    rapidjson::Value value;
-    if (!ParseExactly(text, value, pool)) return false;
-    Value(value);
-    return true;
 }
 
 }  // namespace dataengine::detail

@@ -211,16 +211,17 @@ TEST(Memory, WriterAddsAllItemsOrNone) {
     SmallDocument document;
     Decode(document);
     const Value cells = Json(R"(["a cell of many bytes",[{"a key of many bytes":1.5}]])");
-    const std::function<void(dataengine::PackedFrameWriter&)> additions[] = {
-        [&](auto& writer) { writer.AddTable("a table of many bytes", true, {"ifName"}); },
-        [&](auto& writer) { writer.AddColumn("a column of many bytes", 1, cells); },
-        [&](auto& writer) { writer.AddItems(document); }};
+    using Writer = dataengine::PackedFrameWriter;
+    const std::function<void(Writer&, Writer::Table&)> additions[] = {
+        [&](auto& writer, auto&) { writer.AddTable("a table of many bytes", true, {"ifName"}); },
+        [&](auto&, auto& table) { table.AddColumn("a column of many bytes", 1, cells); },
+        [&](auto& writer, auto&) { writer.AddItems(document); }};
     for (const auto& add : additions) {
         FailEachAllocation([&](const Attempt& attempt) {
-            dataengine::PackedFrameWriter writer("a unit of many bytes");
-            writer.AddTable("ifTable", true, {});
+            Writer writer("a unit of many bytes");
+            Writer::Table table = writer.AddTable("ifTable", true, {});
             const std::string before = writer.Frame();
-            const bool done = attempt([&] { add(writer); });
+            const bool done = attempt([&] { add(writer, table); });
             EXPECT_EQ(writer.Frame() == before, !done);
         });
     }

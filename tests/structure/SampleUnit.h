@@ -19,10 +19,10 @@ constexpr char kOffsets[] = "[0,[3,16,29]]";
 inline dataengine::PackedFrameWriter Written() {
     dataengine::PackedFrameWriter writer("demo");
     writer.AddLeaf("hostname", 1, "r1");
-    writer.AddTable("ifTable", true, {"ifName"});
-    writer.AddColumn("ifName", 1, Json(R"(["Gi0/1","Gi0/2"])"));
-    writer.AddColumn("speed", 3, Json("[1000,2.5]"));
-    writer.AddAttribute("vrf", 1, "blue");
+    auto table = writer.AddTable("ifTable", true, {"ifName"});
+    table.AddColumn("ifName", 1, Json(R"(["Gi0/1","Gi0/2"])"));
+    table.AddColumn("speed", 3, Json("[1000,2.5]"));
+    table.AddAttribute("vrf", 1, "blue");
     return writer;
 }
 

@@ -1,5 +1,6 @@
 #include "structure/PackedFrameWriter.h"
 
+#include <cstring>
 #include <functional>
 #include <random>
 
@@ -62,12 +63,13 @@ class RandomDocument {
     rapidjson::Value Table() {
         static constexpr const char* kHashColumns[] = {
             "null",
-            "18446744073709551615",
-            "-1.5",
+            "[18446744073709551615,922.1227649106431]",
+            "[5.0,-1.5,-0.0,1000000.0,1234567.0,0.1234567]",
             "1e+21",
             R"(["a","\u0000/\n"])",
             R"({"$binary":{"base64":"/w==","subType":"00"}})",
-            R"({"a":[{"b":""},[true]]})"};
+            R"({"a":[{"b":""},[true]],"b":{"$date":{"$numberLong":"5"}}})",
+            R"({"$date":[1000000.0,{"$oid":"0123456789abcdef01234567"}]})"};
         rapidjson::Value table = Item(11);
         table.AddMember("column", Children(), Pool())
             .AddMember("hashSort", random_.OneIn(2), Pool())
@@ -80,9 +82,8 @@ class RandomDocument {
     rapidjson::Document document_;
 };
 
-TEST(Writer, ReportsWhereTheValuesOfTheSampleUnitAre) {
-    EXPECT_EQ(SampleUnit::Written().Offsets(), Json(SampleUnit::kOffsets));
-    EXPECT_EQ(SampleUnit::Written().HeaderLength(), 186);
+std::string PayloadOf(const dataengine::PackedFrameWriter& writer) {
+    return writer.Frame().substr(static_cast<unsigned>(writer.HeaderLength()));
 }
 
 TEST(Writer, PacksEachKindInItsNarrowestForm) {
@@ -96,8 +97,7 @@ TEST(Writer, PacksEachKindInItsNarrowestForm) {
         {"":[{}],"a\u0000":"\u0000"}                     | 82 a0 9180 a26100 a100)")) {
         dataengine::PackedFrameWriter writer("");
         writer.AddLeaf("", 1, Json(row[0]));
-        EXPECT_EQ(writer.Frame().substr(static_cast<unsigned>(writer.HeaderLength())), Hex(row[1]))
-            << row[0];
+        EXPECT_EQ(PayloadOf(writer), Hex(row[1])) << row[0];
     }
     vxJson::Value lookalike;
     lookalike["$binary"] = "/";
@@ -122,11 +122,54 @@ TEST(Writer, WritesDocumentsThatDecodeToThemselves) {
 
 TEST(Writer, FindsTheDoubleThatDecodesToAnother) {
     std::mt19937_64 random(1);
-    for (int i = 0; i < 3000; ++i) {
-        rapidjson::Document document;
-        DecodeLeaf('\xcb' + BigEndian(random(), 8), document);
-        ASSERT_TRUE(RoundTrips(document)) << Text(document);
+    std::vector<std::uint64_t> floats;
+    const auto add = [&](double least, double greatest) {
+        const double value = std::uniform_real_distribution<double>(least, greatest)(random);
+        std::memcpy(&floats.emplace_back(), &value, sizeof value);
+    };
+    for (int i = 0; i < 1000; ++i) {
+        floats.push_back(random());
+        add(9e13, 9e14);
+        add(9.1e14, 1.1e15);  // where a greater float may decode to a lesser double
+        add(1e305, 1.797e308);
     }
+    for (const std::uint64_t bits : floats) {
+        rapidjson::Document document;
+        DecodeLeaf('\xcb' + BigEndian(bits, 8), document);
+        ASSERT_TRUE(RoundTrips(document));
+    }
+}
+
+TEST(Writer, RoundsEachStepOfALongNumber) {
+    // A parser that fuses its multiplications and additions reads another last digit.
+    rapidjson::Document document;
+    DecodeLeaf(Hex("cb 4dfb491000000000"), document);
+    dataengine::PackedFrameWriter writer("");
+    writer.AddItems(document);
+    EXPECT_EQ(PayloadOf(writer), Hex("cb 4dfb491000000002"));
+}
+
+TEST(Writer, PacksADoubleThatNoFloatDecodesToAsItIs) {
+    for (const double number : {922.1227649106431, 362395754518247.0, 1.7e308}) {
+        rapidjson::Document document;
+        document.Parse(R"([{"type":1,"name":"a","value":0}])")[0]["value"] = number;
+        dataengine::PackedFrameWriter writer("");
+        writer.AddItems(document);
+        dataengine::PackedFrameWriter ofLeaf("");
+        ofLeaf.AddLeaf("a", 1, number);
+        EXPECT_EQ(PayloadOf(writer), PayloadOf(ofLeaf)) << number;
+    }
+}
+
+TEST(Writer, ListsColumnsBeforeAttributes) {
+    rapidjson::Document document;
+    document.Parse(R"([{"type":11,"name":"t","hashSort":false,"hashColumns":"[]",
+        "attributes":[{"type":1,"name":"a","value":"abc"}],
+        "column":[{"type":1,"name":"b","value":7},{"type":11,"name":"c"}]}])");
+    dataengine::PackedFrameWriter writer("");
+    writer.AddItems(document);
+    EXPECT_EQ(writer.Offsets(), Json("[[0,0,1]]"));
+    EXPECT_EQ(dataengine::PackedFrameWriter("").Frame(), Hex("01 a0 90"));
 }
 
 TEST(Writer, RejectsBadInputAndStaysUnchanged) {
@@ -140,14 +183,13 @@ TEST(Writer, RejectsBadInputAndStaysUnchanged) {
         EXPECT_EQ(writer.Offsets(), offsets) << message;
     };
     const vxJson::Value time(5ULL, false);
-    rejects(R"(column "c": no table has been added)", [&] { writer.AddColumn("c", 1, {}); });
-    rejects(R"(attribute "c": no table has been added)", [&] { writer.AddAttribute("c", 1, 1); });
-    writer.AddTable("t", false, {});
-    writer.AddColumn("c", 1, {});
-    rejects(R"(column "c": is neither an array nor null)", [&] { writer.AddColumn("c", 1, 1); });
-    rejects(R"(column "c": type 11 marks a table)", [&] { writer.AddColumn("c", 11, {}); });
+    auto table = writer.AddTable("t", false, {});
+    table.AddColumn("c", 1, {});
+    rejects(R"(column "c": is neither an array nor null)", [&] { table.AddColumn("c", 1, 1); });
+    rejects(R"(column "c": type 11 marks a table)", [&] { table.AddColumn("c", 11, {}); });
+    rejects(R"(attribute "c": type 11 marks a table)", [&] { table.AddAttribute("c", 11, 1); });
     rejects(R"(leaf "c": type 11 marks a table)", [&] { writer.AddLeaf("c", 11, 1); });
-    rejects(R"(leaf "c": a time has no packed form)", [&] {
+    rejects(R"(leaf "c": cannot pack a time)", [&] {
         vxJson::Value value;
         value["a"].append(1);
         value["a"].append(time);
@@ -158,9 +200,13 @@ TEST(Writer, RejectsBadInputAndStaysUnchanged) {
         document.Parse(row[0].c_str());
         rejects("document of unit \"unit\": " + row[1], [&] { writer.AddItems(document); });
     }
+    table.AddColumn("d", 1, {});
     writer.AddLeaf("b", 1, 1);
-    writer.AddColumn("d", 1, {});
-    EXPECT_EQ(writer.Offsets(), Json("[0,[1,3],2]"));
+    rejects(R"(column "d": another item was added after the table)",
+            [&] { table.AddColumn("d", 1, {}); });
+    rejects(R"(attribute "d": another item was added after the table)",
+            [&] { table.AddAttribute("d", 1, 1); });
+    EXPECT_EQ(writer.Offsets(), Json("[0,[1,2],3]"));
 }
 
 }  // namespace

@@ -1,10 +1,12 @@
 #pragma once
 
+#include <exception>
 #include <string>
 
 #include "structure/CDEStructureDataHelper.h"
 #include "structure/PackedFrameWriter.h"
 #include "tests/support/SameDocument.h"
+#include "tests/support/Texts.h"
 
 /// Decodes all items of the frame that `writer` holds.
 inline rapidjson::Document DecodedWhole(const dataengine::PackedFrameWriter& writer) {
@@ -23,7 +25,13 @@ inline rapidjson::Document DecodedWhole(const dataengine::PackedFrameWriter& wri
 
 /// Succeeds if a frame of the items of `document` decodes to `document` again.
 inline testing::AssertionResult RoundTrips(const rapidjson::Value& document) {
-    dataengine::PackedFrameWriter writer("unit");
-    writer.AddItems(document);
-    return SameDocument(DecodedWhole(writer), document);
+    testing::AssertionResult result = testing::AssertionSuccess();
+    try {
+        dataengine::PackedFrameWriter writer("unit");
+        writer.AddItems(document);
+        result = SameDocument(DecodedWhole(writer), document);
+    } catch (const std::exception& error) {
+        result = testing::AssertionFailure() << error.what();
+    }
+    return result ? result : result << "\nin " << Text(document);
 }

@@ -94,11 +94,11 @@ class Sheet {
     void AddTo(dataengine::PackedFrameWriter& writer, const std::string& path) const {
         for (const Field& leaf : leaves_) writer.AddLeaf(leaf.name, leaf.type, leaf.value);
         if (columns_.empty()) throw Failure(path, "has no table");
-        writer.AddTable(table_, true, {columns_.front().name});
+        auto table = writer.AddTable(table_, true, {columns_.front().name});
         for (const Field& column : columns_)
-            writer.AddColumn(column.name, column.type, column.value);
+            table.AddColumn(column.name, column.type, column.value);
         for (const Field& attribute : attributes_)
-            writer.AddAttribute(attribute.name, attribute.type, attribute.value);
+            table.AddAttribute(attribute.name, attribute.type, attribute.value);
     }
 
   private:
