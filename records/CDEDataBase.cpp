@@ -12,19 +12,36 @@
 
 using dataengine::detail::BinaryValue;
 using dataengine::detail::NullValue;
+using dataengine::detail::RecordChecksum;
 using dataengine::detail::TimeValue;
 
 namespace {
 
 constexpr std::size_t kErrorLogViewBytes = 1024;
 
-// In the order of EnumDEDataType.
-const std::string* const kTypeNames[] = {
-    &DataEngineNames::TypeName::none,      &DataEngineNames::TypeName::config,
-    &DataEngineNames::TypeName::cmd,       &DataEngineNames::TypeName::sysTable,
-    &DataEngineNames::TypeName::nctTable,  &DataEngineNames::TypeName::parser,
-    &DataEngineNames::TypeName::pingtrace, &DataEngineNames::TypeName::raw,
-};
+/// Not a table: that would be filled at load, after the static objects of a program that contains
+/// the library.
+const std::string& TypeText(int type) {
+    namespace names = DataEngineNames::TypeName;
+    switch (type) {
+        case DEDataTypeConfig:
+            return names::config;
+        case DEDataTypeCmd:
+            return names::cmd;
+        case DEDataTypeSysTable:
+            return names::sysTable;
+        case DEDataTypeNctTable:
+            return names::nctTable;
+        case DEDataTypeParser:
+            return names::parser;
+        case DEDataTypePingTrace:
+            return names::pingtrace;
+        case DEDataTypeRaw:
+            return names::raw;
+        default:
+            return names::none;
+    }
+}
 
 }  // namespace
 
@@ -67,14 +84,13 @@ int CDEDataBase::GetDay() {
 }
 
 std::string CDEDataBase::TypeInt2Str(EnumDEDataType type) {
-    if (type < DEDataTypeNone || type > DEDataTypeRaw) return DataEngineNames::TypeName::none;
-    return *kTypeNames[type];
+    return TypeText(type);
 }
 
 // By value: part of the binary interface. NOLINTNEXTLINE(performance-unnecessary-value-param)
 EnumDEDataType CDEDataBase::TypeStr2Int(std::string text) {
     for (int type = DEDataTypeNone; type <= DEDataTypeRaw; ++type) {
-        if (text == *kTypeNames[type]) return static_cast<EnumDEDataType>(type);
+        if (text == TypeText(type)) return static_cast<EnumDEDataType>(type);
     }
     return DEDataTypeNone;
 }

@@ -12,7 +12,7 @@ CDEDataStructureData::~CDEDataStructureData() = default;
 std::string CDEDataStructureData::GetMetaMD5() {
     const std::string param = GetParam().toString(false);
     const std::string name = GetName();
-    return RecordChecksum(GetDevId() + TypeInt2Str(GetType()) + name + param);
+    return dataengine::detail::RecordChecksum(GetDevId() + TypeInt2Str(GetType()) + name + param);
 }
 
 std::string CDEDataStructureData::GetName() const {

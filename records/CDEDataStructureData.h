@@ -18,6 +18,9 @@ class DATAENGINE_EXPORT CDEDataStructureData : public CDEDataBase {
 
     /// Returns the checksum of the concatenated GetDevId, type text, location and compact JSON text
     /// of the parameters. The text of null parameters is included.
+    ///
+    /// Parameters that print the same text share a key: NaN, the infinities and null; a time and
+    /// the object with the key "$date" that it prints; a binary and the object with "$binary".
     std::string GetMetaMD5() override;
 
     /// Returns the location.

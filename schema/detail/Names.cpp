@@ -5,6 +5,7 @@
 #include "schema/DataEngineNames.h"
 #include "schema/StoreNames.h"
 #include "schema/VariableMappingNames.h"
+#include "schema/detail/Copies.h"
 
 // Each constant is a reference that the linker binds to its string in one array, and the array is
 // filled from a table of texts. An object for each constant took four times as long to load (0.65
@@ -13,15 +14,20 @@
 
 namespace {
 
-// The texts of all groups, in definition order.
-constexpr const char* kTexts[] = {
-#define TEXT(id, text) text,
+using dataengine::detail::CatalogueRow;
+
+// The rows of all groups, in definition order.
+constexpr CatalogueRow kRows[] = {
+#define TEXT(id, text) {#id, text},
 #include "schema/names/VariableMapping.def"
-#define TEXT(id, text) text,
+#define TEXT(id, text) {#id, text},
 #include "schema/names/DataEngine.def"
-#define TEXT(id, text) text,
+#define TEXT(id, text) {#id, text},
+#define COPY(id, model) {#model, nullptr},
 #include "schema/names/Store.def"
 };
+
+constexpr auto kTexts = dataengine::detail::TextsOf(kRows);
 
 struct Names {
     Names() {

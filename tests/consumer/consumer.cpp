@@ -15,9 +15,12 @@
 
 namespace {
 
-// Built before main, from constants of the library, which a static library contributes to the
-// program.
+// Built before main, from constants and calls of the library, which a static library contributes to
+// the program.
 const std::string kQualifiedKey = "record." + DataEngineNames::MetaRecord::devId;
+const std::string kTypeText = CDEDataBase::TypeInt2Str(DEDataTypeCmd);
+const vxJson::Value kNull;
+const std::string kAbsentText = kNull["absent"].asString();
 
 class ProbeRecord : public CDEDataBase {
   public:
@@ -55,6 +58,7 @@ void ReadHeader(const std::string& blob) {
 
 int main() {
     Check(kQualifiedKey == "record.devId", "a constant was not there for a static initialiser");
+    Check(kTypeText == "cmd" && kAbsentText.empty(), "a call in a static initialiser went wrong");
     Check(StoreNames::Operator::gt == "$gt", "a constant of the store names is wrong");
 
     Check(DataEngineVersion() == std::to_string(DATAENGINE_VERSION_MAJOR) + '.' +

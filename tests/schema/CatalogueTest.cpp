@@ -7,6 +7,7 @@
 #include "schema/DataEngineNames.h"
 #include "schema/StoreNames.h"
 #include "schema/VariableMappingNames.h"
+#include "schema/detail/Copies.h"
 
 namespace {
 
@@ -90,6 +91,11 @@ TEST(Catalogue, GivesEachRowAStringOfItsOwn) {
     EXPECT_NE(&Device::vxPathSchema, &DeviceModule::vxPathSchema);
     EXPECT_NE(&VariableMappingNames::order, &VariableMappingNames::order_2);
 }
+
+constexpr dataengine::detail::CatalogueRow kRows[] = {{"a", "1"},     {"a", "2"},     {"b", "3"},
+                                                      {"a", nullptr}, {"b", nullptr}, {"a", "4"}};
+constexpr auto kTexts = dataengine::detail::TextsOf(kRows);
+static_assert(*kTexts[2] == '3' && *kTexts[3] == '2' && *kTexts[4] == '3' && *kTexts[5] == '4');
 
 TEST(Catalogue, IsBuiltBeforeStaticObjects) {
     EXPECT_EQ(copiedBeforeMain, "ObjectTreeNodeDataCache.files");
