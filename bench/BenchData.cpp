@@ -76,7 +76,7 @@ vxJson::Value Scalar(Random& random, int kind) {
         case 5:
             return random.Below(9000);
         case 6:
-            return "IOS-XE Software, Version 17." + random.Number(13);
+            return "router software, release 17." + random.Number(13);
         default:
             return random.Negative(120);
     }

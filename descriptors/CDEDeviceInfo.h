@@ -28,7 +28,7 @@ class DATAENGINE_EXPORT CDEDeviceInfo : public IJsonSerialize {
     void SetDevId(const std::string& devId) { devId_ = devId; }
     /// @}
 
-    /// The device's type number. Set or load it before reading it. @{
+    /// The device's type number. Initially 0. @{
     int GetDevType() const { return devType_; }
     void SetDevType(int devType) { devType_ = devType; }
     /// @}

@@ -23,7 +23,7 @@ class DATAENGINE_EXPORT CDEQueryResultMetaDataOnly : public IJsonSerialize {
     CDEQueryResultMetaDataOnly& operator=(CDEQueryResultMetaDataOnly&& other);
     /// @}
 
-    /// The day of the data, not validated. Set or load it before reading it. @{
+    /// The day of the data, not validated. Initially 0. @{
     int GetDay() const { return day_; }
     void SetDay(int day) { day_ = day; }
     /// @}

@@ -49,7 +49,7 @@ class DATAENGINE_EXPORT CDEQueryResultRawData : public IJsonSerialize {
     void SetTaskId(const std::string& taskId) { taskId_ = taskId; }
     /// @}
 
-    /// The index within the task. Set or load it before reading it. @{
+    /// The index within the task. Initially 0. @{
     int GetTaskIndex() const { return taskIndex_; }
     void SetTaskIndex(int taskIndex) { taskIndex_ = taskIndex; }
     /// @}
@@ -59,7 +59,7 @@ class DATAENGINE_EXPORT CDEQueryResultRawData : public IJsonSerialize {
     void SetExtraId(const std::string& extraId) { extraId_ = extraId; }
     /// @}
 
-    /// The source of the data. Set or load it before reading it. @{
+    /// The source of the data. Initially 0. @{
     int GetDataSource() const { return dataSource_; }
     void SetDataSource(int dataSource) { dataSource_ = dataSource; }
     /// @}

@@ -13,7 +13,7 @@
 /// Thread safety: concurrent reads are safe.
 class DATAENGINE_EXPORT CTimePointIndex {
   public:
-    /// Constructs an unset position with the empty key.
+    /// Constructs position 0 of device 0, with the empty key.
     CTimePointIndex() = default;
 
     /// Constructs the position of a variable. Copies `var`.
@@ -30,12 +30,12 @@ class DATAENGINE_EXPORT CTimePointIndex {
                std::tie(other.devIndex_, other.queryIndex_, other.var_);
     }
 
-    /// The index of the device. Set it before reading it. @{
+    /// The index of the device. Initially 0. @{
     int GetDevIndex() const { return devIndex_; }
     void SetDevIndex(int devIndex) { devIndex_ = devIndex; }
     /// @}
 
-    /// The index of the query. Set it before reading it. @{
+    /// The index of the query. Initially 0. @{
     int GetQueryIndex() const { return queryIndex_; }
     void SetQueryIndex(int queryIndex) { queryIndex_ = queryIndex; }
     /// @}

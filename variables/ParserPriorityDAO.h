@@ -28,7 +28,7 @@ class DATAENGINE_EXPORT ParserPriorityDAO {
     /// beyond 32 bits, such as a time stamp in milliseconds, the low 32 bits remain. Returns true.
     bool LoadFromJson(const vxJson::Value& source);
 
-    /// Returns the device type. Load it before reading it.
+    /// Returns the device type. Initially 0.
     int GetDevType() const { return devType_; }
 
     /// The path of the parser. The getter returns a copy. @{

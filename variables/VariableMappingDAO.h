@@ -54,7 +54,7 @@ class DATAENGINE_EXPORT VariableMappingDAO {
 
     /// Returns the document's identifier.
     std::string GetId() const { return id_; }
-    /// Returns the kind of variable. Load it before reading it.
+    /// Returns the kind of variable. Initially 0.
     EMappingType GetMappingType() const { return mappingType_; }
     /// Returns the path of the mapped variable.
     std::string GetGvPath() const { return gvPath_; }
