@@ -1,6 +1,13 @@
 # dataengine_build_flags(target): sets the warnings and sanitizers of this project's own code. All are
 # private: programs that link the libraries do not inherit them.
+#
+# Stored bytes and decoded documents must not depend on the machine, so floating-point expressions
+# are computed as written: no fused multiply-add, no reordering. These flags of the targets come
+# after those of the build, and undo -ffast-math there.
 function(dataengine_build_flags target)
+    set(exact -fno-fast-math -fno-unsafe-math-optimizations)
+    target_compile_options(${target} PRIVATE ${exact} -ffp-contract=off)
+    target_link_options(${target} PRIVATE ${exact})  # else the linker adds code that drops denormals
     if(DATAENGINE_DEVELOPER)
         target_compile_options(${target} PRIVATE
             -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wold-style-cast

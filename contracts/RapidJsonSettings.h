@@ -24,6 +24,11 @@ static_assert(RAPIDJSON_48BITPOINTER_OPTIMIZATION == 0,
               "libdataengine is built with RAPIDJSON_48BITPOINTER_OPTIMIZATION off");
 #endif
 
+static_assert(RAPIDJSON_ENDIAN == (__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
+                                       ? RAPIDJSON_LITTLEENDIAN
+                                       : RAPIDJSON_BIGENDIAN),
+              "libdataengine is built with the RAPIDJSON_ENDIAN of the machine");
+
 static_assert(std::is_same_v<::rapidjson::SizeType, unsigned>,
               "libdataengine is built without RAPIDJSON_NO_SIZETYPEDEFINE");
 

@@ -77,15 +77,15 @@ class GenericDocument<UTF8<>, dataengine::detail::JsonPool, dataengine::detail::
     /// Does the same for at most 2 * kBlock bytes; kBlock bytes must be readable even if `size` is
     /// smaller. Copies of fixed size make a route table decode 1.3 times as fast.
     static void MakeShortString(Value& value, const char* bytes, SizeType size, Pool& pool) {
-        static_assert(sizeof(Value) == kBlock);
         if (Value::ShortString::Usable(size)) {
-            std::memcpy(static_cast<void*>(&value), bytes, kBlock);
+            // A value is a block or more; its length and flags at the end are written afterwards.
+            static_assert(sizeof(Value) >= kBlock);
+            CopyBlocks(&value, bytes, size);
             StringOf(value, size, pool)[size] = '\0';
             return;
         }
         char* text = StringOf(value, size, pool);
-        std::memcpy(text, bytes, kBlock);
-        if (size > kBlock) std::memcpy(text + size - kBlock, bytes + size - kBlock, kBlock);
+        CopyBlocks(text, bytes, size);
         text[size] = '\0';
     }
 
@@ -110,6 +110,14 @@ class GenericDocument<UTF8<>, dataengine::detail::JsonPool, dataengine::detail::
 
     template <typename Integer>
     static constexpr std::uint64_t kMost = std::uint64_t{std::numeric_limits<Integer>::max()};
+
+    /// Copies `size` bytes, at most 2 * kBlock and at least kBlock.
+    static void CopyBlocks(void* to, const char* bytes, SizeType size) {
+        std::memcpy(to, bytes, kBlock);
+        if (size <= kBlock) return;
+        const std::size_t rest = size - kBlock;
+        std::memcpy(static_cast<char*>(to) + rest, bytes + rest, kBlock);
+    }
 
     /// Makes `value` a string of `size` bytes and returns their address.
     static char* StringOf(Value& value, SizeType size, Pool& pool) {

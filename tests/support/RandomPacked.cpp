@@ -112,7 +112,7 @@ std::string RandomPacked::Bin() {
     std::string bytes;
     while (isOdd_ && OneIn(2)) bytes += kBinParts[Below(std::size(kBinParts))];
     for (const char byte : Bytes()) {
-        const bool isPlain = byte != '"' && byte != '\\' && (byte < 0 || byte >= ' ');
+        const bool isPlain = byte != '"' && byte != '\\' && static_cast<unsigned char>(byte) >= ' ';
         if (isPlain || (isOdd_ && OneIn(4))) bytes += byte;
     }
     return Head(0, 0, 0xc4, 1, bytes.size()) + bytes;
