@@ -10,7 +10,8 @@ template <typename Value>
 Value* FindMember(Value& object, const char* name) {
     if (!object.IsObject()) return nullptr;
     const auto member = object.FindMember(name);
-    return member == object.MemberEnd() ? nullptr : &member->value;
+    const rapidjson::Value::ConstMemberIterator end = object.MemberEnd();  // unambiguous in C++20
+    return member == end ? nullptr : &member->value;
 }
 
 }  // namespace dataengine::detail
