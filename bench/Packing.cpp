@@ -1,14 +1,17 @@
-// The interface table as a document, packed by the library and by hand.
+// The interface table as a document and as JSON values, packed by the library and by hand.
 
 #include <benchmark/benchmark.h>
 
 #include <memory>
 #include <msgpack.hpp>
+#include <string>
+#include <vector>
 
 #include "bench/BenchData.h"
 #include "bench/Cases.h"
 #include "structure/CDEStructureDataHelper.h"
 #include "structure/PackedFrameWriter.h"
+#include "tests/support/Texts.h"
 
 namespace {
 
@@ -57,10 +60,65 @@ void ByHand(benchmark::State& state, const SharedDocument& document) {
     }
 }
 
+/// The columns of the interface table.
+struct Columns {
+    std::vector<std::string> names;
+    std::vector<vxJson::Value> values;
+};
+using SharedColumns = std::shared_ptr<const Columns>;
+
+SharedColumns ValuesOf(const rapidjson::Document& document) {
+    auto columns = std::make_shared<Columns>();
+    for (const rapidjson::Value& column : document[0]["column"].GetArray()) {
+        columns->names.emplace_back(column["name"].GetString());
+        columns->values.push_back(Json(Text(column["value"])));
+    }
+    return columns;
+}
+
+void LibraryFromValues(benchmark::State& state, const SharedColumns& columns) {
+    for (auto _ : state) {
+        dataengine::PackedFrameWriter writer("interfaces");
+        auto table = writer.AddTable("ifTable", false, {});
+        for (std::size_t i = 0; i < columns->names.size(); ++i)
+            table.AddColumn(columns->names[i], 1, columns->values[i]);
+        benchmark::DoNotOptimize(writer);
+    }
+}
+
+void PackCell(Packer& packer, const vxJson::Value& cell) {
+    if (cell.isString()) {
+        const std::string& text = cell.asBinary();
+        packer.pack_str(static_cast<std::uint32_t>(text.size()))
+            .pack_str_body(text.data(), static_cast<std::uint32_t>(text.size()));
+    } else if (cell.isInteger()) {
+        packer.pack(static_cast<std::uint64_t>(cell.asInt64()));
+    } else if (cell.isDouble()) {
+        packer.pack(cell.asDouble());
+    } else {
+        packer.pack(cell.asBool());
+    }
+}
+
+void ByHandFromValues(benchmark::State& state, const SharedColumns& columns) {
+    for (auto _ : state) {
+        msgpack::sbuffer buffer;
+        Packer packer(buffer);
+        for (const vxJson::Value& cells : columns->values) {
+            packer.pack_array(cells.size());
+            for (const vxJson::Value& cell : cells) PackCell(packer, cell);
+        }
+        benchmark::DoNotOptimize(buffer.data());
+    }
+}
+
 }  // namespace
 
 void RegisterPacking() {
     const SharedDocument document = Interfaces();
+    const SharedColumns columns = ValuesOf(*document);
     benchmark::RegisterBenchmark("pack_interfaces/library", Library, document);
     benchmark::RegisterBenchmark("pack_interfaces/packer", ByHand, document);
+    benchmark::RegisterBenchmark("pack_values/library", LibraryFromValues, columns);
+    benchmark::RegisterBenchmark("pack_values/packer", ByHandFromValues, columns);
 }
