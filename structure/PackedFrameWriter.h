@@ -79,7 +79,7 @@ class PackedFrameWriter {
     /// Documents from elsewhere may hold what no frame decodes to. They decode with these
     /// differences:
     /// - A double is rounded to two decimals.
-    /// - A whole double of 9e13 or more that is not among the results of the decoder's inexact
+    /// - A double of 9e13 or more that is not among the results of the decoder's inexact
     ///   arithmetic, such as 362395754518247.0 and most beyond 1e300, decodes to a neighbour, some
     ///   units in the last place away.
     /// - NaN and the infinities become null.

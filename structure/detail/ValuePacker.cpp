@@ -35,13 +35,14 @@ double Decoded(double value, JsonPool& pool) {
 
 /// Returns a double that decodes to `wanted`, or `wanted` if there is none.
 ///
-/// Doubles of two decimals decode to themselves as long as the parser accumulates their digits in
-/// an integer. It accumulates the later digits of longer texts in a double, so that the result is
-/// some units in the last place off: at most two below 1e16, where a greater double may decode to a
-/// lesser one, and from there on nearly the same number for neighbours. The search corrects each
-/// candidate by the error that it shows, which takes about five steps instead of hundreds.
+/// The parser accumulates the first digits of a text in an integer, and those after 2^53 or more in
+/// a double, with an error for each. Below 2^53 / 10 every double to which any float64 decodes
+/// decodes to itself. Below 1e16 the float64 is at most one unit in the last place away, but a
+/// greater one may decode to a lesser double. From there on it is up to some tens of units away,
+/// and nearly as many for neighbours: the search corrects each candidate by the error that it
+/// shows, which takes about five steps.
 double DecodingTo(double wanted) {
-    constexpr double kExact = 9e13;  // below 2^53 / 100
+    constexpr double kExact = 9e14;
     constexpr double kOrdered = 1e16;
     if (!(std::fabs(wanted) >= kExact) || std::isinf(wanted)) return wanted;
 
@@ -51,7 +52,7 @@ double DecodingTo(double wanted) {
         return BitsOf(Decoded(FromBits(candidate), pool)) - target;
     };
     if (std::fabs(wanted) < kOrdered) {
-        for (const int distance : {0, 1, -1, 2, -2}) {
+        for (const int distance : {0, 1, -1}) {
             if (errorOf(target + distance) == 0) return FromBits(target + distance);
         }
         return wanted;
