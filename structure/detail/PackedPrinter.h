@@ -3,10 +3,9 @@
 #include <algorithm>
 #include <charconv>
 #include <cstdint>
-#include <string>
 #include <string_view>
-#include <utility>
 
+#include "structure/detail/ByteBuffer.h"
 #include "structure/detail/PackedBytes.h"
 
 namespace dataengine::detail {
@@ -36,7 +35,7 @@ class PackedPrinter {
     /// Returns the text so far. The characters are followed by a zero byte.
     std::string_view Text() {
         *Reserve(1) = '\0';
-        return {buffer_.data(), size_};
+        return buffer_.Bytes();
     }
 
     using Place = bool;  // unused: the printer keeps no state for a container
@@ -69,12 +68,8 @@ class PackedPrinter {
     void EndMap(Place) { Put("}"); }
 
   private:
-    /// Ensures space for `count` more bytes and returns its start.
-    char* Reserve(std::size_t count) {
-        if (buffer_.size() - size_ < count) buffer_.resize(2 * buffer_.size() + count + 256);
-        return &buffer_[size_];
-    }
-    void SetEnd(const char* end) { size_ = static_cast<std::size_t>(end - buffer_.data()); }
+    char* Reserve(std::size_t count) { return buffer_.Reserve(count); }
+    void SetEnd(const char* end) { buffer_.SetEnd(end); }
 
     bool Put(std::string_view text) {
         char* const at = Reserve(text.size());
@@ -83,7 +78,9 @@ class PackedPrinter {
     }
     /// Separates elements. A value's text never ends in an opening bracket, so one at the end
     /// belongs to the container, and its first element follows.
-    bool Separate(char opening) { return size_ == 0 || buffer_[size_ - 1] == opening || Put(", "); }
+    bool Separate(char opening) {
+        return buffer_.Size() == 0 || buffer_.Bytes().back() == opening || Put(", ");
+    }
     template <typename... Arguments>
     bool PutNumber(Arguments... arguments) {
         constexpr std::size_t kLongest = 320;  // the greatest double has 309 integer digits
@@ -93,8 +90,7 @@ class PackedPrinter {
     }
 
     FloatStyle style_;
-    std::string buffer_;  // larger than the text in it
-    std::size_t size_ = 0;
+    ByteBuffer buffer_;
 };
 
 }  // namespace dataengine::detail
