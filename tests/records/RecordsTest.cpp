@@ -89,17 +89,18 @@ TEST(Records, HaveATypeWithATextBothWays) {
     EXPECT_EQ(CDEDataStructureData().GetType(), DEDataTypeNone);
 }
 
-TEST(Records, StartWithTheirDefaults) {
+TEST(Records, TakeTheDayOfTheMonthInUtc) {
     CDEDataBase record;
-    EXPECT_EQ(record.GetDataSource(), -1);
-    EXPECT_TRUE(record.GetIsUpdateDataStatus());
-    EXPECT_FALSE(record.IsNeedTrigger());
-    record.SetTriggerKey("key");
-    EXPECT_TRUE(record.IsNeedTrigger());
-    record.SetTime(1709251199999);  // the last millisecond of 29 February 2024
-    EXPECT_EQ(record.GetDay(), 29);
-    record.SetTime(record.GetTime() + 1);
-    EXPECT_EQ(record.GetDay(), 1);
+    const struct {
+        long long midnight;
+        int dayBefore;
+    } rows[] = {{0, 31}, {1709251200000, 29}, {1759276800000, 30}, {4107542400000, 28}};
+    for (const auto& [midnight, dayBefore] : rows) {
+        record.SetTime(midnight);
+        EXPECT_EQ(record.GetDay(), 1) << midnight;
+        record.SetTime(midnight - 1);
+        EXPECT_EQ(record.GetDay(), dayBefore) << midnight;
+    }
 }
 
 TEST(Records, KnowTheKindsOfTheirTasks) {
@@ -185,6 +186,8 @@ TEST(Records, TakeADataKeyWhileAViewIsBuilt) {
 
 TEST(Records, HaveTheViewsThatStoresReceive) {
     CDEDataBase blank;
+    EXPECT_EQ(blank.GetDataSource(), -1);
+    EXPECT_TRUE(blank.GetIsUpdateDataStatus());
     blank.SetProperties(Json("[]"));
     CDeviceIdentifier device = Device("router1");
     CDEDataStructureData full(device, DEDataTypeParser);

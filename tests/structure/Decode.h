@@ -13,9 +13,10 @@
 inline std::string DecodeLeaf(const std::string& bytes, rapidjson::Document& document) {
     static const vxJson::Value schema = Json(R"([{"name":"leaf","type":1,"index":0}])");
     static const vxJson::Value offsets = Json("[0]");
+    const std::vector<char> exact = ExactBuffer(bytes);
     return EndingOf([&] {
-        return CDEStructureDataHelper::ParseBinaryDataToJson(bytes.data(),
-                                                             static_cast<int>(bytes.size()), schema,
+        return CDEStructureDataHelper::ParseBinaryDataToJson(exact.data(),
+                                                             static_cast<int>(exact.size()), schema,
                                                              offsets, vxJson::Value(), document);
     });
 }

@@ -1,17 +1,10 @@
 #include "structure/CDEStructureDataHelper.h"
-#include "tests/structure/SampleUnit.h"
 #include "tests/support/BothDecoders.h"
 #include "tests/support/RandomPacked.h"
 #include "tests/support/Rows.h"
+#include "tests/support/Texts.h"
 
 namespace {
-
-TEST(Header, ReadsASampleUnit) {
-    const Header header = ReadHeader(SampleUnit::Header() + SampleUnit::Payload());
-    EXPECT_EQ(header.name, "demo");
-    EXPECT_EQ(header.offset, 186);
-    EXPECT_EQ(header.schema, Json(SampleUnit::kSchema));
-}
 
 TEST(Header, ReplacesOnlyTheOutputsReadBeforeAFailure) {
     for (const auto& row : RowsOf(TEST_DATA "/headers.txt")) {
@@ -59,7 +52,7 @@ TEST(Header, BuildsTheSameSchemaAsTheTextRoute) {
         if (built.ending != "true" || built.schema.isNull()) continue;
         packed.resize(static_cast<std::size_t>(built.offset) - 2);
         const Header text = ReadHeader(Hex("01 a0 92") + packed + Hex("ca 3f 00 00 00"));
-        ASSERT_EQ(built.schema, std::as_const(text.schema)[0]) << testing::PrintToString(packed);
+        ASSERT_EQ(built.schema, std::as_const(text.schema)[0]) << HexText(packed);
     }
 }
 

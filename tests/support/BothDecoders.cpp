@@ -1,7 +1,5 @@
 #include "tests/support/BothDecoders.h"
 
-#include <iomanip>
-
 #include "structure/CDEStructureDataHelper.h"
 #include "tests/support/SameDocument.h"
 #include "tests/support/TextRoute.h"
@@ -20,10 +18,11 @@ testing::AssertionResult SameDecodingOnBothDecoders(const std::string& buffer,
                                                     const vxJson::Value& schema,
                                                     const vxJson::Value& offsets,
                                                     const vxJson::Value& fields) {
+    const std::vector<char> exact = ExactBuffer(buffer);
     const auto endingBy = [&](const auto& parse, rapidjson::Document& out) {
         out.SetInt(kUntouched);
         return EndingOf([&] {
-            return parse(buffer.data(), static_cast<int>(buffer.size()), schema, offsets, fields,
+            return parse(exact.data(), static_cast<int>(exact.size()), schema, offsets, fields,
                          out);
         });
     };
@@ -36,11 +35,9 @@ testing::AssertionResult SameDecodingOnBothDecoders(const std::string& buffer,
                                                   << "ends with " << libraryEnding
                                                   << ", the text route with " << textEnding;
     if (same) return same;
-    same << "\nof the bytes" << std::hex << std::setfill('0');
-    for (const char byte : buffer)
-        same << ' ' << std::setw(2) << int{static_cast<unsigned char>(byte)};
-    return same << "\nwith the schema " << schema.toString(false) << "\nthe offsets "
-                << offsets.toString(false) << "\nand the selection " << fields.toString(false);
+    return same << "\nof the bytes " << HexText(buffer) << "\nwith the schema "
+                << schema.toString(false) << "\nthe offsets " << offsets.toString(false)
+                << "\nand the selection " << fields.toString(false);
 }
 
 testing::AssertionResult SameValueOnBothDecoders(const std::string& packed) {

@@ -17,9 +17,10 @@ inline rapidjson::Document DecodedWhole(const dataengine::PackedFrameWriter& wri
     rapidjson::Document document;
     CDEStructureDataHelper::GetBinaryDataInfo(frame, name, schema, header);
     EXPECT_EQ(header, writer.HeaderLength());
+    const std::vector<char> payload = ExactBuffer(frame.substr(static_cast<std::size_t>(header)));
     EXPECT_TRUE(CDEStructureDataHelper::ParseBinaryDataToJson(
-        frame.data() + header, static_cast<int>(frame.size()) - header, schema, writer.Offsets(),
-        vxJson::Value(), document));
+        payload.data(), static_cast<int>(payload.size()), schema, writer.Offsets(), vxJson::Value(),
+        document));
     return document;
 }
 

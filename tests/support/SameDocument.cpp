@@ -1,5 +1,6 @@
 #include "tests/support/SameDocument.h"
 
+#include <cstddef>
 #include <cstdio>
 #include <string>
 
@@ -10,7 +11,7 @@ std::string Described(const rapidjson::Value& value) {
     if (value.IsNull()) return "null";
     if (value.IsBool()) return value.GetBool() ? "true" : "false";
     if (value.IsString())
-        return "string " + std::string(value.GetString(), value.GetStringLength());
+        return "string " + std::string(value.GetString(), value.GetStringLength() + std::size_t{1});
     if (value.IsArray()) return "array of " + std::to_string(value.Size());
     if (value.IsObject()) return "object of " + std::to_string(value.MemberCount());
     char digits[40];

@@ -9,6 +9,7 @@
 #include <sstream>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 /// Parses a JSON text. Throws std::invalid_argument if it is not JSON.
 inline vxJson::Value Json(const std::string& text) {
@@ -39,6 +40,21 @@ inline std::string Hex(const std::string& digits) {
         pair.clear();
     }
     return bytes;
+}
+
+/// Returns bytes as hexadecimal digits.
+inline std::string HexText(const std::string& bytes) {
+    std::string text;
+    for (const char byte : bytes) {
+        for (const int shift : {4, 0}) text += "0123456789abcdef"[(byte >> shift) & 15];
+        text += ' ';
+    }
+    return text;
+}
+
+/// Returns bytes in a buffer that ends with them, so that sanitizers notice a read past the end.
+inline std::vector<char> ExactBuffer(const std::string& bytes) {
+    return {bytes.begin(), bytes.end()};
 }
 
 /// Returns the lowest `count` bytes of a number, most significant first.

@@ -74,8 +74,10 @@ class Transfer {
         return object;
     }
 
-    void ExpectFields(const Value& shown, const Value& expected) const {
-        for (const auto& row : rows_) EXPECT_EQ(shown[row[0]], expected[row[0]]) << row[0];
+    /// `when` names the step in a failure.
+    void ExpectFields(const std::string& when, const Value& shown, const Value& expected) const {
+        for (const auto& row : rows_)
+            EXPECT_EQ(shown[row[0]], expected[row[0]]) << row[0] << ' ' << when;
     }
 
     /// Loads the documents one by one. Returns whether all were loaded.
@@ -96,8 +98,8 @@ class Transfer {
     }
 
     void CheckLoads() const {
-        ExpectFields(Loaded({Column(2), Column(3)}), Column(5));
-        ExpectFields(Loaded({Column(2), Json("{}")}), Column(6));
+        ExpectFields("after a second load", Loaded({Column(2), Column(3)}), Column(5));
+        ExpectFields("after a load of {}", Loaded({Column(2), Json("{}")}), Column(6));
     }
 
     void CheckMoves() const {
@@ -105,13 +107,13 @@ class Transfer {
         Load(source, {Column(3)});
         const Value before = show_(source);
         T built(std::move(source));
-        ExpectFields(show_(built), before);
-        ExpectFields(show_(source), Column(7));
+        ExpectFields("of a move", show_(built), before);
+        ExpectFields("moved from", show_(source), Column(7));
         source = std::move(built);
-        ExpectFields(show_(built), Column(7));
+        ExpectFields("moved from by assignment", show_(built), Column(7));
         T& self = source;
         if constexpr (std::is_copy_constructible_v<T>) source = std::move(self);
-        ExpectFields(show_(source), before);
+        ExpectFields("of a move by assignment, to itself too", show_(source), before);
     }
 
     /// Expects a value of the wrong kind to stop the load: fields before it are new, the others
@@ -127,7 +129,7 @@ class Transfer {
                 const bool loads = Load(object, {Column(2), document});
                 EXPECT_EQ(loads,
                           (" " + kind[1] + " ").find(" " + row[1] + " ") == std::string::npos);
-                if (!loads) ExpectFields(show_(object), expected);
+                if (!loads) ExpectFields("after the error", show_(object), expected);
             }
             expected[row[0]] = Column(5)[row[0]];
         }
@@ -150,8 +152,8 @@ class Transfer {
         }
         const Value saved = Saved(fresh, target);
         EXPECT_EQ(saved["keep"], Value(1));
-        ExpectFields(saved, expected);
-        ExpectFields(Saved(Json(saved.toString(false)), target), expected);
+        ExpectFields("saved", saved, expected);
+        ExpectFields("saved again", Saved(Json(saved.toString(false)), target), expected);
         // Every key is written, whatever its field holds.
         EXPECT_EQ(Saved(Json("{}"), target).size(), expected.size());
     }
