@@ -47,6 +47,8 @@ inline bool ParseValue(const std::string& text, vxJson::Value& value) {
 //                    VxUtil need not have that
 //   BoolValue, EmptyArray, EmptyObject
 //                    values that no assignment makes
+//   OwnText          the string of a value where it is stored, or null if the value is of another
+//                    kind or its VxUtil lends no strings
 //   VisitValue       reports the parts of a value to a visitor, in order, keys before their values.
 //                    Depth is bounded by memory only. The visitor has these members:
 //
@@ -67,6 +69,10 @@ inline vxJson::Value EmptyArray() {
 }
 inline vxJson::Value EmptyObject() {
     return vxJson::Value(vxJson::objectKind, false);
+}
+
+inline const std::string* OwnText(const vxJson::Value& value) {
+    return value.isString() ? &value.asBinary() : nullptr;
 }
 
 /// An array or object in the course of a visit.
@@ -149,6 +155,10 @@ inline vxJson::Value EmptyObject() {
     vxJson::Value parsed = NullValue();
     ParseValue("{}", parsed);
     return parsed;
+}
+
+inline const std::string* OwnText(const vxJson::Value&) {
+    return nullptr;
 }
 
 /// An array or object in the course of a visit, and the parsed form of its text.

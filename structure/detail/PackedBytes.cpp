@@ -69,23 +69,24 @@ constexpr Heads MakeHeads() {
 constexpr Heads kPackedHeads = MakeHeads();
 
 void PackedBytes::Skip(std::uint64_t count) {
-    for (; count != 0; --count) {
-        const PackedHead& head = Head();
-        switch (head.kind) {
-            case PackedKind::kStr:
-            case PackedKind::kBin:
-            case PackedKind::kExt:
-                TakeBytes(TakeLength(head));
-                break;
-            case PackedKind::kArray:
-                count += TakeLength(head);
-                break;
-            case PackedKind::kMap:
-                count += 2 * TakeLength(head);
-                break;
-            default:
-                next_ += head.size;
-        }
+    for (; count != 0; --count) count += SkipHead();
+}
+
+std::uint64_t PackedBytes::SkipHead() {
+    const PackedHead& head = Head();
+    switch (head.kind) {
+        case PackedKind::kStr:
+        case PackedKind::kBin:
+        case PackedKind::kExt:
+            TakeBytes(TakeLength(head));
+            return 0;
+        case PackedKind::kArray:
+            return TakeLength(head);
+        case PackedKind::kMap:
+            return 2 * TakeLength(head);
+        default:
+            next_ += head.size;
+            return 0;
     }
 }
 

@@ -108,6 +108,8 @@ class PackedBytes {
 
     /// Skips `count` whole values.
     void Skip(std::uint64_t count = 1);
+    /// Skips a scalar, or the head of a container. Returns the number of values in the container.
+    std::uint64_t SkipHead();
 
   private:
     static unsigned char FirstByte(const char* bytes) { return static_cast<unsigned char>(*bytes); }

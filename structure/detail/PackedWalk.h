@@ -6,6 +6,34 @@
 
 namespace dataengine::detail {
 
+/// Takes a scalar with this head and reports it to a handler of PackedWalk. Returns what the
+/// handler returns.
+template <typename Handler>
+bool TakeScalar(PackedBytes& bytes, const PackedHead& head, Handler& handler) {
+    switch (head.kind) {
+        case PackedKind::kInteger:
+            return handler.Integer(bytes.TakeInteger(head));
+        case PackedKind::kFloat32:
+        case PackedKind::kFloat64:
+            return handler.Float(bytes.TakeFloat(head));
+        case PackedKind::kStr:
+        case PackedKind::kBin: {
+            const auto size = static_cast<std::size_t>(bytes.TakeLength(head));
+            const char* const text = bytes.TakeBytes(size);
+            return head.kind == PackedKind::kStr ? handler.Str(text, size)
+                                                 : handler.Bin(text, size);
+        }
+        case PackedKind::kBoolean:
+            return handler.Boolean(bytes.TakeBoolean());
+        case PackedKind::kExt:
+            bytes.TakeBytes(bytes.TakeLength(head));
+            return handler.Ext();
+        default:
+            bytes.TakeNil();
+            return handler.Nil();
+    }
+}
+
 /// Reads one packed value in one pass and reports its parts to a handler in the order of the bytes.
 /// The handler is a class with these members:
 ///
@@ -46,7 +74,7 @@ class PackedWalk {
                 Enter(bytes_.TakeLength(head), false);
             } else if (head.kind == PackedKind::kMap) {
                 Enter(bytes_.TakeLength(head), true);
-            } else if (!Scalar(head)) {
+            } else if (!TakeScalar(bytes_, head, handler_)) {
                 return false;
             }
         }
@@ -65,31 +93,6 @@ class PackedWalk {
     bool Announce(PackedKind kind) {
         if (!isMap_) return handler_.Element();
         return remaining_ % 2 == 0 ? handler_.Key(kind) : handler_.Value();
-    }
-
-    bool Scalar(const PackedHead& head) {
-        switch (head.kind) {
-            case PackedKind::kInteger:
-                return handler_.Integer(bytes_.TakeInteger(head));
-            case PackedKind::kFloat32:
-            case PackedKind::kFloat64:
-                return handler_.Float(bytes_.TakeFloat(head));
-            case PackedKind::kStr:
-            case PackedKind::kBin: {
-                const auto size = static_cast<std::size_t>(bytes_.TakeLength(head));
-                const char* const text = bytes_.TakeBytes(size);
-                return head.kind == PackedKind::kStr ? handler_.Str(text, size)
-                                                     : handler_.Bin(text, size);
-            }
-            case PackedKind::kBoolean:
-                return handler_.Boolean(bytes_.TakeBoolean());
-            case PackedKind::kExt:
-                bytes_.TakeBytes(bytes_.TakeLength(head));
-                return handler_.Ext();
-            default:
-                bytes_.TakeNil();
-                return handler_.Nil();
-        }
     }
 
     void Enter(std::uint64_t count, bool isMap) {

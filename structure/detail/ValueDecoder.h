@@ -1,12 +1,12 @@
 #pragma once
 
-#include <cstddef>
-
 #include "documents/RawValues.h"
+#include "structure/detail/PackedBytes.h"
 
 namespace dataengine::detail {
 
-/// Decodes the packed value at the start of `size` bytes into a rapidjson value in `pool`.
+/// Decodes the next packed value into the null `value`, with its content in `pool`. The bytes then
+/// begin after it.
 ///
 /// The result equals printing the value with two decimals and parsing that text: integers are
 /// exact, floats have two decimals, a str keeps every byte. A value that JSON text cannot express
@@ -15,10 +15,11 @@ namespace dataengine::detail {
 ///   no bin with '"', '\' or a control byte   bytes -> PackedWalk -> values in the pool
 ///   otherwise                                bytes -> PackedPrinter -> text -> ParseJson
 ///
-/// Memory use is bounded by the size of the input, depth by memory only.
+/// Memory use is bounded by the size of the packed value, depth by memory only.
 ///
 /// Throws msgpack::insufficient_bytes if the bytes end within the value, msgpack::parse_error at a
-/// byte that does not start a value, std::bad_alloc if the pool cannot grow.
-rapidjson::Value DecodeValue(const char* bytes, std::size_t size, JsonPool& pool);
+/// byte that does not start a value, std::bad_alloc if the pool cannot grow. `value` is then
+/// unspecified.
+void DecodeValue(PackedBytes& bytes, rapidjson::Value& value, JsonPool& pool);
 
 }  // namespace dataengine::detail

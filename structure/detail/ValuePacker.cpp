@@ -28,7 +28,9 @@ double FromBits(std::int64_t bits) {
 double Decoded(double value, JsonPool& pool) {
     ByteBuffer bytes;
     ValuePacker(bytes).Double(value);
-    const rapidjson::Value decoded = DecodeValue(bytes.Bytes().data(), bytes.Size(), pool);
+    PackedBytes packed(bytes.Bytes().data(), bytes.Size());
+    rapidjson::Value decoded;
+    DecodeValue(packed, decoded, pool);
     constexpr double kInfinity = std::numeric_limits<double>::infinity();
     return decoded.IsNull() ? std::copysign(kInfinity, value) : decoded.GetDouble();
 }

@@ -1,0 +1,106 @@
+#include "structure/detail/DecodePlan.h"
+
+#include <msgpack.hpp>
+#include <new>
+#include <utility>
+
+namespace dataengine::detail {
+
+/// Records the reports of a SelectionWalk.
+class DecodePlan::Recorder {
+  public:
+    static constexpr bool kTablesByName = true;
+
+    explicit Recorder(std::vector<Step>& steps) : steps_(steps) {}
+
+    void Items(std::size_t most) { AddNumber(Kind::kItems, most); }
+    void Found(std::string_view name) { name_ = name; }
+    void Leaf(const ItemHead& head) { AddItem(Kind::kLeaf, head); }
+    void BeginTable(const ItemHead& head) {
+        AddItem(Kind::kBeginTable, head);
+        table_ = head.name;
+        name_.clear();
+    }
+    void Columns(std::size_t most) { AddNumber(Kind::kColumns, most); }
+    void Attributes(std::size_t most) { AddNumber(Kind::kAttributes, most); }
+    void Child(const ItemHead& head) { AddItem(Kind::kChild, head); }
+    void EndChildren() { name_.clear(); }
+    void HashSort(bool value) { AddNumber(Kind::kHashSort, value ? 1 : 0); }
+    void HashColumns(std::string text) {
+        steps_.push_back({Kind::kHashColumns, 0, 0, 0, std::move(text)});
+    }
+    void EndTable() {
+        AddNumber(Kind::kEndTable, 0);
+        table_.clear();
+    }
+
+    /// Returns the name of the item that the walk read last, or of the table and its child.
+    std::string Path() const {
+        return table_.empty() || name_.empty() ? table_ + name_ : table_ + '.' + name_;
+    }
+
+  private:
+    void AddNumber(Kind kind, std::size_t number) { steps_.push_back({kind, number, 0, 0, {}}); }
+    void AddItem(Kind kind, const ItemHead& head) {
+        steps_.push_back({kind, 0, head.type, head.index, std::string(head.name)});
+    }
+
+    std::vector<Step>& steps_;
+    std::string table_;  // empty outside of a table
+    std::string name_;
+};
+
+DecodePlan::DecodePlan(const vxJson::Value& schema, const vxJson::Value& selection) {
+    if (!schema.isArray()) return;
+    Recorder recorder(steps_);
+    try {
+        fits_ = SelectionWalk(schema, recorder).Run(selection);
+        return;
+    } catch (const std::bad_alloc&) {
+        throw;
+    } catch (const Error& error) {
+        failure_ = std::make_exception_ptr(Error(recorder.Path() + ": " + error.what()));
+    } catch (...) {
+        failure_ = std::current_exception();
+    }
+    fits_ = true;
+}
+
+bool DecodePlan::Run(DocumentBuilder& builder) const {
+    if (!fits_) return false;
+    try {
+        for (const Step& step : steps_) Report(step, builder);
+    } catch (const msgpack::unpack_error&) {
+        throw;
+    } catch (const Error& error) {
+        throw Error(builder.Path() + ": " + error.what());
+    }
+    if (failure_) std::rethrow_exception(failure_);
+    return true;
+}
+
+void DecodePlan::Report(const Step& step, DocumentBuilder& builder) {
+    const ItemHead head = {step.text, step.type, step.index};
+    switch (step.kind) {
+        case Kind::kItems:
+            return builder.Items(step.number);
+        case Kind::kLeaf:
+            return builder.Leaf(head);
+        case Kind::kBeginTable:
+            return builder.BeginTable(head);
+        case Kind::kColumns:
+            return builder.Columns(step.number);
+        case Kind::kAttributes:
+            return builder.Attributes(step.number);
+        case Kind::kChild:
+            return builder.Child(head);
+        case Kind::kHashSort:
+            return builder.HashSort(step.number != 0);
+        case Kind::kHashColumns:
+            return builder.HashColumns(step.text);
+        case Kind::kEndTable:
+            return builder.EndTable();
+    }
+}
+
+}  // namespace dataengine::detail

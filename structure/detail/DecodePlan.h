@@ -1,0 +1,62 @@
+#pragma once
+
+#include <VxUtil/vxJson.h>
+
+#include <cstddef>
+#include <exception>
+#include <string>
+#include <vector>
+
+#include "structure/detail/DocumentBuilder.h"
+#include "structure/detail/SelectionWalk.h"
+
+namespace dataengine::detail {
+
+/// What a selection comes to in one schema, worked out once: the reports of a SelectionWalk, and
+/// the exception that ended it, if any. It refers neither to the schema nor to the selection.
+class DecodePlan {
+  public:
+    /// A plan that decodes nothing.
+    DecodePlan() = default;
+
+    /// Throws std::bad_alloc only; other exceptions are for Run.
+    DecodePlan(const vxJson::Value& schema, const vxJson::Value& selection);
+
+    /// Builds the document of the selection. Returns false without a call of the builder if the
+    /// selection does not fit the schema. Throws what the walk would have thrown, after the items
+    /// before it.
+    bool Run(DocumentBuilder& builder) const;
+
+  private:
+    class Recorder;
+
+    enum class Kind : unsigned char {
+        kItems,
+        kLeaf,
+        kBeginTable,
+        kColumns,
+        kAttributes,
+        kChild,
+        kHashSort,
+        kHashColumns,
+        kEndTable
+    };
+
+    /// A report. Its text is the name of an item or the text of "hashColumns"; its number is a most
+    /// number of items, or a flag.
+    struct Step {
+        Kind kind;
+        std::size_t number;
+        int type;
+        int index;
+        std::string text;
+    };
+
+    static void Report(const Step& step, DocumentBuilder& builder);
+
+    bool fits_ = false;
+    std::vector<Step> steps_;
+    std::exception_ptr failure_;
+};
+
+}  // namespace dataengine::detail

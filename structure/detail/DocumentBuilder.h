@@ -1,0 +1,93 @@
+#pragma once
+
+#include <VxUtil/vxJson.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <string>
+#include <string_view>
+
+#include "documents/RawValues.h"
+#include "structure/detail/SelectionWalk.h"
+
+namespace dataengine::detail {
+
+/// Builds the document of a selection: decodes each value when its item is reported. A handler of
+/// SelectionWalk.
+///
+/// After an exception the document holds the items before the one that failed.
+class DocumentBuilder {
+  public:
+    static constexpr bool kTablesByName = false;
+
+    /// `bytes` and `size` are those from which the offsets count. `limit` is the number of packed
+    /// bytes that may be read, counted for each value that is decoded. All arguments must outlive
+    /// the builder.
+    DocumentBuilder(const char* bytes, std::size_t size, const vxJson::Value& offsets,
+                    rapidjson::Document& document,
+                    std::uint64_t limit = std::numeric_limits<std::uint64_t>::max())
+        : bytes_(bytes),
+          size_(size),
+          offsets_(offsets),
+          document_(document),
+          pool_(document.GetAllocator()),
+          left_(limit) {}
+
+    void Items(std::size_t most) {
+        document_.SetArray();
+        Reserve(document_, most);
+    }
+    void Found(std::string_view) {}
+    void Leaf(const ItemHead& head) { AddLeaf(head, offsets_, document_); }
+    void BeginTable(const ItemHead& head);
+    void Columns(std::size_t most);
+    void Attributes(std::size_t most);
+    void Child(const ItemHead& head);
+    void EndChildren() {}
+    void HashSort(bool value);
+    void HashColumns(const std::string& text);
+    void EndTable();
+
+    /// Returns the name of the leaf, or the names of the table and of its child, reported last. The
+    /// names must still exist.
+    std::string Path() const;
+    /// Returns the offset of the value decoded last.
+    int Offset() const { return offset_; }
+    /// Returns whether the limit has ended the decoding of that value.
+    bool LimitReached() const { return left_ < BytesAt(offset_); }
+
+  private:
+    void Reserve(rapidjson::Value& array, std::size_t most);
+    void BeginChildren(int member, std::size_t most);
+    rapidjson::Value* MakeItem(rapidjson::Value& item, rapidjson::SizeType members,
+                               const ItemHead& head);
+    void AddLeaf(const ItemHead& head, const vxJson::Value& offsets, rapidjson::Value& list);
+    void Decode(int offset, rapidjson::Value& value);
+    bool Contains(int offset) const {
+        return offset >= 0 && static_cast<std::size_t>(offset) <= size_;
+    }
+    std::size_t BytesAt(int offset) const {
+        return Contains(offset) ? size_ - static_cast<std::size_t>(offset) : 0;
+    }
+
+    const char* bytes_;
+    std::size_t size_;
+    const vxJson::Value& offsets_;
+    rapidjson::Document& document_;
+    JsonPool& pool_;
+    std::uint64_t left_;  // packed bytes that may still be read
+
+    // The table being built.
+    std::string_view tableName_;
+    rapidjson::Value table_;
+    rapidjson::Value* cells_ = nullptr;     // its members: names and values in turn
+    rapidjson::Value* children_ = nullptr;  // its list being built
+    const vxJson::Value* tableOffsets_ = nullptr;
+
+    // The item reported last, and the offset of its value.
+    std::string_view name_;
+    int offset_ = 0;
+};
+
+}  // namespace dataengine::detail
