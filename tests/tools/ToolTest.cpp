@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -15,18 +16,22 @@ struct Outcome {
     std::string err;
 };
 
-/// Runs command lines in a new directory, which prepare.sh fills.
+/// Runs command lines in a new directory, which prepare.sh fills and a test that passes removes.
 class Tool : public testing::Test {
   protected:
     void SetUp() override {
         const testing::TestInfo& info = *testing::UnitTest::GetInstance()->current_test_info();
-        directory_ = std::string(SCRATCH_DIRECTORY "/") + info.name();
+        directory_ = std::string(SCRATCH_DIRECTORY "/") + info.name() + std::to_string(getpid());
         std::filesystem::remove_all(directory_);
         std::filesystem::create_directories(directory_);
         setenv("PATH", (PROGRAM_DIRECTORY ":" + std::string(getenv("PATH"))).c_str(), 1);
         for (const char* variable : {"COLUMNS", "NO_COLOR"}) unsetenv(variable);
         const Outcome prepared = Run("sh '" TEST_DATA "/prepare.sh' '" SOURCE_DIRECTORY "'");
         ASSERT_EQ(prepared.status, 0) << prepared.err;
+    }
+
+    void TearDown() override {
+        if (!HasFailure()) std::filesystem::remove_all(directory_);
     }
 
     /// Runs the commands from a file, so that they may contain any quotation marks.
