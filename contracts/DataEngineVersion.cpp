@@ -1,5 +1,5 @@
 #include "contracts/DataEngineVersion.h"
 
-const char* DataEngineVersion() noexcept {
+const char* dataengine::Version() noexcept {
     return DATAENGINE_VERSION;
 }

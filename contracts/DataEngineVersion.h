@@ -7,6 +7,10 @@
 #define DATAENGINE_VERSION_MINOR 0
 #define DATAENGINE_VERSION_PATCH 0
 
+namespace dataengine {
+
 /// Returns the version of the library in use as text, such as "1.0.0". It differs from the macros
 /// if the program was compiled against another version.
-DATAENGINE_EXPORT const char* DataEngineVersion() noexcept;
+DATAENGINE_EXPORT const char* Version() noexcept;
+
+}  // namespace dataengine

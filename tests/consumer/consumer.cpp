@@ -61,9 +61,9 @@ int main() {
     Check(kTypeText == "cmd" && kAbsentText.empty(), "a call in a static initialiser went wrong");
     Check(StoreNames::Operator::gt == "$gt", "a constant of the store names is wrong");
 
-    Check(DataEngineVersion() == std::to_string(DATAENGINE_VERSION_MAJOR) + '.' +
-                                     std::to_string(DATAENGINE_VERSION_MINOR) + '.' +
-                                     std::to_string(DATAENGINE_VERSION_PATCH),
+    Check(dataengine::Version() == std::to_string(DATAENGINE_VERSION_MAJOR) + '.' +
+                                       std::to_string(DATAENGINE_VERSION_MINOR) + '.' +
+                                       std::to_string(DATAENGINE_VERSION_PATCH),
           "the library is of another version than its headers");
 
     ProbeRecord record;

@@ -150,7 +150,7 @@ void Parse(int argc, char** argv, Command& chosen) {
     CLI::App app(
         "Reads and writes packed frames, builds records and lists the names of the document store",
         "dataengine");
-    app.set_version_flag("--version", std::string("dataengine ") + DataEngineVersion());
+    app.set_version_flag("--version", std::string("dataengine ") + dataengine::Version());
     app.require_subcommand(1);
     AddShow(app, chosen);
     AddDecode(app, chosen);
