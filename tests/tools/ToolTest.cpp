@@ -76,8 +76,9 @@ TEST_F(Tool, ReportsErrorsOnOneLine) {
         SCOPED_TRACE(row[1]);
         EXPECT_EQ(outcome.status, std::stoi(row[0]));
         EXPECT_EQ(outcome.out, "");
-        EXPECT_EQ(outcome.err.find("dataengine: " + row[2]), 0u) << outcome.err;
-        EXPECT_EQ(outcome.err.find('\n'), outcome.err.size() - 1) << outcome.err;
+        const std::string wanted = "dataengine: " + row[2];
+        EXPECT_EQ(outcome.err.substr(0, wanted.size()), wanted) << outcome.err;
+        EXPECT_EQ(outcome.err.find('\n') + 1, outcome.err.size()) << outcome.err;
     }
 }
 

@@ -1,6 +1,8 @@
 # prepare.sh SOURCE_DIRECTORY: fills the current directory with valid and broken files.
 set -e
 ln -s "$1/examples/data" data
+cp "$1/tools/dataengine/completion.bash" .
+cp "$1/README.md" readme
 sed 's/\\-/-/g' "$1/tools/dataengine/dataengine.1" > manual
 dataengine pack data/interfaces.csv -o frame --offsets offsets
 head -c 100 frame > cut-header
@@ -32,8 +34,8 @@ printf '\252attributes\221\203\244name\241b\244type\001\245index\001\221\001\002
 echo '[1, 2' > half.json
 echo '{}' > object.json
 echo '[0, 10]' > short.json
-echo '[-1]' > negative.json
-echo '[5000, 1, 2, 3, 4, [5]]' > far.json
+sed 's/0/-1/' offsets > negative.json
+sed 's/0/5000/' offsets > far.json
 echo '[{"table": "ifTable", "column": ["speed", "gone"], "attributes": []}, "$uptimeSeconds"]' > selection.json
 echo '[[]]' > bad-selection.json
 echo '{"a": 1}' > bad-map.json
@@ -41,6 +43,24 @@ echo '[{"gvPath": "Device.name", "mappingType": 0, "mappingVars": [
   {"parserPath": "p", "varName": "$hostname", "varFullName": "$hostname"},
   {"parserPath": "q", "varName": "$stacked", "varFullName": "$stacked"}]}]' > documents.json
 dataengine decode frame --format json > frame.json
+# The files of the examples in the manual, the help and the README.
+cp data/interfaces.csv interfaces.csv
+cp frame interfaces.frame
+cp offsets interfaces.offsets
+cp data/edge-r1-show-interfaces.txt version.txt
+dataengine decode frame --format csv > rows.csv
+dataengine record d cmd n offsets --format bson > record.bson 2> /dev/null || true
+# Every kind of value, in narrowest forms: a NaN with bits of its own, a bin of JSON text, a str that is not UTF-8, maps
+# with keys that are not plain strings; and after them a byte that begins no value.
+printf '\001\244odd2\221\203\244name\241v\244type\001\245index\000\234\300\303\313\100\011\041\373\124\104\055\030' > kinds
+printf '\312\077\300\000\000\313\177\370\000\000\000\000\000\001\313\377\360\000\000\000\000\000\000' >> kinds
+printf '\304\002a"\304\001\377\241\377\325\005\000\377' >> kinds
+printf '\204\241a\001\002\003\242$a\004\221\005\006\247\033\177\302\233\342\200\256' >> kinds
+(cat kinds; printf '\301') > tail
+# Values that documents make null, and one that they do not.
+printf '\001\245nulls\226' > nulls
+for i in 0 1 2 3 4 5; do printf '\203\244name\241'"$i"'\244type\001\245index'"\\00$i"; done >> nulls
+printf '\300\312\177\300\000\000\221\324\001\000\201\001\002\304\001"\304\002\134n' >> nulls
 echo '[]' > none.json
 echo '[{"type":1,"name":"$x","value":7},{"type":1,"name":"$x","value":8},{"type":11,"name":"$t","column":[{"type":2,"name":"a","value":[1]},{"type":2,"name":"a","value":[2.5]},{"type":11,"name":"u"}],"hashSort":true,"hashColumns":"null","attributes":[]},{"type":1,"name":"","value":[]}]' > odd.json
 cat > sheet.csv <<'END'
@@ -60,3 +80,27 @@ text:name,boolean:up,number:load
 lines",,
 ,false,-0
 END
+# Cells that a spreadsheet would run, and cells that must not reach a terminal.
+printf 'unit,f\ntable,t\ntext:=a,integer:n\n=1+1,-5\n@x,6\n"+1,""2""",\nplain,7\n' | dataengine pack - -o formulas
+printf 'unit,u\ntable,t\ntext:a\033b\n\033[31m\177\302\233\342\200\256\377\n' | dataengine pack - -o hostile-table
+printf 'unit,u\nleaf,text,only,x\n' | dataengine pack - -o empty-unit
+dataengine pack none.json -o none
+# A column of 60000 rows next to 300 that are empty.
+(printf '[{"type":11,"name":"t","column":['; for i in $(seq 300); do printf '{"type":1,"name":"c%d","value":[]},' $i; done
+ printf '{"type":1,"name":"d","value":[1'; head -c 60000 /dev/zero|sed 's/\x00/,1/g'; printf ']}],"hashSort":true,"hashColumns":"null","attributes":[]}]') > ragged.json
+dataengine pack ragged.json -o ragged
+# BSON of every type, another document, and one that is cut off.
+(
+    printf '\251\000\000\000\007\137id\000\000\001\002\003\004\005\006\007\010\011\012\013\001d\000\000\000\000\000\000'
+    printf '\000\004\100\002s\000\006\000\000\000a\042\342\200\256\000\003o\000\014\000\000\000\020i\000\377\377\377\377'
+    printf '\000\004a\000\014\000\000\000\012\060\000\010\061\000\001\000\005b\000\002\000\000\000\004\000\377\011t\000'
+    printf '\005\000\000\000\000\000\000\000\016y\000\002\000\000\000x\000\015c\000\004\000\000\000f\050\051\000\021ts'
+    printf '\000\001\000\000\000\002\000\000\000\022l\000\000\000\000\000\000\001\000\000\377m\000\177M\000\013r\000a'
+    printf '\000i\000\003e\000\005\000\000\000\000\004z\000\005\000\000\000\000\000\014\000\000\000\020n\000\007\000\000'
+    printf '\000\000\251\000\000\000\007\137id\000\000\001\002\003\004\005\006\007\010\011\012\013\001d\000\000\000\000'
+    printf '\000\000\000\004\100\002s\000\006\000\000\000a\042\342\200\256\000\003o\000\014\000\000\000\020i\000\377\377'
+    printf '\377\377\000\004a\000\014\000\000\000\012\060\000\010\061\000\001\000\005b\000\002\000\000\000\004\000\377'
+    printf '\011t\000\005\000\000\000\000\000\000\000\016y\000\002\000\000\000x\000\015c\000\004\000\000\000f\050\051'
+    printf '\000\021ts\000\001\000\000\000\002\000\000\000\022l\000\000\000\000\000\000\001\000\000\377m\000\177M\000'
+    printf '\013r\000a\000i\000\003e\000\005\000\000\000\000\004z\000\005\000\000\040\000\000'
+) > types.bson

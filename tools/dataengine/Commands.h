@@ -1,56 +1,47 @@
 #pragma once
 
-#include <optional>
 #include <string>
 #include <vector>
 
 /// The commands of the tool, each in its own source. A command takes its options from the command
 /// line, writes its output and returns the exit status: 0, or 1 if part of the work failed. Throws
 /// Failure for an error that ends the command.
-namespace tool {
+namespace dataengine::tool {
 
-struct ShowOptions {
-    std::string frame;
-    std::string offsets;  // a path; if empty, values are located by their order
-    std::string output = "-";
-};
-int Show(const ShowOptions& options);
-
-struct DecodeOptions {
-    std::string frame;
-    std::string offsets;              // as for show
+/// The options of all commands. A path that is empty was not given.
+struct Options {
+    std::string input;                // the file of the command
+    std::string other;                // the second frame of diff
+    std::vector<std::string> inputs;  // the frames of decode
+    std::string filesFrom;            // a list of more inputs
+    std::string offsets;              // read by show and decode, written by pack
     std::vector<std::string> select;  // names, or one path; everything if empty
-    std::string map;                  // a path; no variable is renamed if empty
+    std::string map;                  // no variable is renamed if empty
     std::string parser;               // the parser whose variables are renamed
-    std::string format = "table";
+    std::string like;                 // a frame with the unit and the types of a CSV
+    std::string name;                 // of a frame
+    std::string format;
+    std::string color = "auto";
     std::string output = "-";
-};
-int Decode(const DecodeOptions& options);
+    unsigned jobs = 1;
+    bool safeCsv = false;
+    bool debug = false;
 
-struct PackOptions {
-    std::string input;
-    std::string output;
-    std::string offsets;  // a path; not written if empty
-    std::string name;     // of the frame; if empty, the unit of the CSV or the name of the file
-};
-int Pack(const PackOptions& options);
-
-struct RecordOptions {
-    std::string device;
+    std::string device;  // of a record, and so are the following
     std::string type;
-    std::string name;
-    std::string file;
-    std::optional<long long> time;  // milliseconds since 1970; the current time if absent
+    std::string location;
+    std::string time;  // milliseconds since 1970 or ISO 8601; the current time if empty
     std::vector<std::string> views = {"store", "keys"};
-    std::string format = "json";
-    std::string output = "-";
+    std::string text;  // part of a name or text of the vocabulary
 };
-int Record(const RecordOptions& options);
 
-struct NamesOptions {
-    std::string text;  // part of a name or text; everything if empty
-    std::string output = "-";
-};
-int Names(const NamesOptions& options);
+int Show(const Options& options);
+int Decode(const Options& options);
+int Unpack(const Options& options);
+int Pack(const Options& options);
+int Diff(const Options& options);
+int Bson(const Options& options);
+int Record(const Options& options);
+int Names(const Options& options);
 
-}  // namespace tool
+}  // namespace dataengine::tool

@@ -1,60 +1,87 @@
 #include "tools/dataengine/Csv.h"
 
-#include "tools/dataengine/Failure.h"
-#include "tools/dataengine/Files.h"
+#include <algorithm>
 
-namespace tool {
+#include "tools/dataengine/Failure.h"
+
+namespace dataengine::tool {
 namespace {
 
-/// Reads one record from `position` on and leaves `position` after its line break.
-CsvRecord ReadRecord(const std::string& text, std::size_t& position, int& line, bool& quoted) {
-    CsvRecord record{line, {""}};
-    for (quoted = false; position < text.size(); ++position) {
-        const char c = text[position];
-        if (c == '\n') ++line;
-        if (c == '"' && !(quoted && text[position + 1] == '"')) {
-            quoted = !quoted;
-        } else if (quoted) {
-            if (c == '"') ++position;  // a quotation mark is written twice
-            record.cells.back() += c;
-        } else if (c == ',') {
-            record.cells.emplace_back();
-        } else if (c == '\n') {
-            ++position;
-            break;
-        } else if (c != '\r') {
-            record.cells.back() += c;
-        }
+/// Reads CSV text from front to end.
+class CsvReader {
+  public:
+    explicit CsvReader(const std::string& text) : text_(text) {}
+
+    bool AtEnd() const { return position_ >= text_.size(); }
+    char Next() const { return text_[position_]; }
+    void SkipLine() {
+        position_ = std::min(text_.find('\n', position_), text_.size() - 1) + 1;
+        ++line_;
     }
-    return record;
-}
+
+    /// Reads a record with its line break. Returns false if a quotation mark is not closed.
+    bool Read(CsvRecord& record) {
+        record = {line_, {std::nullopt}};
+        bool isQuoted = false;
+        for (; !AtEnd(); ++position_) {
+            const char c = Next();
+            if (c == '\n') ++line_;
+            std::optional<std::string>& cell = record.cells.back();
+            if (c == '"' && !(isQuoted && text_[position_ + 1] == '"')) {
+                isQuoted = !isQuoted;
+                if (!cell) cell.emplace();
+            } else if (isQuoted) {
+                if (c == '"') ++position_;  // a quotation mark is written twice
+                *cell += c;
+            } else if (c == ',') {
+                record.cells.emplace_back();
+            } else if (c == '\n') {
+                ++position_;
+                break;
+            } else if (c != '\r' || text_[position_ + 1] != '\n') {
+                if (!cell) cell.emplace();
+                *cell += c;
+            }
+        }
+        return !isQuoted;
+    }
+
+  private:
+    const std::string& text_;
+    std::size_t position_ = 0;
+    int line_ = 1;
+};
 
 }  // namespace
 
-std::vector<CsvRecord> ParseCsv(const std::string& path, const std::string& text) {
+std::vector<CsvRecord> ParseCsv(const std::string& path, const std::string& text,
+                                bool hasComments) {
     std::vector<CsvRecord> records;
-    int line = 1;
-    for (std::size_t position = 0; position < text.size();) {
-        if (text[position] == '#') {
-            position = std::min(text.find('\n', position), text.size() - 1) + 1;
-            ++line;
+    for (CsvReader reader(text); !reader.AtEnd();) {
+        if (hasComments && reader.Next() == '#') {
+            reader.SkipLine();
             continue;
         }
-        bool quoted = false;
-        CsvRecord record = ReadRecord(text, position, line, quoted);
-        if (quoted)
+        CsvRecord record;
+        if (!reader.Read(record))
             throw Failure(
                 path, "line " + std::to_string(record.line) + ": a quotation mark is not closed");
-        if (record.cells != std::vector<std::string>{""}) records.push_back(std::move(record));
+        if (!hasComments || record.cells.size() > 1 || record.cells.front())
+            records.push_back(std::move(record));
     }
     return records;
 }
 
-std::string CsvCell(const std::string& text) {
-    if (!text.empty() && text.find_first_of(",\"\r\n") == text.npos) return text;
-    std::string quoted = "\"";
-    for (const char c : text) quoted.append(c == '"' ? 2 : 1, c);
-    return quoted + "\"";
+void AppendCsv(std::string_view cell, bool isSafe, std::string& text) {
+    const bool isFormula = isSafe && !cell.empty() && cell.find_first_of("=+-@\t\r") == 0;
+    if (!cell.empty() && !isFormula && cell.find_first_of(",\"\r\n") == cell.npos) {
+        text += cell;
+    } else {
+        text += isFormula ? "\"'" : "\"";
+        for (const char c : cell) text.append(c == '"' ? 2 : 1, c);
+        text += '"';
+    }
+    text += ',';
 }
 
-}  // namespace tool
+}  // namespace dataengine::tool

@@ -2,8 +2,9 @@
 
 #include <stdexcept>
 #include <string>
+#include <utility>
 
-namespace tool {
+namespace dataengine::tool {
 
 /// The path of standard input and standard output.
 constexpr char kStandard[] = "-";
@@ -31,19 +32,10 @@ class UsageError : public Failure {
 /// escaped.
 void PrintError(const std::string& error);
 
-/// Reports errors that do not end a command, and sets its exit status.
-class ErrorReporter {
-  public:
-    /// Prints `error` to standard error.
-    void Report(const std::string& error) {
-        PrintError(error);
-        status_ = 1;
-    }
-    /// Returns the exit status of the command: 1 after an error, else 0.
-    int Status() const { return status_; }
+/// Throws an exception of type `Error` with the message of the current exception after `prefix`.
+template <typename Error>
+[[noreturn]] void Fail(const std::string& prefix, const std::exception& error) {
+    throw Error(prefix + ": " + error.what());
+}
 
-  private:
-    int status_ = 0;
-};
-
-}  // namespace tool
+}  // namespace dataengine::tool

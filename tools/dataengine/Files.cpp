@@ -11,13 +11,13 @@
 #include <csignal>
 #include <cstring>
 #include <filesystem>
-#include <memory>
 #include <optional>
 #include <sstream>
 
+#include "documents/ParseJson.h"
 #include "tools/dataengine/Failure.h"
 
-namespace tool {
+namespace dataengine::tool {
 namespace {
 
 constexpr char kUnreadable[] = "cannot be read";
@@ -27,83 +27,17 @@ constexpr char kUnwritable[] = "cannot be written";
     throw Failure(path, std::string(what) + " (" + std::strerror(errno) + ")");
 }
 
-/// A file descriptor that is closed at the end of its scope, unless it is a standard one.
-class Descriptor {
-  public:
-    /// Opens `path`, or uses the descriptor `standard` for "-".
-    Descriptor(const std::string& path, int flags, int standard)
-        : number_(path == kStandard ? standard : open(path.c_str(), flags | O_CLOEXEC, 0666)) {}
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    ~Descriptor() { Close(); }
-
-    int Number() const { return number_; }
-    bool Close() {
-        const int number = std::exchange(number_, -1);
-        return number <= STDERR_FILENO || close(number) == 0;
-    }
-
-  private:
-    int number_;
-};
-
-void WriteAll(const Descriptor& file, const std::string& path, std::string_view remaining) {
-    while (!remaining.empty()) {
-        const ssize_t count = write(file.Number(), remaining.data(), remaining.size());
-        if (count < 0 && errno == EINTR) continue;
-        if (count < 0 && errno == EPIPE) {
-            std::signal(SIGPIPE, SIG_DFL);
-            std::raise(SIGPIPE);
-        }
-        if (count < 0) FailSystem(path, kUnwritable);
-        remaining.remove_prefix(static_cast<std::size_t>(count));
-    }
-}
-
-/// Returns the file that `path` refers to, so that a symbolic link is kept and its target replaced.
+/// Returns the path that `path` leads to by symbolic links. Its file need not exist.
 std::string TargetOf(const std::string& path) {
+    std::filesystem::path target = path;
     std::error_code error;
-    const std::filesystem::path target = std::filesystem::canonical(path, error);
-    return error ? path : target.string();
+    for (int links = 0; links < 40; ++links) {
+        const std::filesystem::path next = std::filesystem::read_symlink(target, error);
+        if (error) break;
+        target = target.parent_path() / next;  // `next` alone if it is absolute
+    }
+    return target;
 }
-
-/// A file under a temporary name in the folder of its target. The destructor removes it unless it
-/// has been renamed.
-class StagedFile {
-  public:
-    explicit StagedFile(const std::string& path)
-        : path_(path),
-          target_(TargetOf(path)),
-          temporary_(target_ + "." + std::to_string(getpid()) + ".tmp"),
-          file_(temporary_, O_WRONLY | O_CREAT | O_EXCL, -1) {
-        if (file_.Number() < 0) FailSystem(path_, kUnwritable);
-    }
-    StagedFile(const StagedFile&) = delete;
-    StagedFile& operator=(const StagedFile&) = delete;
-    ~StagedFile() {
-        if (!temporary_.empty()) unlink(temporary_.c_str());
-    }
-
-    void Write(const std::string& bytes) {
-        struct stat old = {};
-        const bool replaces = stat(target_.c_str(), &old) == 0;
-        if (replaces && fchmod(file_.Number(), old.st_mode & 07777) != 0)
-            FailSystem(path_, kUnwritable);
-        WriteAll(file_, path_, bytes);
-        if (fsync(file_.Number()) != 0 || !file_.Close()) FailSystem(path_, kUnwritable);
-    }
-
-    void Rename() {
-        if (rename(temporary_.c_str(), target_.c_str()) != 0) FailSystem(path_, kUnwritable);
-        temporary_.clear();
-    }
-
-  private:
-    std::string path_;
-    std::string target_;
-    std::string temporary_;
-    Descriptor file_;
-};
 
 /// Returns the device and the number of a regular file; nothing for any other path.
 std::optional<std::pair<dev_t, ino_t>> IdentityOf(const std::string& path, int standard) {
@@ -113,10 +47,39 @@ std::optional<std::pair<dev_t, ino_t>> IdentityOf(const std::string& path, int s
     return std::make_pair(status.st_dev, status.st_ino);
 }
 
-bool IsReplaceable(const std::string& path) {
-    struct stat status = {};
-    return path != kStandard && (stat(path.c_str(), &status) != 0 || S_ISREG(status.st_mode));
-}
+/// An input, opened for reading.
+class Input {
+  public:
+    explicit Input(const std::string& path)
+        : path_(path),
+          file_(path == kStandard ? STDIN_FILENO : open(path.c_str(), O_RDONLY | O_CLOEXEC)) {
+        if (file_ < 0) FailSystem(path, kUnreadable);
+    }
+    Input(const Input&) = delete;
+    Input& operator=(const Input&) = delete;
+    ~Input() {
+        if (file_ != STDIN_FILENO) close(file_);
+    }
+
+    /// Returns a size at which the whole of a regular file and one byte more have space.
+    std::size_t SizeHint() const {
+        struct stat status = {};
+        const bool known = fstat(file_, &status) == 0 && S_ISREG(status.st_mode);
+        return known ? static_cast<std::size_t>(status.st_size) + 1 : 65536;
+    }
+
+    std::size_t Read(char* to, std::size_t size) {
+        for (;;) {
+            const ssize_t count = read(file_, to, size);
+            if (count >= 0) return static_cast<std::size_t>(count);
+            if (errno != EINTR) FailSystem(path_, kUnreadable);
+        }
+    }
+
+  private:
+    const std::string& path_;
+    int file_;
+};
 
 }  // namespace
 
@@ -131,39 +94,46 @@ void CheckPaths(const std::vector<std::string>& inputs, const std::vector<std::s
     }
     for (auto output = outputs.begin(); output != outputs.end(); ++output) {
         const auto identity = IdentityOf(*output, STDOUT_FILENO);
-        const auto check = [&](const std::string& path, int standard) {
-            const bool same = path == *output && path != kStandard && !path.empty();
+        const auto check = [&](const std::string& path, int standard, bool same) {
             if (same || (identity && identity == IdentityOf(path, standard)))
                 throw UsageError(*output + ": is the same file as " + path);
         };
-        for (const std::string& input : inputs) check(input, STDIN_FILENO);
-        std::for_each(outputs.begin(), output,
-                      [&](const std::string& other) { check(other, STDOUT_FILENO); });
+        for (const std::string& input : inputs)
+            check(input, STDIN_FILENO, input == *output && input != kStandard && !input.empty());
+        std::for_each(outputs.begin(), output, [&](const std::string& other) {
+            check(other, STDOUT_FILENO, !other.empty() && TargetOf(other) == TargetOf(*output));
+        });
     }
 }
 
-std::string ReadFile(const std::string& path) {
-    const Descriptor file(path, O_RDONLY, STDIN_FILENO);
-    if (file.Number() < 0) FailSystem(path, kUnreadable);
-    std::string bytes;
-    const auto block = std::make_unique<char[]>(65536);
-    for (;;) {
-        const ssize_t count = read(file.Number(), block.get(), 65536);
-        if (count < 0 && errno == EINTR) continue;
-        if (count < 0) FailSystem(path, kUnreadable);
-        if (count == 0) return bytes;
-        bytes.append(block.get(), static_cast<std::size_t>(count));
-        if (bytes.size() > INT_MAX) throw Failure(path, "is 2 GiB or larger");
+void ReadFile(const std::string& path, std::string& bytes) {
+    Input input(path);
+    std::size_t size = 0;
+    bytes.resize(input.SizeHint());
+    while (const std::size_t count = input.Read(&bytes[size], bytes.size() - size)) {
+        size += count;
+        if (size > INT_MAX) throw Failure(path, "is 2 GiB or larger");
+        if (size == bytes.size()) bytes.resize(2 * size);
     }
+    bytes.resize(size);
+}
+
+std::string ReadFile(const std::string& path) {
+    std::string bytes;
+    ReadFile(path, bytes);
+    return bytes;
 }
 
 rapidjson::Document ParseJson(const std::string& path, const std::string& text) {
     rapidjson::Document document;
-    document.Parse<rapidjson::kParseIterativeFlag>(text.data(), text.size());
-    if (document.HasParseError())
-        throw Failure(path, "byte " + std::to_string(document.GetErrorOffset()) +
+    const rapidjson::ParseResult result = detail::ParseJson<rapidjson::kParseFullPrecisionFlag>(
+        text.c_str(), document, document.GetAllocator());
+    const bool cut = !result.IsError() && text.find('\0') != text.npos;
+    if (result.IsError() || cut)
+        throw Failure(path, "byte " + std::to_string(cut ? text.find('\0') : result.Offset()) +
                                 ": is not JSON (" +
-                                rapidjson::GetParseError_En(document.GetParseError()) + ")");
+                                (cut ? "a zero byte" : rapidjson::GetParseError_En(result.Code())) +
+                                ")");
     return document;
 }
 
@@ -178,21 +148,79 @@ vxJson::Value ReadJson(const std::string& path) {
     return value;
 }
 
-void WriteFiles(const std::vector<FileContent>& files) {
-    std::vector<std::unique_ptr<StagedFile>> staged;
-    for (const FileContent& file : files) {
-        if (!IsReplaceable(file.path)) continue;
-        staged.push_back(std::make_unique<StagedFile>(file.path));
-        staged.back()->Write(file.bytes);
-    }
-    for (const FileContent& file : files) {
-        if (IsReplaceable(file.path)) continue;
-        Descriptor output(file.path, O_WRONLY, STDOUT_FILENO);
-        if (output.Number() < 0) FailSystem(file.path, kUnwritable);
-        WriteAll(output, file.path == kStandard ? "standard output" : file.path, file.bytes);
-        if (!output.Close()) FailSystem(file.path, kUnwritable);
-    }
-    for (const auto& file : staged) file->Rename();
+std::vector<std::string> ReadLines(const std::string& path) {
+    std::vector<std::string> lines;
+    std::istringstream stream(ReadFile(path));
+    for (std::string line; std::getline(stream, line);)
+        if (!line.empty()) lines.push_back(line);
+    return lines;
 }
 
-}  // namespace tool
+Output::Output(const std::string& path, Content content) : path_(path), content_(content) {
+    struct stat status = {};
+    if (path == kStandard) {
+        path_ = "standard output";
+        file_ = STDOUT_FILENO;
+    } else if (stat(path.c_str(), &status) != 0 || S_ISREG(status.st_mode)) {
+        Stage();
+    } else {
+        file_ = open(path.c_str(), O_WRONLY | O_CLOEXEC);
+    }
+    if (file_ < 0) FailSystem(path_, kUnwritable);
+    const bool isTerminal = isatty(file_) == 1;
+    isEscaped_ = isTerminal && content != Content::kSafe;
+    if (isTerminal && content == Content::kBinary)
+        throw UsageError(path_ + ": is a terminal, and the output is binary; use -o FILE");
+}
+
+void Output::Stage() {
+    target_ = TargetOf(path_);
+    temporary_ = target_ + "." + std::to_string(getpid()) + ".tmp";
+    file_ = open(temporary_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    struct stat old = {};
+    if (file_ >= 0 && stat(target_.c_str(), &old) == 0 && fchmod(file_, old.st_mode & 07777) != 0) {
+        unlink(temporary_.c_str());
+        FailSystem(path_, kUnwritable);
+    }
+}
+
+Output::~Output() {
+    if (file_ > STDERR_FILENO) close(file_);
+    if (!temporary_.empty()) unlink(temporary_.c_str());
+}
+
+void Output::Write(std::string_view bytes) {
+    const std::string safe = isEscaped_ ? ForTerminal(bytes, content_) : "";
+    if (isEscaped_) bytes = safe;
+    while (!bytes.empty()) {
+        const ssize_t count = write(file_, bytes.data(), bytes.size());
+        if (count < 0 && errno == EINTR) continue;
+        if (count < 0 && errno == EPIPE) {
+            std::signal(SIGPIPE, SIG_DFL);
+            std::raise(SIGPIPE);
+        }
+        if (count < 0) FailSystem(path_, kUnwritable);
+        bytes.remove_prefix(static_cast<std::size_t>(count));
+    }
+}
+
+void Output::Close() {
+    if (file_ <= STDERR_FILENO) return;
+    const bool synced = temporary_.empty() || fsync(file_) == 0;
+    const int file = std::exchange(file_, -1);
+    if (close(file) != 0 || !synced) FailSystem(path_, kUnwritable);
+}
+
+void Output::Replace() {
+    if (temporary_.empty()) return;
+    if (rename(temporary_.c_str(), target_.c_str()) != 0) FailSystem(path_, kUnwritable);
+    temporary_.clear();
+}
+
+void WriteFile(const std::string& path, std::string_view bytes, Content content) {
+    Output output(path, content);
+    output.Write(bytes);
+    Output::Complete(output);
+}
+
+}  // namespace dataengine::tool

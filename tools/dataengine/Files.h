@@ -3,12 +3,16 @@
 #include <VxUtil/vxJson.h>
 #include <rapidjson/document.h>
 
+#include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
+
+#include "tools/dataengine/Text.h"
 
 /// Reads and writes the files of a command. The path "-" is standard input or standard output. All
 /// functions throw Failure with the path and the reason.
-namespace tool {
+namespace dataengine::tool {
 
 /// Returns whether `path` is "-" or the path of an existing file.
 bool IsFile(const std::string& path);
@@ -19,24 +23,56 @@ bool IsFile(const std::string& path);
 /// as an input or as another output.
 void CheckPaths(const std::vector<std::string>& inputs, const std::vector<std::string>& outputs);
 
-/// Returns the bytes of a file smaller than 2 GiB.
+/// Replaces `bytes` by those of a file smaller than 2 GiB.
+void ReadFile(const std::string& path, std::string& bytes);
 std::string ReadFile(const std::string& path);
 
-/// Parses JSON text of any depth. The error message names `path` and the byte.
+/// Parses JSON text of any depth, with exact doubles. Error messages name `path` and the byte.
 rapidjson::Document ParseJson(const std::string& path, const std::string& text);
 
 /// Returns the JSON value in a file.
 vxJson::Value ReadJson(const std::string& path);
 
-struct FileContent {
-    std::string path;
-    std::string bytes;
-};
+/// Returns the lines of a file without their ends. Empty lines are left out.
+std::vector<std::string> ReadLines(const std::string& path);
 
-/// Writes regular files to temporary files first, and renames them only after all output has been
-/// written. Writes other outputs, such as devices, directly.
+/// An output of a command. A regular file is written under a temporary name in the folder of its
+/// target, and replaces it when the output is complete; a symbolic link is kept and its target
+/// replaced. Other outputs, such as devices, are written directly. A terminal gets the output with
+/// escapes.
 ///
 /// Ends the process with SIGPIPE if the reader of standard output has closed the pipe.
-void WriteFiles(const std::vector<FileContent>& files);
+class Output {
+  public:
+    explicit Output(const std::string& path, Content content = Content::kText);
+    Output(const Output&) = delete;
+    Output& operator=(const Output&) = delete;
+    /// Removes the temporary file unless the output is complete.
+    ~Output();
 
-}  // namespace tool
+    void Write(std::string_view bytes);
+
+    /// Completes all outputs, and replaces files only after each has been written.
+    template <typename... Outputs>
+    static void Complete(Outputs&... outputs) {
+        (outputs.Close(), ...);
+        (outputs.Replace(), ...);
+    }
+
+  private:
+    void Stage();
+    void Close();
+    void Replace();
+
+    std::string path_;
+    std::string target_;
+    std::string temporary_;  // empty if the output is written directly
+    int file_ = -1;
+    Content content_;
+    bool isEscaped_ = false;
+};
+
+/// Writes an output as a whole.
+void WriteFile(const std::string& path, std::string_view bytes, Content content = Content::kText);
+
+}  // namespace dataengine::tool

@@ -1,126 +1,315 @@
 #include "tools/dataengine/Formats.h"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
 
+#include "documents/RenderJson.h"
+#include "structure/PackedFrame.h"
 #include "tools/dataengine/Csv.h"
+#include "tools/dataengine/Exact.h"
 #include "tools/dataengine/Failure.h"
-#include "tools/dataengine/Frame.h"
+#include "tools/dataengine/Text.h"
 
-namespace tool {
+namespace dataengine::tool {
 namespace {
 
-bool IsTable(const rapidjson::Value& item) {
+using JsonValue = rapidjson::Value;
+
+template <typename Number>
+void AppendNumber(Number number, std::string& text) {
+    std::array<char, 24> digits;
+    text.append(digits.data(), std::to_chars(digits.data(), digits.data() + 24, number).ptr);
+}
+
+/// Appends a double as rapidjson prints it. Most have two decimals, which are faster as integers.
+void AppendDouble(double value, std::string& text) {
+    const double hundredths = value * 100;
+    if (!(std::abs(hundredths) < 1e15) || std::round(hundredths) / 100 != value || value == 0) {
+        std::array<char, 32> digits;
+        text.append(digits.data(), rapidjson::internal::dtoa(value, digits.data()));
+        return;
+    }
+    const auto count = static_cast<std::uint64_t>(std::abs(std::round(hundredths)));
+    if (value < 0) text += '-';
+    AppendNumber(count / 100, text);
+    text += '.';
+    text += static_cast<char>('0' + count / 10 % 10);
+    if (count % 10 != 0) text += static_cast<char>('0' + count % 10);
+}
+
+/// Returns whether a string is a JSON string as it is.
+bool IsJsonText(std::string_view text) {
+    return std::all_of(text.begin(), text.end(), [](char c) {
+        return static_cast<unsigned char>(c) >= ' ' && c != '"' && c != '\\';
+    });
+}
+
+std::string_view StringOf(const JsonValue& value) {
+    return {value.GetString(), value.GetStringLength()};
+}
+
+void AppendJson(const JsonValue& value, std::string& text) {
+    if (value.IsString() && IsJsonText(StringOf(value))) {
+        text += '"';
+        text += StringOf(value);
+        text += '"';
+    } else if (value.IsUint64()) {
+        AppendNumber(value.GetUint64(), text);
+    } else if (value.IsInt64()) {
+        AppendNumber(value.GetInt64(), text);
+    } else if (value.IsDouble()) {
+        AppendDouble(value.GetDouble(), text);
+    } else if (value.IsNull()) {
+        text += "null";
+    } else if (value.IsBool()) {
+        text += value.GetBool() ? "true" : "false";
+    } else {
+        detail::JsonBuffer buffer;
+        detail::JsonWriter writer(buffer);
+        detail::RenderJson(value, writer);
+        text.append(buffer.GetString(), buffer.GetSize());
+    }
+}
+
+/// Appends a value as the cell of a table: a string as it is, null empty, anything else as JSON.
+void AppendCell(const JsonValue& value, std::string& text) {
+    if (value.IsString()) {
+        text += StringOf(value);
+    } else if (!value.IsNull()) {
+        AppendJson(value, text);
+    }
+}
+
+bool IsTable(const JsonValue& item) {
     return item["type"].GetInt() == kTableType;
 }
 
-/// Returns a value as the cell of a table: a string as it is, null empty, anything else as JSON.
-std::string CellText(const rapidjson::Value& value) {
-    if (value.IsNull()) return "";
-    if (value.IsString()) return {value.GetString(), value.GetStringLength()};
-    return JsonText(value);
+/// The value of an item; null for a table in a table, which has none.
+const JsonValue& ValueOf(const JsonValue& item) {
+    static const JsonValue null;
+    const auto value = item.FindMember("value");
+    return value == item.MemberEnd() ? null : value->value;
 }
 
 /// The columns of a decoded table as rows of values. Missing values are null.
-class Rows {
+class Grid : public Cells {
   public:
-    explicit Rows(const rapidjson::Value& table) {
-        for (const rapidjson::Value& column : table["column"].GetArray()) {
-            names_.push_back(&column["name"]);
-            const auto value = column.FindMember("value");
-            columns_.push_back(value == column.MemberEnd() ? &null_ : &value->value);
-            const rapidjson::Value& values = *columns_.back();
-            const rapidjson::SizeType single = values.IsNull() ? 0 : 1;
-            count_ = std::max(count_, values.IsArray() ? values.Size() : single);
+    explicit Grid(const JsonValue& table) : table_(table["column"]) {
+        for (const JsonValue& column : table_.GetArray()) {
+            const JsonValue& values = ValueOf(column);
+            // A value that is not an array belongs to the first row.
+            columns_.push_back(values.IsArray()  ? Column{values.Begin(), values.Size()}
+                               : values.IsNull() ? Column{&values, 0}
+                                                 : Column{&values, 1});
+            count_ = std::max(count_, columns_.back().count);
         }
     }
 
-    const std::vector<const rapidjson::Value*>& Names() const { return names_; }
-    rapidjson::SizeType Count() const { return count_; }
+    /// Throws Failure if the rows repeat so many bytes that the output of a hostile frame would be
+    /// out of proportion to its size.
+    void CheckRepetition(const Decoded& frame, std::size_t bytesOfRow) const {
+        if (bytesOfRow > (1000 * frame.size + (1 << 20)) / std::max<std::size_t>(count_, 1))
+            throw Failure("each of " + std::to_string(count_) + " rows would repeat " +
+                          std::to_string(bytesOfRow) + " bytes; use --format json");
+    }
 
-    /// Returns the values of a row. A value that is not an array belongs to the first row.
-    std::vector<const rapidjson::Value*> At(rapidjson::SizeType row) const {
-        std::vector<const rapidjson::Value*> values;
-        for (const rapidjson::Value* column : columns_) {
-            const bool array = column->IsArray();
-            const bool present = row < (array ? column->Size() : 1);
-            values.push_back(!present ? &null_ : array ? &(*column)[row] : column);
+    const JsonValue& Name(std::size_t column) const {
+        return table_[static_cast<rapidjson::SizeType>(column)]["name"];
+    }
+    const JsonValue& At(std::size_t row, std::size_t column) const {
+        static const JsonValue null;
+        const Column& values = columns_[column];
+        return row < values.count ? values.values[row] : null;
+    }
+    std::size_t Count() const { return count_; }
+
+    // With a header, and a first column of row numbers.
+    std::size_t Rows() const override { return count_ + 1; }
+    std::size_t Columns() const override { return columns_.size() + 1; }
+    void Append(std::size_t row, std::size_t column, std::string& text) const override {
+        if (column == 0) {
+            row == 0 ? static_cast<void>(text += '#') : AppendNumber(row, text);
+        } else {
+            AppendCell(row == 0 ? Name(column - 1) : At(row - 1, column - 1), text);
         }
-        return values;
     }
 
   private:
-    rapidjson::Value null_;
-    std::vector<const rapidjson::Value*> names_;
-    std::vector<const rapidjson::Value*> columns_;
-    rapidjson::SizeType count_ = 0;
+    struct Column {
+        const JsonValue* values;
+        std::size_t count;
+    };
+    const JsonValue& table_;
+    std::vector<Column> columns_;
+    std::size_t count_ = 0;
 };
 
-std::string CsvLine(const std::vector<const rapidjson::Value*>& values) {
-    std::string line;
-    for (const rapidjson::Value* value : values)
-        line += (value->IsNull() ? "" : CsvCell(CellText(*value))) + ",";
-    if (!line.empty()) line.pop_back();
-    return line + "\n";
+/// Prints a list with a comma after each element but the last.
+template <typename Print>
+void PrintList(const JsonValue& list, Sink& sink, const Print& print) {
+    for (const JsonValue& element : list.GetArray()) {
+        if (&element != list.Begin()) sink.text += ',';
+        print(element);
+        sink.Check();
+    }
 }
 
-/// Draws the leaves of a document, or the attributes of a table, if there are any.
-std::string DrawValues(const rapidjson::Value& list, const Screen& screen) {
-    Table table({"name", "value"});
-    bool any = false;
-    for (const rapidjson::Value& item : list.GetArray()) {
+void PrintItem(const JsonValue& item, Sink& sink) {
+    char separator = '{';
+    for (const auto& member : item.GetObject()) {
+        sink.text += separator;
+        AppendJson(member.name, sink.text);
+        sink.text += ':';
+        if (member.value.IsArray()) {
+            const bool holdsItems = StringOf(member.name) != "value";
+            sink.text += '[';
+            PrintList(member.value, sink, [&](const JsonValue& element) {
+                holdsItems ? PrintItem(element, sink) : AppendJson(element, sink.text);
+            });
+            sink.text += ']';
+        } else {
+            AppendJson(member.value, sink.text);
+        }
+        separator = ',';
+    }
+    sink.text += '}';
+}
+
+/// Appends the names and values of the items of a list that are not tables as a JSON object.
+/// Returns whether there are any.
+bool AppendValues(const JsonValue& list, std::string& text) {
+    char separator = '{';
+    for (const JsonValue& item : list.GetArray()) {
         if (IsTable(item)) continue;
-        table.Add({CellText(item["name"]), CellText(item["value"])});
-        any = true;
+        text += separator;
+        AppendJson(item["name"], text);
+        text += ':';
+        AppendJson(item["value"], text);
+        separator = ',';
     }
-    return any ? table.Draw(screen) : "";
+    text += "}}\n";
+    return separator == ',';
 }
 
-std::string DrawRows(const rapidjson::Value& item, const Screen& screen) {
-    const Rows rows(item);
-    Table::Row header{"#"};
-    for (const rapidjson::Value* name : rows.Names()) header.push_back(CellText(*name));
-    Table table(header);
-    for (rapidjson::SizeType row = 0; row < rows.Count(); ++row) {
-        Table::Row cells{std::to_string(row + 1)};
-        for (const rapidjson::Value* value : rows.At(row)) cells.push_back(CellText(*value));
-        table.Add(std::move(cells));
+void PrintTableRows(const Decoded& frame, const JsonValue& table, std::string prefix, Sink& sink) {
+    prefix += ",\"table\":";
+    AppendJson(table["name"], prefix);
+    std::string attributes = prefix + ",\"attributes\":";
+    if (AppendValues(table["attributes"], attributes)) sink.text += attributes;
+    prefix += ",\"row\":";
+    const Grid rows(table);
+    std::vector<std::string> keys;
+    std::size_t repeated = prefix.size();
+    for (std::size_t i = 0; i + 1 < rows.Columns(); ++i) {
+        keys.emplace_back(i == 0 ? "" : ",");
+        AppendJson(rows.Name(i), keys.back());
+        keys.back() += ':';
+        repeated += keys.back().size() + 4;
     }
-    return table.Draw(screen);
+    rows.CheckRepetition(frame, repeated);
+    for (std::size_t row = 0; row < rows.Count(); ++row) {
+        sink.text += prefix;
+        AppendNumber(row + 1, sink.text);
+        sink.text += ",\"values\":{";
+        for (std::size_t i = 0; i < keys.size(); ++i) {
+            sink.text += keys[i];
+            AppendJson(rows.At(row, i), sink.text);
+        }
+        sink.text += "}}\n";
+        sink.Check();
+    }
+}
+
+/// Draws the leaves of a document, or the attributes of a table. Returns whether there are any.
+bool DrawValues(const JsonValue& list, const Screen& screen, Sink& sink) {
+    StringCells cells;
+    cells.rows = {{"name", "value"}};
+    for (const JsonValue& item : list.GetArray()) {
+        if (IsTable(item)) continue;
+        cells.rows.emplace_back(2);
+        AppendCell(item["name"], cells.rows.back()[0]);
+        AppendCell(item["value"], cells.rows.back()[1]);
+    }
+    if (cells.rows.size() == 1) return false;
+    DrawTable(cells, screen, sink);
+    return true;
+}
+
+const JsonValue& OnlyTable(const Decoded& frame) {
+    const auto items = frame.document.GetArray();
+    if (std::count_if(items.begin(), items.end(), IsTable) != 1)
+        throw UsageError("--format csv prints one table; name it with --select");
+    return *std::find_if(items.begin(), items.end(), IsTable);
 }
 
 }  // namespace
 
-std::string FormatJson(const std::vector<std::string>& items) {
-    std::string text = "[";
-    for (const std::string& item : items) text += (text.size() == 1 ? "" : ",") + item;
-    return text + "]\n";
+void PrintJson(const Decoded& frame, Sink& sink) {
+    sink.text += '[';
+    PrintList(frame.document, sink, [&](const JsonValue& item) { PrintItem(item, sink); });
+    sink.text += "]\n";
 }
 
-std::string FormatLines(const std::vector<std::string>& items) {
-    std::string text;
-    for (const std::string& item : items) text += item + "\n";
-    return text;
-}
-
-std::string FormatCsv(const rapidjson::Document& document) {
-    const auto items = document.GetArray();
-    if (std::count_if(items.Begin(), items.End(), IsTable) != 1)
-        throw UsageError("--format csv prints one table; name it with --select");
-    const Rows rows(*std::find_if(items.Begin(), items.End(), IsTable));
-    std::string text = CsvLine(rows.Names());
-    for (rapidjson::SizeType row = 0; row < rows.Count(); ++row) text += CsvLine(rows.At(row));
-    return text;
-}
-
-std::string FormatTables(const rapidjson::Document& document, const Screen& screen) {
-    std::string text = DrawValues(document, screen);
-    for (const rapidjson::Value& item : document.GetArray()) {
-        if (!IsTable(item)) continue;
-        text += (text.empty() ? "" : "\n") + Printable(CellText(item["name"])) + "\n\n";
-        const std::string attributes = DrawValues(item["attributes"], screen);
-        text += attributes + (attributes.empty() ? "" : "\n") + DrawRows(item, screen);
+void PrintLines(const Decoded& frame, Sink& sink) {
+    for (const JsonValue& item : frame.document.GetArray()) {
+        PrintItem(item, sink);
+        sink.text += '\n';
     }
-    return text;
 }
 
-}  // namespace tool
+void PrintRows(const Decoded& frame, Sink& sink) {
+    const std::string prefix =
+        "{\"file\":" + JsonString(frame.path) + ",\"unit\":" + JsonString(frame.unit);
+    std::string leaves = prefix + ",\"values\":";
+    if (AppendValues(frame.document, leaves)) sink.text += leaves;
+    for (const JsonValue& item : frame.document.GetArray())
+        if (IsTable(item)) PrintTableRows(frame, item, prefix, sink);
+}
+
+std::string CsvHeader(const Decoded& frame, bool withFile, bool isSafe) {
+    const Grid rows(OnlyTable(frame));
+    std::string line = withFile ? "file," : "";
+    for (std::size_t i = 0; i + 1 < rows.Columns(); ++i)
+        AppendCsv(StringOf(rows.Name(i)), isSafe, line);
+    if (!line.empty()) line.pop_back();
+    return line + "\n";
+}
+
+void PrintCsv(const Decoded& frame, bool withFile, bool isSafe, Sink& sink) {
+    const Grid rows(OnlyTable(frame));
+    std::string file;
+    if (withFile) AppendCsv(frame.path, isSafe, file);
+    rows.CheckRepetition(frame, file.size() + rows.Columns());
+    std::string cell;
+    for (std::size_t row = 0; row < rows.Count(); ++row) {
+        sink.text += file;
+        for (std::size_t i = 0; i + 1 < rows.Columns(); ++i) {
+            cell.clear();
+            AppendCell(rows.At(row, i), cell);
+            if (rows.At(row, i).IsNull()) {
+                sink.text += ',';
+            } else {
+                AppendCsv(cell, isSafe, sink.text);
+            }
+        }
+        sink.text.back() = '\n';
+        sink.Check();
+    }
+}
+
+void PrintTables(const Decoded& frame, const Screen& screen, Sink& sink) {
+    bool isFirst = !DrawValues(frame.document, screen, sink);
+    for (const JsonValue& item : frame.document.GetArray()) {
+        if (!IsTable(item)) continue;
+        const Grid rows(item);
+        rows.CheckRepetition(frame, (kWidestAligned + 2) * rows.Columns());
+        if (!std::exchange(isFirst, false)) sink.text += '\n';
+        sink.text += Printable(StringOf(item["name"])) + "\n\n";
+        if (DrawValues(item["attributes"], screen, sink)) sink.text += '\n';
+        DrawTable(rows, screen, sink);
+    }
+}
+
+}  // namespace dataengine::tool

@@ -3,25 +3,39 @@
 #include <rapidjson/document.h>
 
 #include <string>
-#include <vector>
 
 #include "tools/dataengine/Table.h"
 
-/// The output formats of a decoded document. `items` are its items as JSON text.
-namespace tool {
+/// The output formats of decoded documents.
+namespace dataengine::tool {
 
-/// Returns one JSON array.
-std::string FormatJson(const std::vector<std::string>& items);
+/// A decoded frame.
+struct Decoded {
+    const std::string& path;
+    const std::string& unit;
+    std::size_t size;  // of the frame in bytes
+    const rapidjson::Document& document;
+};
 
-/// Returns one item per line.
-std::string FormatLines(const std::vector<std::string>& items);
+/// Prints one JSON array and a line feed.
+void PrintJson(const Decoded& frame, Sink& sink);
 
-/// Returns the only table of the document: a line of column names, then a line for each row. Null
-/// is an empty cell, an empty string is "", and arrays and objects are JSON text. Throws UsageError
-/// unless there is exactly one table.
-std::string FormatCsv(const rapidjson::Document& document);
+/// Prints an item per line as JSON.
+void PrintLines(const Decoded& frame, Sink& sink);
 
-/// Returns the leaves, then each table with its attributes, as aligned columns.
-std::string FormatTables(const rapidjson::Document& document, const Screen& screen);
+/// Prints lines of JSON: one for the leaves, then for each table one for its attributes, if it has
+/// any, and one for each of its rows.
+void PrintRows(const Decoded& frame, Sink& sink);
 
-}  // namespace tool
+/// Returns the header of the only table as CSV. Throws UsageError unless there is exactly one.
+/// `withFile` puts a column with the path of the frame before the others.
+std::string CsvHeader(const Decoded& frame, bool withFile, bool isSafe);
+
+/// Prints the rows of that table. Null is an empty cell, an empty string is "", and arrays and
+/// objects are JSON text.
+void PrintCsv(const Decoded& frame, bool withFile, bool isSafe, Sink& sink);
+
+/// Prints the leaves, then each table with its attributes, as aligned columns.
+void PrintTables(const Decoded& frame, const Screen& screen, Sink& sink);
+
+}  // namespace dataengine::tool

@@ -1,12 +1,9 @@
 #include "tools/dataengine/Mapping.h"
 
-#include <VxUtil/vxJson.h>
-
 #include "tools/dataengine/Failure.h"
-#include "tools/dataengine/Files.h"
 #include "variables/VariableMappingDAO.h"
 
-namespace tool {
+namespace dataengine::tool {
 namespace {
 
 std::map<DDKey, DDKey> FromPairs(const vxJson::Value& pairs, const std::string& path,
@@ -39,12 +36,11 @@ std::map<DDKey, DDKey> FromDocuments(const vxJson::Value& documents, const std::
 
 }  // namespace
 
-std::map<DDKey, DDKey> ReadMapping(const std::string& path, const std::string& parser) {
-    if (path.empty()) return {};
-    const vxJson::Value value = ReadJson(path);
+std::map<DDKey, DDKey> ReadMapping(const vxJson::Value& value, const std::string& path,
+                                   const std::string& parser) {
     if (value.isObject()) return FromPairs(value, path, parser);
     if (value.isArray()) return FromDocuments(value, path);
     throw Failure(path, "is neither an object of names nor an array of mappings");
 }
 
-}  // namespace tool
+}  // namespace dataengine::tool

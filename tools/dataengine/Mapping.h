@@ -1,15 +1,17 @@
 #pragma once
 
+#include <VxUtil/vxJson.h>
+
 #include <map>
 #include <string>
 
 #include "variables/DDKey.h"
 
-namespace tool {
+namespace dataengine::tool {
 
-/// Reads the wanted names of variables from the file `path`; none if `path` is empty. The
-/// file contains either an object {"wanted name": "variable", ...}, whose variables all belong to
-/// `parser`, or an array of mapping documents as the store keeps them.
-std::map<DDKey, DDKey> ReadMapping(const std::string& path, const std::string& parser);
+/// Returns the mapping in `value`: an object of wanted names and variables of `parser`, or an array
+/// of mapping documents as the store keeps them. Throws Failure with `path` for anything else.
+std::map<DDKey, DDKey> ReadMapping(const vxJson::Value& value, const std::string& path,
+                                   const std::string& parser);
 
-}  // namespace tool
+}  // namespace dataengine::tool

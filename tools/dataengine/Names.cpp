@@ -5,14 +5,21 @@
 #include "schema/StoreNames.h"
 #include "schema/VariableMappingNames.h"
 #include "tools/dataengine/Commands.h"
+#include "tools/dataengine/Failure.h"
 #include "tools/dataengine/Files.h"
 
-namespace tool {
+namespace dataengine::tool {
 namespace {
+
+std::string LowerCase(std::string text) {
+    for (char& c : text)
+        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+    return text;
+}
 
 class Listing {
   public:
-    explicit Listing(const std::string& wanted) : wanted_(wanted) {}
+    explicit Listing(const std::string& wanted) : wanted_(LowerCase(wanted)) {}
 
     void Add(const char* group, const char* prefix, const char* id, const std::string& text);
     const std::string& Rows() const { return rows_; }
@@ -27,13 +34,14 @@ class Listing {
 [[gnu::noinline]] void Listing::Add(const char* group, const char* prefix, const char* id,
                                     const std::string& text) {
     const std::string name = std::string(prefix) + id;
-    if (name.find(wanted_) == name.npos && text.find(wanted_) == text.npos) return;
+    if (LowerCase(name).find(wanted_) == name.npos && LowerCase(text).find(wanted_) == text.npos)
+        return;
     rows_.append(group).append("\t").append(name).append("\t").append(text).append("\n");
 }
 
 }  // namespace
 
-int Names(const NamesOptions& options) {
+int Names(const Options& options) {
     Listing listing(options.text);
 
 #define TEXT(id, text) \
@@ -56,8 +64,9 @@ int Names(const NamesOptions& options) {
 #define TEXT(id, text) listing.Add("store", prefix, #id, in_block::id);
 #include "schema/names/Store.def"
 
-    WriteFiles({{options.output, listing.Rows()}});
+    if (listing.Rows().empty()) throw Failure("no name contains \"" + options.text + "\"");
+    WriteFile(options.output, listing.Rows(), Content::kSafe);
     return 0;
 }
 
-}  // namespace tool
+}  // namespace dataengine::tool

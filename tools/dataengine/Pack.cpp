@@ -1,11 +1,10 @@
-// Packs a frame from a CSV table or from a JSON document of the decoder's form.
-//
-// The records of the CSV, in this order:
+// Packs a frame from the text of unpack, from a JSON document of the decoder's form, from a CSV
+// table that decode printed, or from a CSV sheet of these records, in this order:
 //
 //   unit,NAME                    the name of the frame
 //   leaf,KIND,NAME,VALUE         any number
 //   attribute,KIND,NAME,VALUE    of the table; any number
-//   table,NAME
+//   table,NAME                   if there is a table
 //   KIND:NAME,KIND:NAME,...      the columns of the table
 //   VALUE,VALUE,...              a row; any number
 //
@@ -13,20 +12,29 @@
 #include <charconv>
 #include <cmath>
 #include <filesystem>
+#include <functional>
 #include <map>
+#include <sstream>
 
 #include "structure/PackedFrameWriter.h"
+#include "structure/detail/PackedBytes.h"
 #include "tools/dataengine/Commands.h"
 #include "tools/dataengine/Csv.h"
+#include "tools/dataengine/Exact.h"
 #include "tools/dataengine/Failure.h"
 #include "tools/dataengine/Files.h"
+#include "tools/dataengine/Frames.h"
 
-namespace tool {
+namespace dataengine::tool {
 namespace {
+
+using detail::PackedKind;
+using Cell = std::optional<std::string>;
 
 // 11 marks a table. The decoder copies all other type numbers unchanged.
 const std::map<std::string, int> kTypeOfKind = {
     {"text", 1}, {"integer", 2}, {"number", 3}, {"boolean", 4}, {"bytes", 5}};
+const std::string kAny = "any";  // of a column of --like with values of several kinds, or none
 
 /// Returns `text` as a number; nothing unless the whole text is one.
 template <typename Number>
@@ -38,20 +46,26 @@ std::optional<Number> Parse(const std::string& text) {
 }
 
 /// Returns the value of a cell. Throws Failure if it is not of this kind.
-vxJson::Value ValueOf(const std::string& kind, const std::string& cell) {
-    if (cell.empty()) return {};
-    if (kind == "text") return cell;
-    if (kind == "bytes") return vxJson::Value::Binary(cell);
-    if (kind == "boolean" && (cell == "true" || cell == "false")) return cell == "true";
-    if (kind == "integer") {
-        if (const auto number = Parse<long long>(cell)) return *number;
-        if (const auto number = Parse<unsigned long long>(cell)) return *number;
+vxJson::Value ValueOf(const std::string& kind, const Cell& cell) {
+    if (!cell) return {};
+    if (kind == "text") return *cell;
+    if (kind == "bytes") return vxJson::Value::Binary(*cell);
+    const bool isAny = kind == kAny;
+    if ((isAny || kind == "boolean") && (cell == "true" || cell == "false")) return cell == "true";
+    if (isAny || kind == "integer") {
+        if (const auto number = Parse<long long>(*cell)) return *number;
+        if (const auto number = Parse<unsigned long long>(*cell)) return *number;
     }
-    if (kind == "number") {
-        const auto number = Parse<double>(cell);
+    if (isAny || kind == "number") {
+        const auto number = Parse<double>(*cell);
         if (number && std::isfinite(*number)) return *number;
     }
-    throw Failure("\"" + cell + "\" is not of the kind " + kind);
+    if (!isAny) throw Failure("\"" + *cell + "\" is not of the kind " + kind);
+    vxJson::Value value;
+    std::istringstream stream(*cell);
+    const bool isJson =
+        cell->find_first_of("[{") == 0 && vxJson::Reader().parse(stream, value, false);
+    return isJson ? value : vxJson::Value(*cell);
 }
 
 /// A leaf, a column or an attribute of the CSV.
@@ -68,114 +82,219 @@ Field MakeField(const std::string& kind, const std::string& name) {
     return {kind, name, type->second, {}};
 }
 
-/// The content of a CSV file, in the order of a frame.
-class Sheet {
-  public:
-    void Read(const std::vector<std::string>& cells) {
-        if (!columns_.empty()) {
+/// The content of a frame, in its order.
+struct Sheet {
+    std::string unit;
+    std::string table;
+    bool hashSort = true;
+    std::vector<std::string> hashColumns;
+    std::vector<Field> leaves;
+    std::vector<Field> columns;
+    std::vector<Field> attributes;
+
+    void Read(const std::vector<Cell>& cells) {
+        const auto text = [&](std::size_t i) { return cells[i].value_or(""); };
+        if (!columns.empty()) {
             ReadRow(cells);
-        } else if (!table_.empty()) {
+        } else if (!table.empty()) {
             ReadColumns(cells);
         } else if (cells.size() == 2 && cells[0] == "unit") {
-            unit_ = cells[1];
+            unit = text(1);
         } else if (cells.size() == 2 && cells[0] == "table") {
-            table_ = cells[1];
+            table = text(1);
         } else if (cells.size() == 4 && (cells[0] == "leaf" || cells[0] == "attribute")) {
-            auto& fields = cells[0] == "leaf" ? leaves_ : attributes_;
-            fields.push_back(MakeField(cells[1], cells[2]));
-            fields.back().value = ValueOf(cells[1], cells[3]);
+            auto& fields = cells[0] == "leaf" ? leaves : attributes;
+            fields.push_back(MakeField(text(1), text(2)));
+            fields.back().value = ValueOf(text(1), cells[3]);
         } else {
             throw Failure("is not a unit, leaf, attribute or table");
         }
     }
 
-    const std::string& Unit() const { return unit_; }
-
-    void AddTo(dataengine::PackedFrameWriter& writer, const std::string& path) const {
-        for (const Field& leaf : leaves_) writer.AddLeaf(leaf.name, leaf.type, leaf.value);
-        if (columns_.empty()) throw Failure(path, "has no table");
-        auto table = writer.AddTable(table_, true, {columns_.front().name});
-        for (const Field& column : columns_)
-            table.AddColumn(column.name, column.type, column.value);
-        for (const Field& attribute : attributes_)
-            table.AddAttribute(attribute.name, attribute.type, attribute.value);
-    }
-
-  private:
-    void ReadColumns(const std::vector<std::string>& cells) {
-        std::vector<Field> columns;
-        for (const std::string& cell : cells) {
-            const std::size_t colon = cell.find(':');
-            if (colon == cell.npos) throw Failure("column \"" + cell + "\" is not kind:name");
-            columns.push_back(MakeField(cell.substr(0, colon), cell.substr(colon + 1)));
+    void ReadColumns(const std::vector<Cell>& cells) {
+        for (const Cell& cell : cells) {
+            const std::string text = cell.value_or("");
+            const std::size_t colon = text.find(':');
+            if (colon == text.npos) throw Failure("column \"" + text + "\" is not kind:name");
+            columns.push_back(MakeField(text.substr(0, colon), text.substr(colon + 1)));
             columns.back().value = vxJson::Value(vxJson::arrayKind, false);
         }
-        columns_ = std::move(columns);
+        hashColumns = {columns.front().name};
     }
 
-    void ReadRow(const std::vector<std::string>& cells) {
-        if (cells.size() != columns_.size())
+    void ReadRow(const std::vector<Cell>& cells) {
+        if (cells.size() != columns.size())
             throw Failure("has " + std::to_string(cells.size()) + " cells for " +
-                          std::to_string(columns_.size()) + " columns");
+                          std::to_string(columns.size()) + " columns");
         for (std::size_t i = 0; i < cells.size(); ++i)
-            columns_[i].value.append(ValueOf(columns_[i].kind, cells[i]));
+            columns[i].value.append(ValueOf(columns[i].kind, cells[i]));
     }
 
-    std::string unit_;
-    std::string table_;
-    std::vector<Field> leaves_;
-    std::vector<Field> columns_;
-    std::vector<Field> attributes_;
+    void AddTo(PackedFrameWriter& writer) const {
+        for (const Field& leaf : leaves) writer.AddLeaf(leaf.name, leaf.type, leaf.value);
+        if (columns.empty()) return;
+        PackedFrameWriter::Table added = writer.AddTable(table, hashSort, hashColumns);
+        for (const Field& column : columns) added.AddColumn(column.name, column.type, column.value);
+        for (const Field& attribute : attributes)
+            added.AddAttribute(attribute.name, attribute.type, attribute.value);
+    }
 };
 
-dataengine::PackedFrameWriter PackCsv(const PackOptions& options, const std::string& text) {
-    Sheet sheet;
-    for (const CsvRecord& record : ParseCsv(options.input, text)) {
+/// Runs `read` with each record. Errors name its line.
+template <typename Records, typename Read>
+void ForEachRecord(const std::string& path, const Records& records, const Read& read) {
+    for (const CsvRecord& record : records) {
         try {
-            sheet.Read(record.cells);
+            read(record.cells);
         } catch (const Failure& failure) {
-            throw Failure(options.input,
-                          "line " + std::to_string(record.line) + ": " + failure.what());
+            throw Failure(path, "line " + std::to_string(record.line) + ": " + failure.what());
         }
     }
-    const std::string& name = options.name.empty() ? sheet.Unit() : options.name;
-    if (name.empty()) throw Failure(options.input, "has no unit, and there is no --name");
-    dataengine::PackedFrameWriter writer(name);
-    sheet.AddTo(writer, options.input);
-    return writer;
 }
 
-dataengine::PackedFrameWriter PackJson(const PackOptions& options, const std::string& text) {
-    if (options.name.empty() && options.input == kStandard)
-        throw UsageError("a document from standard input needs a --name");
-    const std::string stem = std::filesystem::path(options.input).stem();
-    dataengine::PackedFrameWriter writer(options.name.empty() ? stem : options.name);
-    writer.AddItems(ParseJson(options.input, text));
-    return writer;
+Sheet ReadSheet(const std::string& path, const std::string& text) {
+    Sheet sheet;
+    ForEachRecord(path, ParseCsv(path, text, true),
+                  [&](const std::vector<Cell>& cells) { sheet.Read(cells); });
+    if (!sheet.table.empty() && sheet.columns.empty())
+        throw Failure(path, "the table has no columns");
+    if (sheet.leaves.empty() && sheet.columns.empty())
+        throw Failure(path, "has neither a leaf nor a table");
+    if (sheet.columns.empty() && !sheet.attributes.empty())
+        throw Failure(path, "has an attribute and no table");
+    return sheet;
 }
 
-bool IsJson(const std::string& text) {
+/// Returns the kind of the values of a packed column.
+std::string KindOf(std::string_view packed) {
+    static const std::map<PackedKind, std::string> kKinds = {
+        {PackedKind::kStr, "text"},        {PackedKind::kInteger, "integer"},
+        {PackedKind::kFloat32, "number"},  {PackedKind::kFloat64, "number"},
+        {PackedKind::kBoolean, "boolean"}, {PackedKind::kBin, "bytes"}};
+    detail::PackedBytes bytes(packed.data(), packed.size());
+    if (bytes.Head().kind != PackedKind::kArray) return kAny;
+    std::string kind;
+    for (std::uint64_t rest = bytes.TakeLength(bytes.Head()); rest > 0; --rest, bytes.Skip()) {
+        const auto found = kKinds.find(bytes.Head().kind);
+        if (bytes.Head().kind == PackedKind::kNil) continue;
+        if (found == kKinds.end() || (!kind.empty() && kind != found->second)) return kAny;
+        kind = found->second;
+    }
+    return kind.empty() ? kAny : kind;
+}
+
+/// Sets unit, table and columns to those of the frame `like`, for a CSV with the header `names`:
+/// those of the first table that has all columns.
+Sheet SheetLike(const std::string& like, const std::vector<Cell>& names) {
+    const std::string bytes = ReadFile(like);
+    PackedFrameReader reader;
+    OpenFrame(reader, like, bytes);
+    std::vector<Item> items = ItemsOf(reader);
+    FindOffsets(items, reader);
+    Sheet sheet;
+    sheet.unit = reader.Name();
+    for (const vxJson::Value& table : reader.Schema()) {
+        std::map<std::string, const Item*> columns;
+        for (const Item& item : items)
+            if (item.table == &table && item.role == std::string("column"))
+                columns.emplace((*item.schema)["name"].asString(), &item);
+        sheet.columns.clear();
+        for (const Cell& name : names) {
+            const auto found = columns.find(name.value_or(""));
+            if (found == columns.end() || !found->second->offset) break;
+            sheet.columns.push_back({KindOf(reader.Payload().substr(*found->second->offset)),
+                                     found->first, (*found->second->schema)["type"].asInt(),
+                                     vxJson::Value(vxJson::arrayKind, false)});
+        }
+        if (sheet.columns.size() != names.size()) continue;
+        sheet.table = table["name"].asString();
+        sheet.hashSort = table["hashSort"].isBool() && table["hashSort"].asBool();
+        for (const vxJson::Value& column : table["hashColumns"])
+            if (column.isString()) sheet.hashColumns.push_back(column.asString());
+        return sheet;
+    }
+    throw Failure(like, "has no table with the columns of the CSV");
+}
+
+Sheet ReadTable(const std::string& path, const std::string& text, const std::string& like) {
+    std::vector<CsvRecord> records = ParseCsv(path, text, false);
+    Sheet sheet = SheetLike(like, records.front().cells);
+    records.erase(records.begin());
+    ForEachRecord(path, records, [&](const std::vector<Cell>& cells) { sheet.ReadRow(cells); });
+    return sheet;
+}
+
+/// A frame and its offsets.
+struct Packed {
+    std::string frame;
+    vxJson::Value offsets;
+};
+
+Packed PackText(const rapidjson::Document& text) {
+    Packed packed;
+    for (const char* key : {"version", "name", "schema"}) {
+        if (!text.HasMember(key)) throw vxJson::Error(std::string("has no \"") + key + "\"");
+        PackExact(text[key], packed.frame);
+    }
+    if (!text.HasMember("payload") || !text["payload"].IsArray())
+        throw vxJson::Error("has no \"payload\" of values");
+    for (const rapidjson::Value& value : text["payload"].GetArray()) PackExact(value, packed.frame);
+    return packed;
+}
+
+Packed PackWith(const Options& options, const std::string& unit,
+                const std::function<void(PackedFrameWriter&)>& add) {
+    const std::string& name = options.name.empty() ? unit : options.name;
+    if (name.empty()) throw vxJson::Error("has no unit, and there is no --name");
+    PackedFrameWriter writer(name);
+    add(writer);
+    return {writer.Frame(), options.offsets.empty() ? vxJson::Value() : writer.Offsets()};
+}
+
+Packed PackInput(const Options& options, const std::string& path, const std::string& text) {
     const std::size_t first = text.find_first_not_of(" \t\r\n");
-    return first != text.npos && (text[first] == '[' || text[first] == '{');
+    const char begin = first == text.npos ? '\0' : text[first];
+    if (begin != '[' && begin != '{') {
+        const Sheet sheet =
+            options.like.empty() ? ReadSheet(path, text) : ReadTable(path, text, options.like);
+        return PackWith(options, sheet.unit,
+                        [&](PackedFrameWriter& writer) { sheet.AddTo(writer); });
+    }
+    const rapidjson::Document document = ParseJson(path, text);
+    if (document.IsObject() && document.HasMember("version")) return PackText(document);
+    if (options.name.empty() && path == kStandard)
+        throw UsageError("a document from standard input needs a --name");
+    return PackWith(options, std::filesystem::path(path).stem(),
+                    [&](PackedFrameWriter& writer) { writer.AddItems(document); });
 }
 
 }  // namespace
 
-int Pack(const PackOptions& options) {
-    CheckPaths({options.input}, {options.output, options.offsets});
-    const std::string text = ReadFile(options.input);
-    if (text.empty()) throw Failure(options.input, "is empty");
+int Pack(const Options& options) {
+    const std::string& path = options.input;
+    CheckPaths({path, options.like}, {options.output, options.offsets});
+    const std::string text = ReadFile(path);
+    if (text.empty()) throw Failure(path, "is empty");
     try {
-        const dataengine::PackedFrameWriter writer =
-            IsJson(text) ? PackJson(options, text) : PackCsv(options, text);
-        std::vector<FileContent> files = {{options.output, writer.Frame()}};
-        if (!options.offsets.empty())
-            files.push_back({options.offsets, writer.Offsets().toString(false) + "\n"});
-        WriteFiles(files);
+        Packed packed = PackInput(options, path, text);
+        Output frame(options.output, Content::kBinary);
+        frame.Write(packed.frame);
+        if (options.offsets.empty()) {
+            Output::Complete(frame);
+            return 0;
+        }
+        if (packed.offsets.isNull()) {
+            PackedFrameReader reader;
+            OpenFrame(reader, path, packed.frame);
+            packed.offsets = reader.FindOffsets();
+        }
+        Output offsets(options.offsets);
+        offsets.Write(packed.offsets.toString(false) + "\n");
+        Output::Complete(frame, offsets);
     } catch (const vxJson::Error& error) {
-        throw Failure(options.input, error.what());
+        throw Failure(path, error.what());
     }
     return 0;
 }
 
-}  // namespace tool
+}  // namespace dataengine::tool

@@ -1,14 +1,42 @@
-// Prints the header of a frame and its schema as a tree, with the offset, size and start of each
-// value.
+// Prints the header of a frame and its schema as a tree, with the kind and the beginning of each
+// value as it is packed.
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <msgpack.hpp>
+
+#include "structure/CDEStructureDataHelper.h"
 #include "tools/dataengine/Commands.h"
+#include "tools/dataengine/Exact.h"
+#include "tools/dataengine/Failure.h"
 #include "tools/dataengine/Files.h"
-#include "tools/dataengine/Frame.h"
+#include "tools/dataengine/Frames.h"
 #include "tools/dataengine/Table.h"
 
-namespace tool {
+namespace dataengine::tool {
 namespace {
 
-constexpr std::size_t kLongestBeginning = 60;  // in bytes of JSON text
+using detail::PackedBytes;
+using detail::PackedKind;
+
+constexpr std::size_t kLongestBeginning = 60;  // in bytes
+
+/// Returns whether the complete value in `bytes` is null in documents.
+bool DecodesToNull(std::string_view bytes) {
+    vxJson::Value schema, offsets;
+    schema[0]["name"] = "value";
+    offsets[0] = 0;
+    rapidjson::Document document;
+    CDEStructureDataHelper::ParseBinaryDataToJson(bytes.data(), static_cast<int>(bytes.size()),
+                                                  schema, offsets, {}, document);
+    return document[0]["value"].IsNull();
+}
+
+const char* NameOf(PackedKind kind) {
+    static constexpr const char* kNames[] = {"",    "nil", "bool", "int",   "float32", "float64",
+                                             "str", "bin", "ext",  "array", "map"};
+    return kNames[static_cast<std::size_t>(kind)];
+}
 
 /// Returns an entry of a schema as text; an entry that should be a number may be of any kind.
 std::string NumberText(const vxJson::Value& number) {
@@ -17,91 +45,105 @@ std::string NumberText(const vxJson::Value& number) {
 
 class SchemaTree {
   public:
-    SchemaTree(const Frame& frame, const Offsets& offsets, ErrorReporter& errors)
-        : frame_(frame), offsets_(offsets), errors_(errors) {}
-
-    void AddAll() {
-        for (const Item& item : ItemsOf(frame_.schema)) {
-            if (item.IsTable()) {
-                AddTable(item);
-            } else {
-                AddValue(item, "", "leaf");
-            }
-        }
+    explicit SchemaTree(const PackedFrameReader& reader)
+        : payload_(reader.Payload()), budget_(4 * payload_.size()) {
+        cells_.rows = {{"item", "role", "type", "index", "offset", "size", "kind", "value"}};
     }
-    std::string Draw(const Screen& screen) const { return table_.Draw(screen); }
+
+    void Add(const Item& item, bool isLastChild) {
+        const vxJson::Value& schema = *item.schema;
+        const char* const branch = item.table == nullptr ? "" : isLastChild ? "└─ " : "├─ ";
+        std::vector<std::string> row = {branch + schema["name"].asString(), item.role,
+                                        NumberText(schema["type"]), NumberText(schema["index"])};
+        row.resize(8);
+        if (!item.HasValue() && item.table == nullptr)
+            row[7] = "hashSort " + schema["hashSort"].toString(false) + ", hashColumns " +
+                     schema["hashColumns"].toString(false);
+        if (item.offset) AddValue(item, row);
+        cells_.rows.push_back(std::move(row));
+    }
+    const Cells& Drawing() const { return cells_; }
+    const std::vector<std::string>& Errors() const { return errors_; }
 
   private:
-    void AddTable(const Item& item) {
-        const vxJson::Value& schema = *item.schema;
-        table_.Add({schema["name"].asString(), "table", NumberText(schema["type"]),
-                    NumberText(schema["index"]), "", "",
-                    "hashSort " + schema["hashSort"].toString(false) + ", hashColumns " +
-                        schema["hashColumns"].toString(false)});
-        const std::vector<Item> columns = ItemsOf(schema["column"], item.path + ".");
-        const std::vector<Item> attributes = ItemsOf(schema["attributes"], item.path + ".");
-        for (const Item& column : columns) {
-            const bool last = &column == &columns.back() && attributes.empty();
-            AddValue(column, last ? "└─ " : "├─ ", "column");
+    void AddValue(const Item& item, std::vector<std::string>& row) {
+        row[4] = std::to_string(*item.offset);
+        try {
+            const auto found = values_.find(*item.offset);
+            const auto& [kind, size, text] =
+                found != values_.end() ? found->second : Value(*item.offset);
+            row[5] = std::to_string(size);
+            row[6] = kind;
+            row[7] = text;
+        } catch (const msgpack::unpack_error& error) {
+            errors_.push_back(item.Path() + ": " + error.what());
+        } catch (const Failure& error) {
+            errors_.push_back(item.Path() + ": " + error.what());
         }
-        for (const Item& attribute : attributes)
-            AddValue(attribute, &attribute == &attributes.back() ? "└─ " : "├─ ", "attribute");
+    }
+    struct Shown {
+        const char* kind;
+        std::size_t size;
+        std::string text;
+    };
+
+    /// Describes the value at `offset`. Items may share it.
+    const Shown& Value(std::size_t offset) {
+        const std::string_view rest = payload_.substr(std::min(offset, payload_.size()));
+        PackedBytes bytes(rest.data(), rest.size());
+        const PackedKind kind = bytes.Head().kind;
+        bytes.Skip();
+        const auto size = static_cast<std::size_t>(bytes.Next() - rest.data());
+        if (size > budget_) throw Failure("the values overlap too often to show this one");
+        budget_ -= size;
+        PackedBytes again(rest.data(), size);
+        Exact exact = ReadExact(again, 4 * kLongestBeginning);
+        if (exact.nullReason.empty() && exact.hasOddBin && DecodesToNull(rest.substr(0, size)))
+            exact.nullReason = "a bin that is not JSON text";
+        std::string text = Cut(exact.text, kLongestBeginning);
+        if (!exact.nullReason.empty())
+            text = "null in documents (" + exact.nullReason + "): " + text;
+        return values_[offset] = {NameOf(kind), size, std::move(text)};
     }
 
-    void AddValue(const Item& item, const std::string& branch, const std::string& kind) {
-        const vxJson::Value& schema = *item.schema;
-        Table::Row row = {branch + schema["name"].asString(),
-                          kind,
-                          NumberText(schema["type"]),
-                          NumberText(schema["index"]),
-                          "",
-                          "",
-                          ""};
-        const auto offset = offsets_.byItem.find(item.schema);
-        if (offset != offsets_.byItem.end()) {
-            row[4] = std::to_string(offset->second);
-            try {
-                row[5] = std::to_string(SizeOfValue(frame_, item, offset->second));
-                row[6] = Beginning(item, offset->second);
-            } catch (const Failure& failure) {
-                errors_.Report(failure.what());
-            }
-        }
-        table_.Add(std::move(row));
-    }
-
-    std::string Beginning(const Item& item, int offset) const {
-        rapidjson::Document list(rapidjson::kArrayType);
-        DecodeValue(frame_, item, offset, list, list.GetAllocator());
-        std::string text = JsonText(list[0]["value"]);
-        if (text.size() <= kLongestBeginning) return text;
-        std::size_t end = kLongestBeginning;
-        while (end > 0 && (text[end] & 0xc0) == 0x80) --end;  // do not split a character
-        return text.substr(0, end) + "…";
-    }
-
-    const Frame& frame_;
-    const Offsets& offsets_;
-    ErrorReporter& errors_;
-    Table table_{{"item", "kind", "type", "index", "offset", "size", "value"}};
+    std::string_view payload_;
+    std::size_t budget_;                   // bytes of values that may still be read
+    std::map<std::size_t, Shown> values_;  // by offset
+    std::vector<std::string> errors_;
+    StringCells cells_;
 };
 
 }  // namespace
 
-int Show(const ShowOptions& options) {
-    CheckPaths({options.frame, options.offsets}, {options.output});
-    ErrorReporter errors;
-    const Frame frame = ReadFrame(options.frame);
-    const Offsets offsets = LocateValues(frame, options.offsets, errors);
-    SchemaTree tree(frame, offsets, errors);
-    tree.AddAll();
-    const Screen screen = Screen::Of(options.output);
-    const std::string text = "name     " + Printable(frame.name) + "\nheader   " +
-                             std::to_string(frame.headerLength) + " bytes\npayload  " +
-                             std::to_string(frame.Payload().size()) + " bytes\n\n" +
-                             tree.Draw(screen);
-    WriteFiles({{options.output, text}});
-    return errors.Status();
+int Show(const Options& options) {
+    const std::string& path = options.input;
+    CheckPaths({path, options.offsets}, {options.output});
+    const std::string bytes = ReadFile(path);
+    PackedFrameReader reader;
+    OpenFrame(reader, path, bytes);
+    std::vector<Item> items = ItemsOf(reader);
+    std::vector<std::string> errors;
+    if (options.offsets.empty()) {
+        const std::string error = FindOffsets(items, reader);
+        if (!error.empty()) errors.push_back(error + "; the values from here on are not found");
+    } else {
+        SetOffsets(items, ReadOffsets(options.offsets));
+    }
+    SchemaTree tree(reader);
+    for (std::size_t i = 0; i < items.size(); ++i)
+        tree.Add(items[i], i + 1 == items.size() || items[i + 1].table == nullptr);
+    errors.insert(errors.end(), tree.Errors().begin(), tree.Errors().end());
+
+    Output output(options.output, Content::kSafe);
+    Sink sink([&](const std::string& text) { output.Write(text); });
+    sink.text = ("name     " + Printable(reader.Name()) + "\nheader   " +
+                 std::to_string(reader.HeaderLength()) + " bytes\npayload  " +
+                 std::to_string(reader.Payload().size()) + " bytes\n\n");
+    DrawTable(tree.Drawing(), Screen::Of(options), sink);
+    sink.Flush();
+    Output::Complete(output);
+    for (const std::string& error : errors) PrintError(DisplayName(path) + ": " + error);
+    return errors.empty() ? 0 : 1;
 }
 
-}  // namespace tool
+}  // namespace dataengine::tool

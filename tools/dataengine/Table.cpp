@@ -5,176 +5,146 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <cwchar>
-#include <cwctype>
 #include <limits>
 
 #include "tools/dataengine/Failure.h"
+#include "tools/dataengine/Text.h"
 
-namespace tool {
+namespace dataengine::tool {
 namespace {
 
 constexpr std::size_t kGap = 2;     // blanks between columns
 constexpr std::size_t kNarrow = 8;  // columns are not cut below this to fit into a block
 
-/// One character of a string.
-struct Glyph {
-    std::string_view bytes;
-    int width;  // in columns of a terminal; negative if it must be escaped
+bool IsNumber(std::string_view cell) {
+    return std::all_of(cell.begin(), cell.end(), [](char c) {
+        return (c >= '0' && c <= '9') || c == '.' || c == '-' || c == '+' || c == 'e' || c == 'E';
+    });
+}
+
+class Drawing {
+  public:
+    Drawing(const Cells& cells, const Screen& screen, Sink& sink)
+        : cells_(cells),
+          screen_(screen),
+          sink_(sink),
+          widths_(cells.Columns()),
+          isNumeric_(cells.Columns(), true) {
+        for (std::size_t row = 0; row < cells_.Rows(); ++row) {
+            for (std::size_t i = 0; i < widths_.size(); ++i) {
+                const std::size_t width = Read(row, i);
+                widths_[i] = std::max(widths_[i], std::min(width, Widest()));
+                isNumeric_[i] = isNumeric_[i] && (row == 0 || IsNumber(cell_));
+            }
+        }
+    }
+
+    void Draw() {
+        for (std::size_t first = 1; first == 1 || first < widths_.size();) {
+            const std::vector<std::size_t> block = NextBlock(first);
+            const std::size_t widest = WidestCell(block);
+            if (first > 1) sink_.text += '\n';
+            for (std::size_t row = 0; row < cells_.Rows(); ++row) {
+                const bool isBold = row == 0 && screen_.color;
+                if (isBold) sink_.text += "\033[1m";
+                DrawRow(row, block, widest);
+                sink_.text += isBold ? "\033[0m\n" : "\n";
+                sink_.Check();
+            }
+            first = block.back() + 1;
+            if (block.size() == 1) break;
+        }
+    }
+
+  private:
+    std::size_t Widest() const {
+        return screen_.width == kUnlimited ? kWidestAligned : screen_.width;
+    }
+
+    /// Reads a cell and returns its width.
+    std::size_t Read(std::size_t row, std::size_t column) {
+        cell_.clear();
+        cells_.Append(row, column, cell_);
+        if (IsPlain(cell_)) return cell_.size();
+        cell_ = Printable(cell_);
+        return WidthOf(cell_);
+    }
+
+    /// Returns the first column and as many from `first` on as fit next to it, but at least one.
+    std::vector<std::size_t> NextBlock(std::size_t first) const {
+        const auto fewest = [&](std::size_t i) { return std::min(widths_[i], kNarrow); };
+        std::vector<std::size_t> block{0};
+        std::size_t used = fewest(0);
+        for (std::size_t i = first; i < widths_.size(); ++i) {
+            used += kGap + fewest(i);
+            if (used > screen_.width && block.size() > 1) break;
+            block.push_back(i);
+        }
+        return block;
+    }
+
+    /// Returns the width to which the cells of a block are cut so that its rows fit.
+    std::size_t WidestCell(const std::vector<std::size_t>& block) const {
+        if (screen_.width == kUnlimited) return kUnlimited;
+        std::size_t fits = 1;
+        for (std::size_t tooWide = Widest() + 1; fits + 1 < tooWide;) {
+            const std::size_t widest = (fits + tooWide) / 2;
+            std::size_t used = kGap * (block.size() - 1);
+            for (const std::size_t i : block) used += std::min(widths_[i], widest);
+            (used <= screen_.width ? fits : tooWide) = widest;
+        }
+        return fits;
+    }
+
+    void DrawRow(std::size_t row, const std::vector<std::size_t>& block, std::size_t widest) {
+        std::string& line = sink_.text;
+        const std::size_t begin = line.size();
+        for (const std::size_t i : block) {
+            std::size_t width = Read(row, i);
+            if (width > widest) {
+                cell_ = Cut(cell_, widest);
+                width = WidthOf(cell_);
+            }
+            const std::size_t column = std::min(widths_[i], widest);
+            const std::size_t blanks = column > width ? column - width : 0;
+            if (i != block.front()) line.append(kGap, ' ');
+            if (isNumeric_[i]) line.append(blanks, ' ');
+            line += cell_;
+            if (!isNumeric_[i]) line.append(blanks, ' ');
+        }
+        line.erase(std::max(line.find_last_not_of(' ') + 1, begin));
+    }
+
+    static constexpr std::size_t kUnlimited = std::numeric_limits<std::size_t>::max();
+    const Cells& cells_;
+    const Screen& screen_;
+    Sink& sink_;
+    std::vector<std::size_t> widths_;
+    std::vector<bool> isNumeric_;  // such columns are aligned to the right
+    std::string cell_;
 };
-
-/// Returns whether a character is invisible or changes the direction of the text around it.
-bool IsFormatMark(wchar_t c) {
-    return c == 0x061c || (c >= 0x200b && c <= 0x200f) || (c >= 0x2028 && c <= 0x202e) ||
-           (c >= 0x2060 && c <= 0x206f) || c == 0xfeff;
-}
-
-/// Returns the first character of `text`, which is not empty.
-Glyph FirstGlyph(std::string_view text) {
-    wchar_t c = 0;
-    std::mbstate_t state = {};
-    const std::size_t size = std::mbrtowc(&c, text.data(), text.size(), &state);
-    if (size == 0 || size > text.size()) return {text.substr(0, 1), -1};
-    return {text.substr(0, size), IsFormatMark(c) ? -1 : wcwidth(c)};
-}
-
-std::string Escape(std::string_view bytes) {
-    static const char digits[] = "0123456789abcdef";
-    if (bytes == "\n") return "\\n";
-    if (bytes == "\r") return "\\r";
-    if (bytes == "\t") return "\\t";
-    std::string text;
-    for (const char byte : bytes) {
-        const auto value = static_cast<unsigned char>(byte);
-        text += {'\\', 'x', digits[value >> 4], digits[value & 15]};
-    }
-    return text;
-}
-
-std::size_t WidthOf(std::string_view text) {
-    std::size_t width = 0;
-    while (!text.empty()) {
-        const Glyph glyph = FirstGlyph(text);
-        width += static_cast<std::size_t>(std::max(glyph.width, 0));
-        text.remove_prefix(glyph.bytes.size());
-    }
-    return width;
-}
-
-/// Returns `text`, cut to `width` columns with an ellipsis if it is wider.
-std::string Cut(std::string_view text, std::size_t width) {
-    if (WidthOf(text) <= width) return std::string(text);
-    std::size_t size = 0;
-    std::size_t taken = 1;  // the ellipsis
-    for (;;) {
-        const Glyph glyph = FirstGlyph(text.substr(size));
-        taken += static_cast<std::size_t>(std::max(glyph.width, 0));
-        if (taken > width) return std::string(text.substr(0, size)) + "…";
-        size += glyph.bytes.size();
-    }
-}
-
-bool IsNumber(const std::string& cell) {
-    return cell.find_first_not_of("0123456789.+-eE") == cell.npos;
-}
 
 }  // namespace
 
-Screen Screen::Of(const std::string& path) {
-    const bool terminal = path == kStandard && isatty(STDOUT_FILENO) == 1;
-    const char* const noColour = std::getenv("NO_COLOR");
+Screen Screen::Of(const Options& options) {
+    const bool isTerminal = options.output == kStandard && isatty(STDOUT_FILENO) == 1;
+    const char* const noColor = std::getenv("NO_COLOR");
+    const bool isWanted = isTerminal && (noColor == nullptr || *noColor == '\0');
     Screen screen{std::numeric_limits<std::size_t>::max(),
-                  terminal && (noColour == nullptr || *noColour == '\0')};
+                  options.color == "auto" ? isWanted : options.color == "always"};
     const char* const columns = std::getenv("COLUMNS");
     const long given = columns == nullptr ? 0 : std::strtol(columns, nullptr, 10);
     winsize size = {};
     if (given > 0) {
         screen.width = static_cast<std::size_t>(given);
-    } else if (terminal && ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0) {
+    } else if (isTerminal && ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0) {
         screen.width = size.ws_col;
     }
     return screen;
 }
 
-std::string Printable(std::string_view text) {
-    std::string printable;
-    while (!text.empty()) {
-        const Glyph glyph = FirstGlyph(text);
-        printable += glyph.width < 0 ? Escape(glyph.bytes) : std::string(glyph.bytes);
-        text.remove_prefix(glyph.bytes.size());
-    }
-    return printable;
+void DrawTable(const Cells& cells, const Screen& screen, Sink& sink) {
+    Drawing(cells, screen, sink).Draw();
 }
 
-Table::Table(Row header) : widths_(header.size()), numeric_(header.size(), true) {
-    const std::vector<bool> numeric = numeric_;
-    Add(std::move(header));
-    numeric_ = numeric;
-}
-
-void Table::Add(Row cells) {
-    for (std::size_t i = 0; i < cells.size(); ++i) {
-        cells[i] = Printable(cells[i]);
-        widths_[i] = std::max(widths_[i], WidthOf(cells[i]));
-        numeric_[i] = numeric_[i] && IsNumber(cells[i]);
-    }
-    rows_.push_back(std::move(cells));
-}
-
-/// Returns the first column and as many from `first` on as fit next to it, but at least one.
-Table::Columns Table::NextBlock(std::size_t first, std::size_t width) const {
-    const auto fewest = [&](std::size_t i) { return std::min(widths_[i], kNarrow); };
-    Columns block{0};
-    std::size_t used = fewest(0);
-    for (std::size_t i = first; i < widths_.size(); ++i) {
-        used += kGap + fewest(i);
-        if (used > width && block.size() > 1) break;
-        block.push_back(i);
-    }
-    return block;
-}
-
-/// Returns the width to which the cells of a block are cut so that its rows fit.
-std::size_t Table::WidestCell(const Columns& block, std::size_t width) const {
-    std::size_t widest = *std::max_element(widths_.begin(), widths_.end());
-    for (; widest > 1; --widest) {
-        std::size_t used = kGap * (block.size() - 1);
-        for (const std::size_t i : block) used += std::min(widths_[i], widest);
-        if (used <= width) break;
-    }
-    return widest;
-}
-
-void Table::DrawRow(const Row& row, const Columns& block, std::size_t widest,
-                    std::string& out) const {
-    std::string line;
-    for (const std::size_t i : block) {
-        const std::size_t width = std::min(widths_[i], widest);
-        const std::string cell = Cut(row[i], width);
-        const std::string blanks(width - WidthOf(cell), ' ');
-        if (i != block.front()) line.append(kGap, ' ');
-        line += numeric_[i] ? blanks + cell : cell + blanks;
-    }
-    out.append(line, 0, line.find_last_not_of(' ') + 1);
-}
-
-std::string Table::Draw(const Screen& screen) const {
-    std::string out;
-    for (std::size_t first = 1; first == 1 || first < widths_.size();) {
-        const Columns block = NextBlock(first, screen.width);
-        const std::size_t widest = WidestCell(block, screen.width);
-        if (first > 1) out += '\n';
-        if (screen.colour) out += "\033[1m";
-        DrawRow(rows_[0], block, widest, out);
-        out += screen.colour ? "\033[0m\n" : "\n";
-        for (std::size_t i = 1; i < rows_.size(); ++i) {
-            DrawRow(rows_[i], block, widest, out);
-            out += '\n';
-        }
-        first = block.back() + 1;
-        if (block.size() == 1) break;
-    }
-    return out;
-}
-
-}  // namespace tool
+}  // namespace dataengine::tool

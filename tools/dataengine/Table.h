@@ -1,46 +1,69 @@
 #pragma once
 
+#include <functional>
 #include <string>
-#include <string_view>
 #include <vector>
 
-namespace tool {
+#include "tools/dataengine/Commands.h"
+
+namespace dataengine::tool {
+
+/// Text on its way to an output. It is written in pieces, so that it need not fit into memory.
+class Sink {
+  public:
+    explicit Sink(std::function<void(const std::string&)> write) : write_(std::move(write)) {}
+
+    std::string text;
+
+    /// Writes the text if there is much of it.
+    void Check() {
+        if (text.size() >= kLarge) Flush();
+    }
+    void Flush() {
+        write_(text);
+        text.clear();
+    }
+
+  private:
+    static constexpr std::size_t kLarge = 1 << 20;
+    std::function<void(const std::string&)> write_;
+};
 
 /// The properties of the output on which a table is drawn.
 struct Screen {
     std::size_t width;  // in columns; unlimited for a pipe or a file
-    bool colour;
+    bool color;
 
-    /// Returns the screen for the output `path`. The width is COLUMNS, or else that of the
-    /// terminal. Colour is used on a terminal only, and never if NO_COLOR is set.
-    static Screen Of(const std::string& path);
+    /// Returns the screen for the output of a command. The width is COLUMNS, or else that of the
+    /// terminal. By default, color is used on a terminal only, and not if NO_COLOR is set.
+    static Screen Of(const Options& options);
 };
 
-/// Returns `text` as UTF-8 for a terminal. Control characters, marks that reorder text and bytes
-/// that are not UTF-8 are escaped.
-std::string Printable(std::string_view text);
-
-/// A table of aligned columns. Cells are cut to the width of the screen. Columns that do not fit
-/// side by side are drawn in further blocks, each of which repeats the first column.
-class Table {
+/// The cells of a table. Row 0 is the header.
+class Cells {
   public:
-    using Row = std::vector<std::string>;
-
-    explicit Table(Row header);
-    /// Adds a row of as many cells as the header has.
-    void Add(Row cells);
-    std::string Draw(const Screen& screen) const;
-
-  private:
-    using Columns = std::vector<std::size_t>;
-
-    Columns NextBlock(std::size_t first, std::size_t width) const;
-    std::size_t WidestCell(const Columns& block, std::size_t width) const;
-    void DrawRow(const Row& row, const Columns& block, std::size_t widest, std::string& out) const;
-
-    std::vector<Row> rows_;  // the header first
-    std::vector<std::size_t> widths_;
-    std::vector<bool> numeric_;  // such columns are aligned to the right
+    virtual ~Cells() = default;
+    virtual std::size_t Rows() const = 0;
+    virtual std::size_t Columns() const = 0;
+    virtual void Append(std::size_t row, std::size_t column, std::string& text) const = 0;
 };
 
-}  // namespace tool
+/// Cells that are kept as strings.
+struct StringCells : Cells {
+    std::vector<std::vector<std::string>> rows;
+
+    std::size_t Rows() const override { return rows.size(); }
+    std::size_t Columns() const override { return rows.front().size(); }
+    void Append(std::size_t row, std::size_t column, std::string& text) const override {
+        text += rows[row][column];
+    }
+};
+
+/// Draws a table of aligned columns, with escapes for what a terminal must not get. Cells are cut
+/// to the width of the screen; columns that do not fit side by side follow in further blocks, each
+/// of which repeats the first column. On an unlimited screen, a cell wider than kWidestAligned
+/// columns pushes the rest of its row to the right.
+void DrawTable(const Cells& cells, const Screen& screen, Sink& sink);
+constexpr std::size_t kWidestAligned = 100;
+
+}  // namespace dataengine::tool
