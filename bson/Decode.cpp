@@ -18,11 +18,11 @@ using vxJson::Value;
 }
 
 /// Builds the value of a document. The open documents and arrays are kept on an explicit stack.
-class Reading {
+class Decoder {
   public:
-    explicit Reading(const std::uint8_t* bytes) : bytes_(bytes) {}
+    explicit Decoder(const std::uint8_t* bytes) : bytes_(bytes) {}
 
-    Value Read(std::uint32_t size) {
+    Value Decode(std::uint32_t size) {
         Value root(vxJson::objectKind, false);
         Open(bytes_, size, root);
         while (!levels_.empty()) ReadElement();
@@ -40,7 +40,7 @@ class Reading {
     void Open(const std::uint8_t* bytes, std::uint32_t size, Value& target) {
         const auto offset = static_cast<std::size_t>(bytes - bytes_);
         if (levels_.size() == kMaxLevels)
-            Fail(offset, "more than " + std::to_string(kMaxLevels) + " levels");
+            Fail(offset, "nests deeper than " + std::to_string(kMaxLevels) + " levels");
         Level& level = levels_.emplace_back();
         level.offset = offset;
         level.target = &target;
@@ -213,8 +213,8 @@ Value Decode(const char* bytes, std::size_t size) {
     constexpr std::size_t kLargest = std::numeric_limits<std::int32_t>::max();
     if (size < kEmptyDocument || size > kLargest)
         Fail(0, "not a document of " + std::to_string(size) + " bytes");
-    return Reading(reinterpret_cast<const std::uint8_t*>(bytes))
-        .Read(static_cast<std::uint32_t>(size));
+    return Decoder(reinterpret_cast<const std::uint8_t*>(bytes))
+        .Decode(static_cast<std::uint32_t>(size));
 }
 
 }  // namespace dataengine::bson

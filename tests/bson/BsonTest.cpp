@@ -139,7 +139,7 @@ TEST(Bson, ClientTextsOfEveryClassLoadBack) {
 TEST(Bson, ErrorsNameThePlace) {
     for (const auto& row : RowsOf(TEST_DATA "/errors.txt")) {
         const Value value = Json(row[0]);
-        EXPECT_EQ(ErrorOf([&] { dataengine::bson::Encode(value); }), row[1]);
+        EXPECT_EQ(ErrorOf([&] { dataengine::bson::Encode(value); }), row[1]) << row[0];
     }
     for (const char* text : {"\xff", "caf\xe9", "\xc0\x80", "\xed\xa0\x80"}) {
         Value value;
@@ -159,13 +159,15 @@ TEST(Bson, KeepsTheLimitsOfTheStore) {
     const Value deepest = Nested(dataengine::bson::kMaxLevels);
     const std::string bytes = dataengine::bson::Encode(deepest);
     EXPECT_EQ(Decode(bytes), deepest);
-    EXPECT_NE(ErrorOf([] { dataengine::bson::Encode(Nested(dataengine::bson::kMaxLevels + 1)); }),
-              "");
-    EXPECT_NE(ErrorOf([] { dataengine::bson::Encode(Nested(1000000)); }), "");
+    for (const std::size_t levels : {dataengine::bson::kMaxLevels + 1, std::size_t{1000000}}) {
+        const std::string error = ErrorOf([=] { dataengine::bson::Encode(Nested(levels)); });
+        EXPECT_EQ(error.substr(0, 7) + error.substr(error.size() - 30),
+                  "a[0].a[: nests deeper than 100 levels");
+    }
     std::string deeper = "\x03" + std::string("a", 2) + bytes + std::string(1, '\0');
     deeper.insert(0,
                   BigEndian(__builtin_bswap32(static_cast<std::uint32_t>(deeper.size() + 4)), 4));
-    EXPECT_EQ(ErrorOf([&] { Decode(deeper); }), "offset 700: more than 100 levels");
+    EXPECT_EQ(ErrorOf([&] { Decode(deeper); }), "offset 700: nests deeper than 100 levels");
 
     Value large;
     large["a"] = Value::Binary(std::string(dataengine::bson::kMaxSize - 13, 'x'));
@@ -178,8 +180,12 @@ TEST(Bson, KeepsTheLimitsOfTheStore) {
 TEST(Bson, RejectsBrokenBytes) {
     for (const auto& row : RowsOf(TEST_DATA "/broken.txt")) {
         const std::string bytes = Hex(row[0]);
-        EXPECT_EQ(ErrorOf([&] { Decode(bytes); }).find("offset " + row[1] + ": "), 0u) << row[0];
+        const std::string error = ErrorOf([&] { Decode(bytes); });
+        EXPECT_EQ(error.substr(0, error.find(": ")), "offset " + row[1]) << row[0] << ": " << error;
     }
+    const std::string empty = Hex("05000000 00");
+    EXPECT_EQ(ErrorOf([&] { dataengine::bson::Decode(empty.data(), (1ULL << 32) + 5); }),
+              "offset 0: not a document of 4294967301 bytes");
     const std::string whole = Written(
         R"({"a":"text","b":[1,{"$binary":{"base64":"YQ==","subType":"02"}},{"c":{"$oid":"0123456789abcdef01234567"}}],
             "d":{"$code":"c","$scope":{"e":{"$numberDecimal":"1"}}},"f":{"$dbPointer":{"$ref":"r","$id":{"$oid":"0123456789abcdef01234567"}}}})");
@@ -188,7 +194,12 @@ TEST(Bson, RejectsBrokenBytes) {
         for (const char byte : {'\0', '\x01', '\x7f', '\xff'}) {
             std::string damaged = whole;
             damaged[size] = byte;
-            ErrorOf([&] { dataengine::bson::Encode(Decode(damaged)); });
+            const std::string error = ErrorOf([&] {
+                const Value value = Decode(damaged);
+                EXPECT_EQ(Decode(dataengine::bson::Encode(value)), value) << size;
+            });
+            EXPECT_EQ(error.find("offset "), error.empty() ? error.npos : 0)
+                << size << ": " << error;
         }
     }
 }
