@@ -83,11 +83,10 @@ class PackedWalk {
   private:
     using Place = typename Handler::Place;
 
-    /// A container around the current one.
+    /// A container around the current one. Small, because a level of the input may be one byte.
     struct Level {
-        std::uint64_t remaining;
+        std::uint64_t remaining;  // twice, plus one for a map
         Place place;
-        bool isMap;
     };
 
     bool Announce(PackedKind kind) {
@@ -101,8 +100,8 @@ class PackedWalk {
         const std::uint64_t claimed = children + remaining_ + remainingAround_;
         if (claimed > bytes_.Remaining()) bytes_.Skip(claimed);
         const auto size = static_cast<std::uint32_t>(count);
-        around_.push_back(
-            {remaining_, isMap ? handler_.BeginMap(size) : handler_.BeginArray(size), isMap_});
+        around_.push_back({2 * remaining_ + (isMap_ ? 1 : 0),
+                           isMap ? handler_.BeginMap(size) : handler_.BeginArray(size)});
         remainingAround_ += remaining_;
         remaining_ = children;
         isMap_ = isMap;
@@ -111,8 +110,8 @@ class PackedWalk {
     void Leave() {
         const Level& level = around_.back();
         isMap_ ? handler_.EndMap(level.place) : handler_.EndArray(level.place);
-        remaining_ = level.remaining;
-        isMap_ = level.isMap;
+        remaining_ = level.remaining / 2;
+        isMap_ = level.remaining % 2 == 1;
         remainingAround_ -= remaining_;
         around_.pop_back();
     }

@@ -1,5 +1,8 @@
 #include "tests/memory/FailingMalloc.h"
 
+#include <malloc.h>
+
+#include <algorithm>
 #include <cerrno>
 #include <cstddef>
 
@@ -25,8 +28,15 @@ bool Fails() {
     return true;
 }
 
+void Count(void* block, int sign) {
+    if (block == nullptr) return;
+    failingMalloc.live += sign;
+    failingMalloc.bytes += sign * static_cast<long>(malloc_usable_size(block));
+    failingMalloc.peak = std::max(failingMalloc.peak, failingMalloc.bytes);
+}
+
 void* Counted(void* block) {
-    if (block != nullptr) ++failingMalloc.live;
+    Count(block, 1);
     return block;
 }
 
@@ -46,12 +56,12 @@ void* calloc(std::size_t count, std::size_t size) {
 
 void* realloc(void* block, std::size_t size) {
     if (Fails()) return nullptr;
-    void* const moved = __libc_realloc(block, size);
-    return block == nullptr ? Counted(moved) : moved;
+    Count(block, -1);
+    return Counted(__libc_realloc(block, size));
 }
 
 void free(void* block) {
-    if (block != nullptr) --failingMalloc.live;
+    Count(block, -1);
     __libc_free(block);
 }
 

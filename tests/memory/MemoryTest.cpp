@@ -1,9 +1,16 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstring>
 #include <functional>
 #include <memory>
 #include <new>
+#include <sstream>
+#include <streambuf>
+#include <tuple>
+#include <vector>
 
+#include "bson/Bson.h"
 #include "descriptors/CDEDeviceMetadata.h"
 #include "query/CDEQueryResultStructureData.h"
 #include "structure/CDEStructureDataHelper.h"
@@ -41,6 +48,159 @@ void FailEachAllocation(const std::function<void(const Attempt&)>& test) {
         if (testing::Test::HasFailure()) return;
         ASSERT_EQ(failingMalloc.live, before) << "memory was leaked";
     }
+}
+
+/// Returns `count` repetitions of `head`, then `inside`, then as many of `tail`.
+std::string Nest(std::size_t count, const std::string& head, const std::string& inside = "",
+                 const std::string& tail = "") {
+    std::string text;
+    for (std::size_t i = 0; i < count; ++i) text += head;
+    text += inside;
+    for (std::size_t i = 0; i < count; ++i) text += tail;
+    return text;
+}
+
+/// A read of input, which is made of packed bytes in hexadecimal digits.
+using ReadInput = void (*)(const std::string& input);
+
+void ReadPackedHeader(const std::string& input) {
+    std::string name;
+    Value schema;
+    int offset = 0;
+    CDEStructureDataHelper::GetBinaryDataInfo(input, name, schema, offset);
+    EXPECT_EQ(offset, static_cast<int>(input.size()));
+    EXPECT_FALSE(schema.isNull());
+}
+
+void ReadText(const std::string& input) {
+    std::istringstream stream(input);
+    Value value;
+    EXPECT_TRUE(vxJson::Reader().parse(stream, value, true));
+}
+
+void ReadPackedValue(const std::string& input) {
+    static const Value schema = Json(R"([{"name":"n","type":1,"index":0}])");
+    static const Value offsets = Json("[0]");
+    rapidjson::Document document;
+    CDEStructureDataHelper::ParseBinaryDataToJson(input.data(), static_cast<int>(input.size()),
+                                                  schema, offsets, Value(), document);
+    EXPECT_TRUE(document.IsArray() && document.Size() == 1);
+}
+
+void ReadBson(const std::string& input) {
+    EXPECT_FALSE(dataengine::bson::Decode(input.data(), input.size()).empty());
+}
+
+/// Returns a packed array of `count` elements.
+std::string PackedArray(std::size_t count, const std::string& element) {
+    return Hex("dd") + BigEndian(count, 4) + Nest(count, Hex(element));
+}
+
+/// Returns a BSON document with an array of `count` elements, whose keys are not checked.
+std::string BsonArray(std::size_t count, const std::string& element) {
+    const auto document = [](const std::string& elements) {
+        std::string size = BigEndian(elements.size() + 5, 4);
+        std::reverse(size.begin(), size.end());
+        return size + elements + std::string(1, '\0');
+    };
+    return document(Hex("04 6100") + document(Nest(count, Hex(element))));
+}
+
+// The inputs that take most memory at each entry: many small containers and elements.
+TEST(Memory, InputTakesAtMost200TimesItsSize) {
+    constexpr double kMostPerByte = 200;
+    std::vector<std::tuple<const char*, ReadInput, std::string>> rows;
+    // Vectors that double take most just after they have grown.
+    for (const std::size_t n : {16385u, 24000u, 32000u}) {
+        const std::string head = Hex("01 a16e");
+        const std::string number = Hex("cb 3ff8000000000000");
+        for (const std::string& schema :
+             {Nest(n, Hex("81 a0"), Hex("c0")), Nest(n, Hex("91"), Hex("c0")), PackedArray(n, "80"),
+              PackedArray(n, "90"), PackedArray(n, "c0"), PackedArray(n, "81 a0 c0"),
+              PackedArray(n, "83 a0c0 a161c0 a162c0")}) {
+            rows.emplace_back("header", ReadPackedHeader, head + schema);
+            rows.emplace_back("header by text", ReadPackedHeader,
+                              head + Hex("92") + number + schema);
+        }
+        for (const char* element : {"80", "90", "c0", "91c0", "81a0c0"})
+            rows.emplace_back("packed value", ReadPackedValue, PackedArray(n, element));
+        rows.emplace_back("packed value", ReadPackedValue, Nest(n, Hex("91"), Hex("c0")));
+        for (const char* element : {"ff00", "0a00", "0600", "0300 0500000000"})
+            rows.emplace_back("BSON", ReadBson, BsonArray(n, element));
+        rows.emplace_back("text", ReadText, Nest(n, "[", "", "]"));
+        rows.emplace_back("text", ReadText, Nest(n, "{\"\":", "0", "}"));
+        for (const char* element : {"0,", "[],", "{},", "\"\","})
+            rows.emplace_back("text", ReadText, "[" + Nest(n, element) + "0]");
+    }
+    for (const auto& [entry, read, input] : rows) {
+        failingMalloc.peak = failingMalloc.bytes;
+        const long before = failingMalloc.bytes;
+        read(input);
+        const double perByte =
+            static_cast<double>(failingMalloc.peak - before) / static_cast<double>(input.size());
+        EXPECT_LE(perByte, kMostPerByte)
+            << entry << " of " << input.size()
+            << " bytes: " << testing::PrintToString(input.substr(0, 24));
+    }
+}
+
+/// Provides one JSON string of more than 4 GiB without holding it.
+class HugeString : public std::streambuf {
+  private:
+    static constexpr std::streamsize kSize = (std::streamsize{1} << 32) + 12;
+
+    std::streamsize showmanyc() override { return kSize - at_; }
+    std::streamsize xsgetn(char* bytes, std::streamsize count) override {
+        count = std::min(count, kSize - at_);
+        std::memset(bytes, 'x', static_cast<std::size_t>(count));
+        if (at_ == 0) bytes[0] = '"';
+        at_ += count;
+        if (at_ == kSize) bytes[count - 1] = '"';
+        return count;
+    }
+
+    std::streamsize at_ = 0;
+};
+
+// Takes 4 GiB of memory and about ten seconds, unoptimised a minute.
+TEST(Memory, StringOf4GiBIsNotCutOff) {
+#ifndef NDEBUG
+    GTEST_SKIP() << "only in optimised builds";
+#endif
+    HugeString buffer;
+    std::istream stream(&buffer);
+    Value value;
+    EXPECT_FALSE(vxJson::Reader().parse(stream, value, true));
+    EXPECT_TRUE(value.isNull());
+}
+
+TEST(Memory, KeyOfAnElementAllocatesNothing) {
+    const Value array = Json("[1]");
+    failingMalloc.untilFailure = 1;
+    EXPECT_EQ(array.begin().key().size(), 0u);
+    EXPECT_EQ(failingMalloc.untilFailure, 1);
+    failingMalloc.untilFailure = 0;
+}
+
+TEST(Memory, ObjectReusesTheMemoryOfRemovedMembers) {
+    Value object;
+    for (int i = 0; i < 1000; ++i) object[std::to_string(i)];
+    const long before = failingMalloc.bytes;
+    for (int i = 0; i < 100000; ++i) {
+        object[std::to_string(i + 1000)];
+        object.removeMember(std::to_string(i));
+    }
+    EXPECT_LT(failingMalloc.bytes, before + 50000);
+}
+
+TEST(Memory, BsonIsEncodedOrThrows) {
+    const Value document = Json(R"({"a key of many bytes":[{"b":"a string of many bytes"},[[]]]})");
+    const std::string expected = dataengine::bson::Encode(document);
+    FailEachAllocation([&](const Attempt& attempt) {
+        std::string bytes;
+        const bool done = attempt([&] { bytes = dataengine::bson::Encode(document); });
+        EXPECT_EQ(bytes, done ? expected : "");
+    });
 }
 
 TEST(Memory, ValueChangesAsAWholeOrNotAtAll) {

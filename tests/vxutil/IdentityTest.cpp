@@ -65,7 +65,8 @@ TEST(TimerHelper, AgreesWithTheSystem) {
         return std::string(bytes, std::strftime(bytes, sizeof bytes, "%F %T %w %j", &calendar));
     };
     using Limits = std::numeric_limits<long long>;
-    std::vector<long long> times = {Limits::min(), Limits::max(), -1, 0, 1, 951782400000};
+    std::vector<long long> times = {Limits::min(), Limits::max(), -1, 0, 1,
+                                    951782400000,  4107542400000};
     std::mt19937_64 random(7);
     while (times.size() < 100000)
         times.push_back(static_cast<long long>(random()) >> (random() % 40));

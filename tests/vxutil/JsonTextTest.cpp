@@ -115,14 +115,20 @@ TEST(JsonText, DepthIsLimitedByMemoryOnly) {
     }
 }
 
-// Provides a complete text that fills the first read, and then fails.
+// Provides a complete text that fills the first read, then spaces, and fails after some parts.
 class FailingBuffer : public std::streambuf {
   public:
-    FailingBuffer() { setg(text_.data(), text_.data(), text_.data() + text_.size()); }
+    explicit FailingBuffer(int parts) : parts_(parts) {}
 
   private:
-    int_type underflow() override { throw std::runtime_error("device gone"); }
-    std::string text_ = "[1]" + std::string(4093, ' ');
+    int_type underflow() override {
+        if (parts_-- == 0) throw std::runtime_error("device gone");
+        text_ = (text_.empty() ? "[1]" : "   ") + std::string(4093, ' ');
+        setg(text_.data(), text_.data(), text_.data() + text_.size());
+        return traits_type::to_int_type(text_[0]);
+    }
+    int parts_;
+    std::string text_;
 };
 
 TEST(JsonText, ReadsTheRestOfAStream) {
@@ -135,9 +141,11 @@ TEST(JsonText, ReadsTheRestOfAStream) {
     stream.str("[1]");
     stream.clear(std::ios::failbit);
     EXPECT_FALSE(Parse(stream, value, false)) << "the stream had failed before";
-    FailingBuffer buffer;
-    std::istream broken(&buffer);
-    EXPECT_FALSE(Parse(broken, value, false)) << "the stream fails";
+    for (const int parts : {1, 2}) {
+        FailingBuffer buffer(parts);
+        std::istream broken(&buffer);
+        EXPECT_FALSE(Parse(broken, value, false)) << "the stream fails after part " << parts;
+    }
 }
 
 }  // namespace

@@ -33,6 +33,11 @@ static_assert(!kCanStore<char, signed char, unsigned char, wchar_t, char16_t, ch
 static_assert(!kCanStore<std::nullptr_t, void*, int*, vxJson::ValueType>);
 static_assert(!std::is_assignable_v<Value&, const Value*>);
 template <typename T, typename = void>
+constexpr bool kTakesPairInBraces = false;
+template <typename T>
+constexpr bool kTakesPairInBraces<T, std::void_t<decltype(T{{"port", 24}})>> = true;
+static_assert(!kTakesPairInBraces<Value>, "not a string of 24 bytes");
+template <typename T, typename = void>
 constexpr bool kTakesList = false;
 template <typename T>
 constexpr bool kTakesList<T, std::void_t<decltype(std::declval<Value&>() = {T(), T()})>> = true;
@@ -84,6 +89,7 @@ TEST(JsonValue, ErrorsSayWhatIsWrong) {
     Value null;
     Value text = "x";
     Value array = Json("[1]");
+    volatile int beyond = 3;
     Value object = Json("{}");
     const std::pair<std::function<void()>, const char*> rows[] = {
         {[&] { text.asInt(); }, "asInt: found kind string, wanted a number"},
@@ -97,6 +103,7 @@ TEST(JsonValue, ErrorsSayWhatIsWrong) {
         {[&] { text.append(new Value(2)); }, "append: found kind string, wanted an array"},
         {[&] { array.append(static_cast<Value*>(nullptr)); }, "append: null pointer"},
         {[&] { Value("x", -1); }, "Value: negative length -1"},
+        {[&] { Value("x", beyond); }, "Value: length 3 exceeds the array of 2 bytes"},
         {[&] { Value(static_cast<vxJson::ValueType>(99), false); }, "Value: 99 is not a kind"},
         {[&] { Value("", vxJson::timeKind); }, "Value: bytes cannot be of kind time"},
     };
@@ -146,6 +153,7 @@ TEST(JsonValue, LooksUpWithoutFailing) {
         EXPECT_TRUE(constant["k"].isNull() && constant[std::string("k")].isNull()) << text;
         EXPECT_TRUE(constant[static_cast<const char*>(nullptr)].isNull()) << text;
         EXPECT_FALSE(value.isMember("k") || value.removeMember("k")) << text;
+        EXPECT_FALSE(value.removeMember(static_cast<const char*>(nullptr))) << text;
         for (const auto member : value.members()) ADD_FAILURE() << text << " has " << member.key;
         EXPECT_TRUE(constant[0].isNull() && constant[-1].isNull()) << text;
         EXPECT_TRUE(value.begin().isEqual(value.end())) << text;
@@ -154,8 +162,9 @@ TEST(JsonValue, LooksUpWithoutFailing) {
     }
     const Value full = Json(R"({"k":[1]})");
     EXPECT_TRUE(full["l"].isNull() && full["k"][1].isNull() && full["k"][-1].isNull());
-    const Value longKey = Json(R"({"an equal start, an equal end":1})");
-    EXPECT_TRUE(longKey["an equal start; an equal end"].isNull());
+    const Value longKeys = Json(R"({"an equal start, an equal end":1,"the 17 bytes of a":2})");
+    EXPECT_TRUE(longKeys["an equal start; an equal end"].isNull());
+    EXPECT_TRUE(longKeys["the 17 bytes of b"].isNull());
     EXPECT_TRUE(full["k"][0].asInt() == 1 && full["k"].size() == 1 && !full["k"].empty());
 }
 
@@ -197,7 +206,7 @@ TEST(JsonValue, IsWalkedByRangeFor) {
 // comparison changes; there are enough keys to split the index.
 TEST(JsonValue, KeepsMembersInPlaceAndSorted) {
     std::vector<std::string> keys;
-    for (const std::string stem : {"", "1", "1234567", "12345678", "123456781234567",
+    for (const std::string stem : {"", "1", "123", "1234567", "12345678", "123456781234567",
                                    "1234567812345678", "12345678123456781234"}) {
         keys.push_back(stem);
         for (int first = 0; first < 256; first += 5) {
@@ -220,6 +229,7 @@ TEST(JsonValue, KeepsMembersInPlaceAndSorted) {
             }
         }
         ASSERT_EQ(object.size(), model.size());
+        ASSERT_EQ(std::distance(object.begin(), object.end()), object.size());
         auto expected = model.begin();
         for (const auto [key, value] : object.members()) {
             ASSERT_EQ(key, expected->first);

@@ -95,7 +95,7 @@ class ValuePrinter:
         """The elements of an array, which follow it, and their number."""
         array = self.container("Array")
         slot = gdb.lookup_type("vxJson::detail::Slot")
-        return (array.address + 1).cast(slot.pointer()), int(array["size_"])
+        return (array.address + 1).cast(slot.pointer()), int(array["size"])
 
     def to_string(self):
         plain = self.value["plain_"]
@@ -119,7 +119,7 @@ class ValuePrinter:
         if self.tag == "array":
             return "array of %d" % self.elements()[1]
         if self.tag == "object":
-            return "object of %d" % int(self.container("Object")["size_"])
+            return "object of %d" % int(self.container("Object")["size"])
         return self.tag
 
     def children(self):

@@ -37,6 +37,13 @@ constexpr bool kIsCharacter = std::is_same_v<T, char> || std::is_same_v<T, signe
                               std::is_same_v<T, char8_t> ||
 #endif
                               std::is_same_v<T, char16_t> || std::is_same_v<T, char32_t>;
+
+// A call that is not optimised away does not compile.
+#if __has_cpp_attribute(gnu::error)
+[[gnu::error("the length exceeds the size of the array")]] void LengthExceedsTheArray();
+#else
+inline void LengthExceedsTheArray() {}
+#endif
 }  // namespace detail
 
 /// The kinds of a value. The numbers of null and binary are fixed; the others may change.
@@ -94,8 +101,21 @@ class VXUTIL_EXPORT Value {
     /// The same for the bytes up to the first zero byte.
     Value(const char* bytes, ValueType type) : Value(std::string(bytes), type) {}
 
-    /// Creates a binary value of exactly `length` bytes. Throws Error if `length` is negative.
-    Value(const char* bytes, int length);
+    /// Creates a binary value of exactly `length` bytes. Throws Error if `length` is negative, or
+    /// greater than the size of an array. A constant that is greater does not compile where the
+    /// compiler sees it. @{
+    template <typename Pointer,
+              std::enable_if_t<std::is_convertible_v<Pointer, const char*>, int> = 0>
+    Value(Pointer bytes, int length) : Value(FromBytes(bytes, length, kUnknownSize)) {}
+    template <std::size_t size>
+    [[gnu::always_inline]] Value(const char (&bytes)[size], int length) : Value() {
+        if (__builtin_constant_p(length > static_cast<long long>(size)) &&
+            length > static_cast<long long>(size)) {
+            detail::LengthExceedsTheArray();
+        }
+        *this = FromBytes(bytes, length, size);
+    }
+    /// @}
 
     /// Creates a time value; `time` is taken as signed milliseconds. The flag is ignored.
     Value(unsigned long long time, bool flag) noexcept : Value(Time(static_cast<long long>(time))) {
@@ -136,9 +156,13 @@ class VXUTIL_EXPORT Value {
     /// @}
     /// Creates a string; a `const char*` ends at its first zero byte. @{
     Value(const char* text) : Value(std::string(text)) {}
-    Value(const std::string& text) : Value(std::string(text)) {}
-    Value(std::string&& text) noexcept : tag_(Tag::string), text_(std::move(text)) {}
+    template <typename Text, std::enable_if_t<std::is_same_v<Text, std::string>, int> = 0>
+    Value(const Text& text) : Value(std::string(text)) {}
+    template <typename Text, std::enable_if_t<std::is_same_v<Text, std::string>, int> = 0>
+    Value(Text&& text) noexcept : tag_(Tag::string), text_(std::move(text)) {}
     /// @}
+    // Templates, so that a list in braces, as in Value{{"text", 24}}, does not become a string that
+    // is read beyond the end of the literal.
 
     // Prevents implicit conversion of pointers to bool, and of kinds and characters to integers.
     template <typename T, std::enable_if_t<!std::is_same_v<std::remove_cv_t<T>, char>, int> = 0>
@@ -374,6 +398,8 @@ class VXUTIL_EXPORT Value {
     const Value& Find(std::string_view key) const noexcept;
     bool Remove(std::string_view key) noexcept;
     static const Value& Nothing() noexcept;
+    static constexpr std::size_t kUnknownSize = static_cast<std::size_t>(-1);
+    static Value FromBytes(const char* bytes, int length, std::size_t size);
     detail::Array& MakeRoom(std::size_t count);
     long long AsInteger(const char* operation) const;
     [[noreturn]] void FailKind(const char* operation, const char* wanted) const;
@@ -420,7 +446,8 @@ class VXUTIL_EXPORT Reader {
     /// This applies to well-formed objects with exactly the members documented in
     /// docs/json-forms.md; anything else stays a plain object.
     ///
-    /// Returns false and leaves `root` null if the text is not JSON, or if the stream fails.
+    /// Returns false and leaves `root` null if the text is not JSON, if it has a string of 4 GiB or
+    /// more, or if the stream fails.
     /// Complexity: linear, with n log n for unsorted keys; needs memory for both the text and the
     /// value.
     bool parse(std::istream& input, Value& root, bool extended);

@@ -6,16 +6,17 @@ namespace vxJson {
 
 namespace detail {
 
-/// An array or an object. `next` chains the containers whose release is pending, so that a release
-/// needs no memory for a stack.
+/// An array or an object of `size` elements or members. `link` chains the containers whose release
+/// is pending, so that a release needs no memory for a stack; until then, an object uses it.
 struct Container {
     explicit Container(bool object) noexcept : isObject(object) {}
     Container(const Container& other) noexcept : isObject(other.isObject) {}
     Container& operator=(const Container&) = delete;
     ~Container() = default;
 
+    void* link = nullptr;
+    std::uint32_t size = 0;
     const bool isObject;
-    Container* next = nullptr;
 };
 
 /// A value inside a container. A copy is shallow: it borrows the container that it holds, if any.

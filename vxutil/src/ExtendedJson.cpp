@@ -227,12 +227,18 @@ bool IsFormKey(std::string_view key) noexcept {
     return FindForm(key) != nullptr;
 }
 
-bool ReadForm(const ParsedMember* first, const ParsedMember* last, Value& value) {
-    if (last - first == 2 && first[0].key == "$binary" && first[1].key == "$type")
-        return ReadBase64(first[0].value, first[1].value, value);
-    if (last - first != 1) return false;
-    const Form* const form = FindForm(first->key);
-    return form != nullptr && form->read(first->value, value);
+void ReadForm(Value& object) {
+    const Value& form = object;
+    Value value;
+    bool isRead = false;
+    if (form.size() == 1) {
+        const auto member = form.begin();
+        const Form* const found = FindForm(member.key());
+        isRead = found != nullptr && found->read(*member, value);
+    } else if (form.size() == 2 && form.isMember("$type")) {
+        isRead = ReadBase64(form["$binary"], form["$type"], value);
+    }
+    if (isRead) object = std::move(value);
 }
 
 bool ReadDouble(std::string_view text, double& number) {

@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "Container.h"
-#include "FlatObject.h"
+#include "Object.h"
 
 namespace vxJson::detail {
 
@@ -12,28 +12,30 @@ namespace vxJson::detail {
 /// is replaced by a larger one.
 class Array : public Container {
   public:
-    /// Creates an empty array with a capacity of `capacity` elements.
+    /// Creates an empty array with a capacity of `capacity` elements. Throws std::bad_alloc if they
+    /// cannot be counted in 32 bits.
     static std::unique_ptr<Array> Make(std::size_t capacity) {
-        return std::unique_ptr<Array>(new (Capacity{capacity}) Array(capacity));
+        const auto room = static_cast<std::uint32_t>(capacity);
+        if (room != capacity) throw std::bad_alloc();
+        return std::unique_ptr<Array>(new (room) Array(room));
     }
 
     Array(const Array&) = delete;
     Array& operator=(const Array&) = delete;
     ~Array() { std::destroy(begin(), end()); }
 
-    std::size_t Size() const noexcept { return size_; }
-    std::size_t GetCapacity() const noexcept { return capacity_; }
+    std::size_t Capacity() const noexcept { return capacity_; }
     Slot* begin() noexcept { return reinterpret_cast<Slot*>(this + 1); }
-    Slot* end() noexcept { return begin() + size_; }
+    Slot* end() noexcept { return begin() + size; }
     const Slot* begin() const noexcept { return reinterpret_cast<const Slot*>(this + 1); }
-    const Slot* end() const noexcept { return begin() + size_; }
+    const Slot* end() const noexcept { return begin() + size; }
 
     /// Constructs an element at the end; the array must not be full. Returns the value of the
     /// element.
     template <typename... From>
     Value& Append(From&&... from) {
         Slot* const slot = ::new (static_cast<void*>(end())) Slot(std::forward<From>(from)...);
-        ++size_;
+        ++size;
         return slot->value;
     }
 
@@ -41,20 +43,13 @@ class Array : public Container {
     static void operator delete(void* array) { ::operator delete(array); }
 
   private:
-    struct Capacity {
-        std::size_t elements;
-    };
-
-    explicit Array(std::size_t capacity) noexcept : Container(false), capacity_(capacity) {}
-    static void* operator new(std::size_t size, Capacity capacity) {
-        constexpr std::size_t kMost = (PTRDIFF_MAX - sizeof(Array)) / sizeof(Slot);
-        if (capacity.elements > kMost) throw std::bad_alloc();
-        return ::operator new(size + capacity.elements * sizeof(Slot));
+    explicit Array(std::uint32_t capacity) noexcept : Container(false), capacity_(capacity) {}
+    static void* operator new(std::size_t size, std::uint32_t capacity) {
+        return ::operator new(size + capacity * sizeof(Slot));
     }
-    static void operator delete(void* array, Capacity) { ::operator delete(array); }
+    static void operator delete(void* array, std::uint32_t) { ::operator delete(array); }
 
-    std::size_t size_ = 0;
-    std::size_t capacity_;
+    const std::uint32_t capacity_;
 };
 
 template <typename Visit>

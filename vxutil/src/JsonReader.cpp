@@ -1,7 +1,18 @@
+// A copy of rapidjson's reader that counts in 64 bits and reports the true length of a string. Its
+// namespace keeps it apart from the reader of the rest of the program, and it must not assert that
+// 32 bits are enough.
+#define RAPIDJSON_NAMESPACE vxjson_rapidjson
+#define RAPIDJSON_NO_SIZETYPEDEFINE
+#define RAPIDJSON_ASSERT(condition) static_cast<void>(0)
+#include <cstddef>
+namespace vxjson_rapidjson {
+using SizeType = std::size_t;
+}
 #include <rapidjson/reader.h>
 
 #include <charconv>
 #include <istream>
+#include <limits>
 #include <new>
 
 #include "ExtendedJson.h"
@@ -34,15 +45,15 @@ class StackAllocator {
 /// size. Keys are views of the text.
 class ParseHandler {
   public:
-    explicit ParseHandler(bool extended) : extended_(extended), pending_(1) {}
+    explicit ParseHandler(bool extended) : extended_(extended) { pending_.Push({}); }
 
     /// Returns the parsed value.
-    Value Take() { return std::move(pending_.front().value); }
+    Value Take() { return std::move(pending_[0].value); }
 
     bool Null() { return Put(); }
     bool Bool(bool value) { return Put(value); }
     bool String(const char* text, std::size_t length, bool /*copy*/) {
-        return Put(std::string(text, length));
+        return length <= kMost && Put(std::string(text, length));
     }
     bool RawNumber(const char* text, std::size_t length, bool /*copy*/);
 
@@ -56,8 +67,8 @@ class ParseHandler {
         return true;
     }
     bool Key(const char* text, std::size_t length, bool /*copy*/) {
-        pending_.emplace_back().key = {text, length};
-        return true;
+        pending_.Push({text, length});
+        return length <= kMost;
     }
     bool EndObject(std::size_t count);
 
@@ -69,6 +80,9 @@ class ParseHandler {
     bool Double(double) { return false; }
 
   private:
+    /// The greatest length of a string, and number of elements or members.
+    static constexpr std::size_t kMost = std::numeric_limits<std::uint32_t>::max();
+
     /// A container that has not ended. Inside a form of Extended JSON nothing is converted: the
     /// form is either converted as a whole or kept as written.
     struct Open {
@@ -79,23 +93,21 @@ class ParseHandler {
     /// Constructs the value of the last key, which is still null, or of a new element.
     template <typename... Content>
     bool Put(Content&&... content) {
-        if (!open_.empty() && !open_.back().isObject) pending_.emplace_back();
-        ::new (static_cast<void*>(&pending_.back().value)) Value(std::forward<Content>(content)...);
+        if (!open_.empty() && !open_.back().isObject) pending_.Push({});
+        ::new (static_cast<void*>(&pending_.Top().value)) Value(std::forward<Content>(content)...);
         return true;
     }
     void Start(bool isObject) {
         Put();
         const bool insideForm = extended_ && ((!open_.empty() && open_.back().insideForm) ||
-                                              IsFormKey(pending_.back().key));
+                                              IsFormKey(pending_.Top().key));
         open_.push_back({isObject, insideForm});
     }
 
-    static Value MakeArray(ParsedMember* first, ParsedMember* last);
-    static Value MakeObject(ParsedMember* first, ParsedMember* last);
-    static ParsedMember* SortMembers(ParsedMember* first, ParsedMember* last);
+    void End(std::size_t first, Value&& container);
 
     const bool extended_;
-    std::vector<ParsedMember> pending_;
+    ParsedMembers pending_;
     std::vector<Open> open_;
 };
 
@@ -115,64 +127,40 @@ bool ParseHandler::RawNumber(const char* text, std::size_t length, bool /*copy*/
     return ReadDouble({text, length}, number) && Put(number);
 }
 
-Value ParseHandler::MakeArray(ParsedMember* first, ParsedMember* last) {
-    auto array = Array::Make(static_cast<std::size_t>(last - first));
-    for (; first != last; ++first) array->Append(std::move(first->value));
-    return Value(*array.release());
-}
-
-Value ParseHandler::MakeObject(ParsedMember* first, ParsedMember* last) {
-    return Value(*Object::Make(first, static_cast<std::size_t>(last - first)).release());
-}
-
-/// Sorts members by their keys. Of equal keys only the last is kept. Returns the new end.
-ParsedMember* ParseHandler::SortMembers(ParsedMember* first, ParsedMember* last) {
-    const auto isBefore = [](const ParsedMember& a, const ParsedMember& b) {
-        return a.key < b.key;
-    };
-    const auto isNotBefore = [](const ParsedMember& a, const ParsedMember& b) {
-        return a.key >= b.key;
-    };
-    if (std::adjacent_find(first, last, isNotBefore) == last) return last;
-    std::stable_sort(first, last, isBefore);
-    ParsedMember* end = first;
-    for (ParsedMember* from = first; from != last; ++from) {
-        if (end != first && end[-1].key == from->key) --end;
-        if (end != from) *end = std::move(*from);
-        ++end;
-    }
-    return end;
+/// Replaces the children of the current container, from `first` on, by the container.
+void ParseHandler::End(std::size_t first, Value&& container) {
+    pending_.Cut(first);
+    pending_.Top().value = std::move(container);
+    open_.pop_back();
 }
 
 bool ParseHandler::EndArray(std::size_t count) {
-    ParsedMember* const last = pending_.data() + pending_.size();
-    ParsedMember* const first = last - count;
-    Value array = MakeArray(first, last);
-    pending_.resize(pending_.size() - count);
-    pending_.back().value = std::move(array);
-    open_.pop_back();
+    if (count > kMost) return false;
+    auto array = Array::Make(count);
+    const std::size_t first = pending_.Size() - count;
+    for (std::size_t i = first; i < pending_.Size(); ++i) {
+        array->Append(std::move(pending_[i].value));
+    }
+    End(first, Value(*array.release()));
     return true;
 }
 
 bool ParseHandler::EndObject(std::size_t count) {
-    ParsedMember* const first = pending_.data() + (pending_.size() - count);
-    ParsedMember* last = first + count;
-    Value object;
-    bool isForm = false;
-    if (extended_ && !open_.back().insideForm && count > 0 && first->key.substr(0, 1) == "$") {
-        last = SortMembers(first, last);
-        isForm = ReadForm(first, last, object);
-    }
-    if (!isForm) object = MakeObject(first, last);
-    pending_.resize(pending_.size() - count);
-    pending_.back().value = std::move(object);
-    open_.pop_back();
+    if (count > kMost) return false;
+    auto members = Object::Make(count);
+    const std::size_t first = pending_.Size() - count;
+    members->Fill(pending_, first, pending_.Size());
+    Value object(*members.release());
+    if (extended_ && !open_.back().insideForm) ReadForm(object);
+    End(first, std::move(object));
     return true;
 }
 
 }  // namespace detail
 
 namespace {
+
+namespace json = vxjson_rapidjson;
 
 bool ReadAll(std::istream& input, std::string& text) {
     std::size_t size = 0;
@@ -194,10 +182,10 @@ bool Reader::parse(std::istream& input, Value& root, bool extended) {
     std::string text;
     if (!ReadAll(input, text)) return false;
     detail::ParseHandler builder(extended);
-    rapidjson::GenericReader<rapidjson::UTF8<>, rapidjson::UTF8<>, detail::StackAllocator> reader;
-    rapidjson::InsituStringStream stream(text.data());
-    constexpr unsigned flags = rapidjson::kParseIterativeFlag | rapidjson::kParseInsituFlag |
-                               rapidjson::kParseNumbersAsStringsFlag;
+    json::GenericReader<json::UTF8<>, json::UTF8<>, detail::StackAllocator> reader;
+    json::InsituStringStream stream(text.data());
+    constexpr unsigned flags =
+        json::kParseIterativeFlag | json::kParseInsituFlag | json::kParseNumbersAsStringsFlag;
     // The reader treats a zero byte as the end of the text.
     if (reader.Parse<flags>(stream, builder).IsError() || stream.Tell() != text.size())
         return false;

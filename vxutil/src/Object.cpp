@@ -1,37 +1,32 @@
-#include "FlatObject.h"
+#include "Object.h"
+
+#include <limits>
 
 namespace vxJson::detail {
 
 namespace {
 
-constexpr std::uint32_t kFirstEntries = 4;
-constexpr std::uint32_t kSmallestBlock = 4;
+// The number of entries after the first growth beyond kFirstMembers, enough for most records.
+constexpr std::uint32_t kRecordEntries = 8;
 constexpr std::uint32_t kLargestBlock = 1024;
-
-int Order(const Object::Entry& entry, std::uint64_t prefix, std::string_view key) noexcept {
-    if (entry.prefix != prefix) return entry.prefix < prefix ? -1 : 1;
-    return std::string_view(entry.member->key).compare(key);
-}
-
-bool IsEqual(const Object::Entry& a, const Object::Entry& b) noexcept {
-    return a.prefix == b.prefix && a.member->key == b.member->key;
-}
+constexpr std::uint32_t kMostMembers = std::numeric_limits<std::uint32_t>::max();
 
 }  // namespace
 
 void* Object::operator new(std::size_t size, std::uint32_t capacity) {
-    return ::operator new(size + capacity * (sizeof(Entry) + sizeof(Place)));
+    return ::operator new(size + capacity * (sizeof(Entry) + sizeof(MemberSlot)));
 }
 
 Object::Object(std::uint32_t capacity) noexcept
     : Container(true),
-      first_{OwnEntries(), 0, capacity},
-      unused_(reinterpret_cast<Place*>(OwnEntries() + capacity)),
-      unusedEnd_(unused_ + capacity) {}
+      unusedCount_(static_cast<std::uint16_t>(capacity)),
+      first_{reinterpret_cast<Entry*>(this + 1), 0, capacity},
+      unused_(reinterpret_cast<MemberSlot*>(first_.entries + capacity)) {}
 
 Object::~Object() {
     ForEach([](Member& member) { member.~Member(); });
-    for (std::size_t i = 0; i < ChunkCount(); ++i) FreeEntries(GetChunk(i));
+    for (std::size_t i = 1; i < ChunkCount(); ++i) delete[] GetChunk(i).entries;
+    while (blocks_ != nullptr) ::operator delete(std::exchange(blocks_, blocks_->next));
 }
 
 std::unique_ptr<Object> Object::Make(std::size_t capacity) {
@@ -39,166 +34,172 @@ std::unique_ptr<Object> Object::Make(std::size_t capacity) {
     return std::unique_ptr<Object>(new (room) Object(room));
 }
 
-std::unique_ptr<Object> Object::Make(ParsedMember* members, std::size_t count) {
-    std::unique_ptr<Object> object = Make(count);
-    ParsedMember* const end = members + count;
-    if (count <= kChunkEntries) {
-        for (ParsedMember* from = members; from != end; ++from) {
-            object->Append(std::string(from->key), Slot(std::move(from->value)));
-        }
-        object->SortFirstChunk();
-    } else {
-        for (ParsedMember* from = members; from != end; ++from) {
-            object->FindOrAdd(from->key) = std::move(from->value);
-        }
-    }
-    return object;
-}
-
-std::unique_ptr<Object> Object::MakeShallow(const Object& other) {
-    std::unique_ptr<Object> object = Make(other.size_);
-    other.ForEach([&object](const Member& member) {
-        if (object->size_ < kChunkEntries) {
-            object->Append(member);
-        } else {
-            const std::size_t last = object->more_.size();
-            object->Insert({last, object->GetChunk(last).count}, KeyPrefix(member.key),
-                           Member(member));
-        }
-    });
-    return object;
-}
-
-Value& Object::FindOrAdd(std::string_view key) {
-    const std::uint64_t prefix = KeyPrefix(key);
-    const Position position = FindPosition(prefix, key);
-    if (Value* const present = At(position, prefix, key)) return *present;
-    return Insert(position, prefix, Member{std::string(key), Slot()});
-}
-
-bool Object::Remove(std::string_view key) noexcept {
-    const std::uint64_t prefix = KeyPrefix(key);
-    const Position position = FindPosition(prefix, key);
-    if (At(position, prefix, key) == nullptr) return false;
-    Chunk& chunk = ChunkAt(position.chunk);
-    Entry* const entry = chunk.entries + position.entry;
-    Release(*entry->member);
-    std::copy(entry + 1, chunk.entries + chunk.count, entry);
-    --chunk.count;
-    if (chunk.count == 0 && !more_.empty()) {
-        FreeEntries(chunk);
-        if (position.chunk == 0) first_ = more_.front();
-        more_.erase(more_.begin() +
-                    static_cast<std::ptrdiff_t>(std::max<std::size_t>(position.chunk, 1) - 1));
-    }
-    return true;
-}
-
-void Object::Release(Member& member) noexcept {
-    auto* const place = reinterpret_cast<Place*>(&member);
-    member.~Member();
-    place->nextFree = free_;
-    free_ = place;
-    --size_;
-}
-
-// Checks the first entry before a binary search: only keys with equal prefixes need the search.
-const Object::Entry* Object::LowerBound(const Entry* from, const Entry* to, std::uint64_t prefix,
-                                        std::string_view key) noexcept {
-    if (from == to || Order(*from, prefix, key) >= 0) return from;
-    return std::partition_point(
-        from + 1, to, [prefix, key](const Entry& entry) { return Order(entry, prefix, key) < 0; });
-}
-
-std::size_t Object::FindChunk(std::uint64_t prefix, std::string_view key) const noexcept {
-    const auto isNotAfter = [prefix, key](const Chunk& chunk) {
-        return Order(*chunk.entries, prefix, key) <= 0;
-    };
-    const auto after = std::partition_point(more_.begin(), more_.end(), isNotAfter);
-    return static_cast<std::size_t>(after - more_.begin());
-}
-
-Object::Position Object::FindPosition(std::uint64_t prefix, std::string_view key) const noexcept {
-    const std::size_t i = more_.empty() ? 0 : FindChunk(prefix, key);
-    const Chunk& chunk = GetChunk(i);
-    const Entry* const entry =
-        LowerBound(LowerBound(chunk, prefix), chunk.entries + chunk.count, prefix, key);
-    return {i, static_cast<std::uint32_t>(entry - chunk.entries)};
-}
-
-const Value* Object::FindByPosition(std::uint64_t prefix, std::string_view key) const noexcept {
-    return At(FindPosition(prefix, key), prefix, key);
-}
-
-Value* Object::At(Position position, std::uint64_t prefix, std::string_view key) const noexcept {
-    const Chunk& chunk = GetChunk(position.chunk);
-    if (position.entry == chunk.count) return nullptr;
-    const Entry& entry = chunk.entries[position.entry];
-    return Order(entry, prefix, key) == 0 ? &entry.member->slot.value : nullptr;
-}
-
+// Adds a member after those of the first chunk, in which there is room.
 template <typename... From>
 void Object::Append(From&&... from) {
     auto* const member = ::new (static_cast<void*>(unused_)) Member{std::forward<From>(from)...};
     ++unused_;
-    ++size_;
+    --unusedCount_;
+    ++size;
     first_.entries[first_.count++] = {KeyPrefix(member->key), member};
 }
 
-Value& Object::Insert(Position position, std::uint64_t prefix, Member&& from) {
+// Adds a member that is constructed from `from`, which must not throw if a slot is reused.
+template <typename... From>
+Value& Object::Insert(Position position, std::uint64_t prefix, From&&... from) {
     MakeRoom(position);
-    auto* const member = ::new (static_cast<void*>(MakePlace())) Member(std::move(from));
-    ++size_;
+    MemberSlot* const free = FirstFree();
+    MemberSlot* const nextFree = free == nullptr ? nullptr : free->nextFree;
+    void* const slot = free == nullptr ? unused_ : free;
+    auto* const member = ::new (slot) Member{std::forward<From>(from)...};
+    if (free == nullptr) {
+        ++unused_;
+        --unusedCount_;
+    } else {
+        link = nextFree;
+    }
     Chunk& chunk = ChunkAt(position.chunk);
     Entry* const entry = chunk.entries + position.entry;
     std::copy_backward(entry, chunk.entries + chunk.count, chunk.entries + chunk.count + 1);
     *entry = {prefix, member};
     ++chunk.count;
+    ++size;
     return member->slot.value;
 }
 
-// Returns uninitialised memory for a member.
-Object::Place* Object::MakePlace() {
-    if (free_ != nullptr) return std::exchange(free_, free_->nextFree);
-    if (unused_ == unusedEnd_) {
-        const std::uint32_t count = std::clamp(size_ / 2, kSmallestBlock, kLargestBlock);
-        std::unique_ptr<Place[]> block(new Place[count]);
-        blocks_.push_back(std::move(block));
-        unused_ = blocks_.back().get();
-        unusedEnd_ = unused_ + count;
-    }
-    return unused_++;
+std::unique_ptr<Object> Object::MakeShallow(const Object& other) {
+    std::unique_ptr<Object> object = Make(other.size);
+    other.ForEach([&object](const Member& member) {
+        if (object->size < kChunkEntries) {
+            object->Append(member);
+        } else {
+            const auto last = static_cast<std::uint32_t>(object->ChunkCount() - 1);
+            object->Insert({last, object->GetChunk(last).count, false}, KeyPrefix(member.key),
+                           member);
+        }
+    });
+    return object;
 }
 
-// Ensures that a chunk can take one more entry at `position`, which is updated if the chunk is
+// The last chunk that does not begin after the key.
+std::size_t Object::FindChunk(std::uint64_t prefix, std::string_view key) const noexcept {
+    const auto isNotAfter = [prefix, key](const Chunk& chunk) {
+        return Order(*chunk.entries, prefix, key) <= 0;
+    };
+    const auto after = std::partition_point(more_->begin(), more_->end(), isNotAfter);
+    return static_cast<std::size_t>(after - more_->begin());
+}
+
+const Object::Entry* Object::LowerBound(const Entry* from, const Entry* to, std::uint64_t prefix,
+                                        std::string_view key) noexcept {
+    return std::partition_point(
+        from, to, [prefix, key](const Entry& entry) { return Order(entry, prefix, key) < 0; });
+}
+
+Object::Position Object::Seek(std::uint64_t prefix, std::string_view key) const noexcept {
+    const std::size_t i = more_ == nullptr ? 0 : FindChunk(prefix, key);
+    const Chunk& chunk = GetChunk(i);
+    const Entry* const end = chunk.entries + chunk.count;
+    const Entry* at = LowerBound(chunk, prefix);
+    // Only keys with equal prefixes are compared.
+    if (at != end && at->prefix == prefix) at = LowerBound(at, end, prefix, key);
+    const bool isFound = at != end && Order(*at, prefix, key) == 0;
+    return {static_cast<std::uint32_t>(i), static_cast<std::uint32_t>(at - chunk.entries), isFound};
+}
+
+void Object::Fill(ParsedMembers& parsed, std::size_t first, std::size_t last) {
+    if (last - first > kChunkEntries) {
+        for (; first != last; ++first)
+            FindOrAdd(parsed[first].key) = std::move(parsed[first].value);
+        return;
+    }
+    for (; first != last; ++first) {
+        Append(std::string(parsed[first].key), Slot(std::move(parsed[first].value)));
+    }
+    SortFirstChunk();
+}
+
+Value& Object::FindOrAdd(std::string_view key) {
+    const std::uint64_t prefix = KeyPrefix(key);
+    const Position position = Seek(prefix, key);
+    if (position.isFound) return EntryAt(position).member->slot.value;
+    return Insert(position, prefix, std::string(key), Slot());
+}
+
+bool Object::Remove(std::string_view key) noexcept {
+    const Position position = Seek(KeyPrefix(key), key);
+    if (!position.isFound) return false;
+    Chunk& chunk = ChunkAt(position.chunk);
+    Entry* const entry = chunk.entries + position.entry;
+    Release(*entry->member);
+    std::copy(entry + 1, chunk.entries + chunk.count, entry);
+    if (--chunk.count == 0 && ChunkCount() > 1) RemoveChunk(position.chunk);
+    return true;
+}
+
+// Removes an empty chunk. The memory of the first one stays; it takes the entries of the second.
+void Object::RemoveChunk(std::uint32_t i) noexcept {
+    const auto removed = more_->begin() + static_cast<std::ptrdiff_t>(std::max(i, 1u) - 1);
+    if (i == 0) {
+        std::copy_n(removed->entries, removed->count, first_.entries);
+        first_.count = removed->count;
+    }
+    delete[] removed->entries;
+    more_->erase(removed);
+    if (more_->empty()) more_ = nullptr;
+}
+
+void Object::Release(Member& member) noexcept {
+    auto* const slot = reinterpret_cast<MemberSlot*>(&member);
+    member.~Member();
+    slot->nextFree = FirstFree();
+    link = slot;
+    --size;
+}
+
+// Ensures a slot and an entry for one more member at `position`, which is updated if its chunk is
 // split.
 void Object::MakeRoom(Position& position) {
     const Chunk& chunk = GetChunk(position.chunk);
-    if (chunk.count < chunk.capacity) return;
-    if (chunk.capacity == kChunkEntries) {
+    if (chunk.count == kChunkEntries) {
         Split(position);
-        return;
+    } else if (chunk.count == chunk.capacity) {
+        const std::uint32_t capacity =
+            chunk.capacity == 0 ? kFirstMembers
+                                : std::clamp(2 * chunk.capacity, kRecordEntries, kChunkEntries);
+        Entry* const entries = AddBlock(capacity, capacity - chunk.capacity);
+        std::copy_n(first_.entries, first_.count, entries);
+        first_ = {entries, first_.count, capacity};
     }
-    // All chunks but the first are created with the full capacity.
-    const std::uint32_t capacity = std::clamp(2 * first_.capacity, kFirstEntries, kChunkEntries);
-    const Chunk larger{new Entry[capacity], first_.count, capacity};
-    std::copy_n(first_.entries, first_.count, larger.entries);
-    FreeEntries(first_);
-    first_ = larger;
+    if (link == nullptr && unusedCount_ == 0) {
+        if (size > kMostMembers - kLargestBlock) throw std::bad_alloc();
+        AddBlock(0, std::min(size / 2, kLargestBlock));
+    }
 }
 
 // Halves a full chunk, but leaves it full if the object grows at its end, as with ascending keys.
 void Object::Split(Position& position) {
-    const std::uint32_t count = GetChunk(position.chunk).count;
-    const bool atEnd = position.entry == count && position.chunk == more_.size();
+    if (more_ == nullptr) more_ = std::make_unique<std::vector<Chunk>>();
+    const std::uint32_t count = kChunkEntries;
+    const bool atEnd = position.entry == count && position.chunk == more_->size();
     const std::uint32_t kept = atEnd ? count - 1 : count / 2;
     std::unique_ptr<Entry[]> entries(new Entry[kChunkEntries]);
-    more_.insert(more_.begin() + static_cast<std::ptrdiff_t>(position.chunk),
-                 {entries.get(), count - kept, kChunkEntries});
+    more_->insert(more_->begin() + static_cast<std::ptrdiff_t>(position.chunk),
+                  {entries.get(), count - kept, kChunkEntries});
     Chunk& chunk = ChunkAt(position.chunk);
     std::copy(chunk.entries + kept, chunk.entries + count, entries.release());
     chunk.count = kept;
-    if (position.entry > kept) position = {position.chunk + 1, position.entry - kept};
+    if (position.entry > kept) position = {position.chunk + 1, position.entry - kept, false};
+}
+
+// Adds memory for entries, which is returned, and for slots; all earlier slots must be in use.
+Object::Entry* Object::AddBlock(std::uint32_t entries, std::uint32_t slots) {
+    const std::size_t bytes = sizeof(Block) + entries * sizeof(Entry) + slots * sizeof(MemberSlot);
+    blocks_ = ::new (::operator new(bytes)) Block{blocks_};
+    auto* const first = reinterpret_cast<Entry*>(blocks_ + 1);
+    unused_ = reinterpret_cast<MemberSlot*>(first + entries);
+    unusedCount_ = static_cast<std::uint16_t>(slots);
+    return first;
 }
 
 // Members were added in the order of their addresses, so the last of equal keys has the highest
@@ -211,17 +212,13 @@ void Object::SortFirstChunk() noexcept {
     });
     Entry* kept = first_.entries;
     for (Entry* entry = first_.entries; entry != end; ++entry) {
-        if (entry + 1 != end && IsEqual(*entry, entry[1])) {
+        if (entry + 1 != end && Order(*entry, entry[1].prefix, entry[1].member->key) == 0) {
             Release(*entry->member);
         } else {
             *kept++ = *entry;
         }
     }
     first_.count = static_cast<std::uint32_t>(kept - first_.entries);
-}
-
-void Object::FreeEntries(const Chunk& chunk) noexcept {
-    if (chunk.entries != OwnEntries()) delete[] chunk.entries;
 }
 
 }  // namespace vxJson::detail

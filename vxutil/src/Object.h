@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "Container.h"
+#include "ParsedMembers.h"
 
 namespace vxJson::detail {
 
@@ -41,12 +42,6 @@ inline bool HasEqualRest(std::string_view a, std::string_view b) noexcept {
     return std::memcmp(a.data() + size - 8, b.data() + size - 8, 8) == 0;
 }
 
-/// A member of an object that is being read; the key is part of the text.
-struct ParsedMember {
-    std::string_view key;
-    Value value;
-};
-
 /// A member of an object.
 struct Member {
     std::string key;
@@ -55,15 +50,16 @@ struct Member {
 
 /// An object: members in blocks that never move, and an index of them in the order of their keys.
 ///
-/// 1. A member keeps its address until it is removed. The places of removed members are chained
-/// from
-///    `free_` and reused; those in [unused_, unusedEnd_) were never used.
+/// 1. A member keeps its address until it is removed. The slots of removed members are chained from
+///    `link` and reused; the `unusedCount_` slots from `unused_` on were never used.
 /// 2. The index has one entry per member, in ascending order of keys within a chunk and from chunk
 ///    to chunk. No two keys are equal.
 /// 3. A chunk has at most kChunkEntries entries, and at least one, except for the first chunk of an
 ///    empty object. An insertion thus moves a bounded number of entries.
-/// 4. The entries of the first chunk and the first block may be part of the object's own
-///    allocation: an object created with its number of members needs no other one.
+/// 4. The entries of the first chunk are part of the object's own allocation or of a block. Those
+///    of the other chunks are allocated separately, and always with kChunkEntries entries.
+/// 5. Until the first chunk is split, there are as many slots as entries: both grow in one
+///    allocation, and an object created with its number of members needs no further one.
 class Object : public Container {
   public:
     /// A member's entry in the index.
@@ -79,12 +75,12 @@ class Object : public Container {
     };
     static constexpr std::uint32_t kChunkEntries = 256;
 
+    /// The capacity of an object that is created for its first member. Small, because objects of
+    /// one member are the input that takes most memory per byte.
+    static constexpr std::uint32_t kFirstMembers = 3;
+
     /// Creates an empty object with memory for `capacity` members, at most kChunkEntries.
     static std::unique_ptr<Object> Make(std::size_t capacity);
-
-    /// Creates an object of `count` members, whose values are moved from. Of equal keys the last
-    /// one wins.
-    static std::unique_ptr<Object> Make(ParsedMember* members, std::size_t count);
 
     /// Returns a copy in which all containers are borrowed.
     static std::unique_ptr<Object> MakeShallow(const Object& other);
@@ -94,22 +90,31 @@ class Object : public Container {
     /// Destroys all members. Does not recurse if no member holds a container.
     ~Object();
 
-    std::size_t Size() const noexcept { return size_; }
-    std::size_t ChunkCount() const noexcept { return 1 + more_.size(); }
-    const Chunk& GetChunk(std::size_t i) const noexcept { return i == 0 ? first_ : more_[i - 1]; }
+    std::size_t ChunkCount() const noexcept { return more_ == nullptr ? 1 : 1 + more_->size(); }
+    const Chunk& GetChunk(std::size_t i) const noexcept {
+        return i == 0 ? first_ : (*more_)[i - 1];
+    }
 
     /// Returns the value of the member for `key`, or null if there is none.
     const Value* Find(std::string_view key) const noexcept {
         const std::uint64_t prefix = KeyPrefix(key);
-        if (!more_.empty()) return FindByPosition(prefix, key);
-        const Entry* const entry = LowerBound(first_, prefix);
-        if (entry == first_.entries + first_.count || entry->prefix != prefix) return nullptr;
-        if (!HasEqualRest(entry->member->key, key)) return FindByPosition(prefix, key);
-        return &entry->member->slot.value;
+        const Chunk& chunk = more_ == nullptr ? first_ : GetChunk(FindChunk(prefix, key));
+        const Entry* const end = chunk.entries + chunk.count;
+        const Entry* at = LowerBound(chunk, prefix);
+        if (at == end || at->prefix != prefix) return nullptr;
+        if (!HasEqualRest(at->member->key, key)) {
+            at = LowerBound(at, end, prefix, key);
+            if (at == end || at->member->key != key) return nullptr;
+        }
+        return &at->member->slot.value;
     }
 
     /// Returns the value of the member for `key`, which is added as null if there is none.
     Value& FindOrAdd(std::string_view key);
+
+    /// Adds the members [first, last) of `parsed`, whose values are moved from, to an object that
+    /// was created for their number and has no members yet. Of equal keys the last one wins.
+    void Fill(ParsedMembers& parsed, std::size_t first, std::size_t last);
 
     /// Removes the member for `key`. Returns whether there was one.
     bool Remove(std::string_view key) noexcept;
@@ -127,30 +132,41 @@ class Object : public Container {
     static void operator delete(void* object) { ::operator delete(object); }
 
   private:
-    /// Memory for a member, or a link in the chain of free places.
-    union Place {
-        Place() noexcept {}
-        ~Place() {}
+    /// Memory for a member, or a link in the chain of free slots.
+    union MemberSlot {
+        MemberSlot() noexcept {}
+        ~MemberSlot() {}
 
         Member member;
-        Place* nextFree;
+        MemberSlot* nextFree;
     };
-    /// A position in the index.
+    /// The head of an allocation of entries and slots, which follow it.
+    struct Block {
+        Block* next;
+    };
+    /// The position of a key in the index, or the one where it belongs.
     struct Position {
-        std::size_t chunk;
+        std::uint32_t chunk;
         std::uint32_t entry;
+        bool isFound;
     };
 
     explicit Object(std::uint32_t capacity) noexcept;
     static void* operator new(std::size_t size, std::uint32_t capacity);
     static void operator delete(void* object, std::uint32_t) { ::operator delete(object); }
-    Entry* OwnEntries() noexcept { return reinterpret_cast<Entry*>(this + 1); }
-    Chunk& ChunkAt(std::size_t i) noexcept { return i == 0 ? first_ : more_[i - 1]; }
+    Chunk& ChunkAt(std::size_t i) noexcept { return i == 0 ? first_ : (*more_)[i - 1]; }
+    Entry& EntryAt(Position position) const noexcept {
+        return GetChunk(position.chunk).entries[position.entry];
+    }
 
+    static int Order(const Entry& entry, std::uint64_t prefix, std::string_view key) noexcept {
+        if (entry.prefix != prefix) return entry.prefix < prefix ? -1 : 1;
+        return std::string_view(entry.member->key).compare(key);
+    }
     /// Returns the first entry of a chunk whose prefix is not less than `prefix`. Does not branch
     /// on keys, which are unpredictable.
-    static Entry* LowerBound(const Chunk& chunk, std::uint64_t prefix) noexcept {
-        Entry* from = chunk.entries;
+    static const Entry* LowerBound(const Chunk& chunk, std::uint64_t prefix) noexcept {
+        const Entry* from = chunk.entries;
         for (std::size_t count = chunk.count; count > 0;) {
             const std::size_t half = (count + 1) / 2;
             from += half * static_cast<std::size_t>(from[half - 1].prefix < prefix);
@@ -158,29 +174,31 @@ class Object : public Container {
         }
         return from;
     }
+    /// Returns the first entry in [from, to) whose key is not less than `key`.
     static const Entry* LowerBound(const Entry* from, const Entry* to, std::uint64_t prefix,
                                    std::string_view key) noexcept;
     std::size_t FindChunk(std::uint64_t prefix, std::string_view key) const noexcept;
-    Position FindPosition(std::uint64_t prefix, std::string_view key) const noexcept;
-    const Value* FindByPosition(std::uint64_t prefix, std::string_view key) const noexcept;
-    Value* At(Position position, std::uint64_t prefix, std::string_view key) const noexcept;
+    Position Seek(std::uint64_t prefix, std::string_view key) const noexcept;
     template <typename... From>
     void Append(From&&... from);
-    Value& Insert(Position position, std::uint64_t prefix, Member&& from);
+    template <typename... From>
+    Value& Insert(Position position, std::uint64_t prefix, From&&... from);
     void MakeRoom(Position& position);
     void Split(Position& position);
-    Place* MakePlace();
+    Entry* AddBlock(std::uint32_t entries, std::uint32_t slots);
+    void RemoveChunk(std::uint32_t i) noexcept;
     void Release(Member& member) noexcept;
     void SortFirstChunk() noexcept;
-    void FreeEntries(const Chunk& chunk) noexcept;
 
+    MemberSlot* FirstFree() const noexcept { return static_cast<MemberSlot*>(link); }
+
+    // First, where it fits into the padding of the base.
+    std::uint16_t unusedCount_;
     Chunk first_;
-    std::vector<Chunk> more_;
-    std::uint32_t size_ = 0;
-    Place* unused_;
-    Place* unusedEnd_;
-    Place* free_ = nullptr;
-    std::vector<std::unique_ptr<Place[]>> blocks_;
+    std::unique_ptr<std::vector<Chunk>> more_;
+    MemberSlot* unused_;
+    Block* blocks_ = nullptr;
 };
+static_assert(sizeof(Object) == 56);
 
 }  // namespace vxJson::detail

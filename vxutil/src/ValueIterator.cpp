@@ -1,21 +1,12 @@
 #include <VxUtil/vxJson.h>
 
 #include "JsonContainers.h"
+#include "NeverDestroyed.h"
 
 namespace vxJson {
 
 using detail::Array;
 using detail::Object;
-
-namespace {
-
-// The key of an array element. Never destroyed, so that it also serves static destructors.
-const std::string& NoKey() {
-    static const auto* const key = new std::string;
-    return *key;
-}
-
-}  // namespace
 
 ValueIterator Value::begin() {
     return ValueIterator(*this, false);
@@ -49,7 +40,7 @@ Value& ValueIteratorBase::deref() const noexcept {
 }
 
 const std::string& ValueIteratorBase::key() const noexcept {
-    if (!container_->isObject) return NoKey();
+    if (!container_->isObject) return detail::NeverDestroyed<std::string>();
     return static_cast<Object*>(container_)->GetChunk(chunk_).entries[at_].member->key;
 }
 

@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "JsonContainers.h"
+#include "NeverDestroyed.h"
 
 namespace vxJson {
 
@@ -14,27 +15,12 @@ using detail::Cursor;
 using detail::Object;
 using detail::VisitChildren;
 
-// The capacity of an object or an array that is created for its first member or element. It is
-// enough for most records.
-constexpr std::size_t kFirstMembers = 8;
-constexpr std::size_t kFirstElements = 4;
+// The capacity of an array that is created for its first element.
+constexpr std::size_t kFirstElements = 2;
 
 static_assert(sizeof(Value) == sizeof(std::string) + sizeof(void*));
 
 namespace {
-
-// Shared empty value and string, returned for missing entries. Never destroyed, so that static
-// destructors may use them.
-union Nothing {
-    Nothing() noexcept : fields() {}
-    ~Nothing() {}
-
-    struct {
-        Value value;
-        std::string text;
-    } fields;
-};
-const Nothing nothing;
 
 const char* KindName(ValueType type) noexcept {
     switch (type) {
@@ -113,9 +99,14 @@ Value::Value(const std::string& bytes, ValueType type) : Value(bytes) {
     }
 }
 
-Value::Value(const char* bytes, int length) : Value() {
+Value Value::FromBytes(const char* bytes, int length, std::size_t size) {
     if (length < 0) throw Error("Value: negative length " + std::to_string(length));
-    *this = Binary(std::string(bytes, static_cast<std::size_t>(length)));
+    const auto count = static_cast<std::size_t>(length);
+    if (count > size) {
+        throw Error("Value: length " + std::to_string(length) + " exceeds the array of " +
+                    std::to_string(size) + " bytes");
+    }
+    return Binary(std::string(bytes, count));
 }
 
 // A shallow copy of a container borrows its child containers from the source. The walk then
@@ -155,7 +146,7 @@ void Value::OwnBorrowed() {
         tag_ = Tag::object;
     } else {
         const auto& from = static_cast<const Array&>(*plain_.borrowed);
-        auto array = Array::Make(from.Size());
+        auto array = Array::Make(from.size);
         for (const detail::Slot& slot : from) array->Append(slot);
         plain_.container = array.release();
         tag_ = Tag::array;
@@ -165,13 +156,13 @@ void Value::OwnBorrowed() {
 // Works from the top: the child containers of a container are queued before it is deleted.
 void Value::ReleaseContainer() noexcept {
     Container* pending = plain_.container;
-    pending->next = nullptr;
+    pending->link = nullptr;
     while (pending != nullptr) {
-        Container* const container = std::exchange(pending, pending->next);
+        Container* const container = std::exchange(pending, static_cast<Container*>(pending->link));
         VisitChildren(*container, [&pending](Value& child) {
             if (!child.HoldsContainer()) return;
             child.tag_ = Tag::null;
-            child.plain_.container->next = pending;
+            child.plain_.container->link = pending;
             pending = child.plain_.container;
         });
         if (container->isObject) {
@@ -185,28 +176,28 @@ void Value::ReleaseContainer() noexcept {
 Value& Value::Member(std::string_view key) {
     if (!isNull() && !isObject()) FailKind("operator[]", "an object");
     if (isObject()) return static_cast<Object*>(plain_.container)->FindOrAdd(key);
-    auto object = Object::Make(kFirstMembers);
+    auto object = Object::Make(Object::kFirstMembers);
     Value& member = object->FindOrAdd(key);
     *this = Value(*object.release());
     return member;
 }
 
 const Value& Value::Find(std::string_view key) const noexcept {
-    if (!isObject()) return nothing.fields.value;
+    if (!isObject()) return Nothing();
     const Value* const found = static_cast<const Object*>(plain_.container)->Find(key);
-    return found == nullptr ? nothing.fields.value : *found;
+    return found == nullptr ? Nothing() : *found;
 }
 
 const Value& Value::Nothing() noexcept {
-    return nothing.fields.value;
+    return detail::NeverDestroyed<Value>();
 }
 
 bool Value::isMember(const std::string& key) const noexcept {
-    return &Find(key) != &nothing.fields.value;
+    return &Find(key) != &Nothing();
 }
 
 bool Value::isMember(const char* key) const noexcept {
-    return &(*this)[key] != &nothing.fields.value;
+    return &(*this)[key] != &Nothing();
 }
 
 bool Value::removeMember(const std::string& key) noexcept {
@@ -226,8 +217,9 @@ bool Value::Remove(std::string_view key) noexcept {
 Array& Value::MakeRoom(std::size_t count) {
     if (isNull()) {
         *this = Value(*Array::Make(std::max(count, kFirstElements)).release());
-    } else if (auto& array = *static_cast<Array*>(plain_.container); array.GetCapacity() < count) {
-        auto larger = Array::Make(std::max(count, 2 * array.GetCapacity()));
+    } else if (auto& array = *static_cast<Array*>(plain_.container); array.Capacity() < count) {
+        // Doubling would hold three times the elements while they are moved.
+        auto larger = Array::Make(std::max(count, array.Capacity() + array.Capacity() / 2 + 1));
         for (detail::Slot& slot : array) larger->Append(std::move(slot));
         plain_.container = larger.release();
         delete &array;
@@ -240,16 +232,16 @@ Value& Value::operator[](int index) {
     if (index < 0) throw Error("operator[]: negative index " + std::to_string(index));
     const auto position = static_cast<std::size_t>(index);
     Array& array = MakeRoom(position + 1);
-    while (array.Size() <= position) array.Append();
+    while (array.size <= position) array.Append();
     return array.begin()[position].value;
 }
 
 const Value& Value::operator[](int index) const noexcept {
-    if (!isArray()) return nothing.fields.value;
+    if (!isArray()) return Nothing();
     const auto& array = static_cast<const Array&>(*plain_.container);
     // A negative index, converted to unsigned, is beyond the end.
     const auto position = static_cast<std::size_t>(index);
-    return position < array.Size() ? array.begin()[position].value : nothing.fields.value;
+    return position < array.size ? array.begin()[position].value : Nothing();
 }
 
 Value& Value::append(Value&& value) {
@@ -287,7 +279,7 @@ std::string Value::asString() const {
 }
 
 const std::string& Value::asBinary() const {
-    if (isNull()) return nothing.fields.text;
+    if (isNull()) return detail::NeverDestroyed<std::string>();
     if (!HoldsText()) FailKind("asBinary", "a binary or a string");
     return text_;
 }
@@ -407,13 +399,7 @@ ValueType Value::type() const noexcept {
 }
 
 std::uint32_t Value::size() const noexcept {
-    if (isArray()) {
-        return static_cast<std::uint32_t>(static_cast<const Array*>(plain_.container)->Size());
-    }
-    if (isObject()) {
-        return static_cast<std::uint32_t>(static_cast<const Object*>(plain_.container)->Size());
-    }
-    return 0;
+    return HoldsContainer() ? plain_.container->size : 0;
 }
 
 int Value::Compare(const Value& other) const {
