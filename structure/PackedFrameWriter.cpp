@@ -1,6 +1,7 @@
 #include "structure/PackedFrameWriter.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <set>
 #include <string_view>
@@ -87,15 +88,20 @@ constexpr Member kTable[] = {kType,
                              {"hashColumns", &rapidjson::Value::IsString},
                              {"attributes", &rapidjson::Value::IsArray}};
 
+/// Returns the members of an item, which must have exactly these.
 template <std::size_t count>
-void RequireMembers(const rapidjson::Value& item, const Member (&members)[count]) {
+std::array<const rapidjson::Value*, count> RequireMembers(const rapidjson::Value& item,
+                                                          const Member (&members)[count]) {
     if (!item.IsObject()) throw Error("is not an object");
-    for (const auto& [key, isOfKind] : members) {
-        const rapidjson::Value* member = FindMember(item, key);
-        if (member == nullptr || (isOfKind != nullptr && !(member->*isOfKind)()))
+    std::array<const rapidjson::Value*, count> found{};
+    for (std::size_t i = 0; i < count; ++i) {
+        const auto& [key, isOfKind] = members[i];
+        found[i] = FindMember(item, key);
+        if (found[i] == nullptr || (isOfKind != nullptr && !(found[i]->*isOfKind)()))
             throw Error(std::string("\"") + key + "\" is missing or of another kind");
     }
     if (item.MemberCount() != count) throw Error("has members that no decoded item has");
+    return found;
 }
 
 bool IsTable(const rapidjson::Value& item) {
@@ -297,17 +303,18 @@ void PackedFrameWriter::Content::AddItems(const rapidjson::Value& document) {
 
 void PackedFrameWriter::Content::AddDocumentItem(const rapidjson::Value& item) {
     if (IsTable(item)) return AddDocumentTable(item);
-    RequireMembers(item, kField);
-    AddLeafItem(StringOf(item["name"]), item["type"].GetInt(), item["value"]);
+    const auto [type, name, value] = RequireMembers(item, kField);
+    AddLeafItem(StringOf(*name), type->GetInt(), *value);
 }
 
 void PackedFrameWriter::Content::AddDocumentTable(const rapidjson::Value& table) {
-    RequireMembers(table, kTable);
-    AddTable(StringOf(table["name"]), table["hashSort"].GetBool(),
-             PackedHashColumns(table["hashColumns"]));
+    const auto [type, name, columns, hashSort, hashColumns, attributes] =
+        RequireMembers(table, kTable);
+    static_cast<void>(type);  // kTableType
+    AddTable(StringOf(*name), hashSort->GetBool(), PackedHashColumns(*hashColumns));
     Item& item = items_.back();
-    AddDocumentChildren(item, item.columns, "column", table["column"]);
-    AddDocumentChildren(item, item.attributes, "attribute", table["attributes"]);
+    AddDocumentChildren(item, item.columns, "column", *columns);
+    AddDocumentChildren(item, item.attributes, "attribute", *attributes);
 }
 
 void PackedFrameWriter::Content::AddDocumentChildren(Item& item, std::vector<Field>& list,
@@ -315,11 +322,11 @@ void PackedFrameWriter::Content::AddDocumentChildren(Item& item, std::vector<Fie
                                                      const rapidjson::Value& children) {
     ForEach(part, children, [&](const rapidjson::Value& child) {
         if (IsTable(child)) {  // tables do not nest: this one has no value
-            RequireMembers(child, kFieldOfTableType);
-            list.push_back({StringOf(child["name"]), kTableType, NextIndex(item), 0});
+            const auto [type, name] = RequireMembers(child, kFieldOfTableType);
+            list.push_back({StringOf(*name), type->GetInt(), NextIndex(item), 0});
         } else {
-            RequireMembers(child, kField);
-            AddChild(item, list, StringOf(child["name"]), child["type"].GetInt(), child["value"]);
+            const auto [type, name, value] = RequireMembers(child, kField);
+            AddChild(item, list, StringOf(*name), type->GetInt(), *value);
         }
     });
 }

@@ -13,8 +13,8 @@
 
 namespace dataengine {
 
-/// Writes packed frames, which CDEStructureDataHelper reads: a header with the unit's name and its
-/// schema, followed by the values of the items.
+/// Writes packed frames, which PackedFrameReader and CDEStructureDataHelper read: a header with the
+/// unit's name and its schema, followed by the values of the items.
 ///
 ///     dataengine::PackedFrameWriter writer("inventory/interfaces");
 ///     writer.AddLeaf("hostname", 1, "edge-r1");

@@ -60,7 +60,7 @@ double DecodingTo(double wanted) {
         return wanted;
     }
 
-    constexpr std::int64_t kReach = 2 * std::numeric_limits<double>::max_exponent10;
+    constexpr std::int64_t kReach = 1000;
     std::int64_t below = target - kReach;
     std::int64_t above = target + kReach;
     for (std::int64_t candidate = target; above - below > 1;) {
