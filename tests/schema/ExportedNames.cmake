@@ -29,6 +29,7 @@ endforeach()
 
 execute_process(COMMAND ${NM} ${LIBRARY} OUTPUT_VARIABLE symbols COMMAND_ERROR_IS_FATAL ANY)
 string(REGEX MATCHALL "_GLOBAL__sub_I_[^\n]*" initializers "${symbols}")
+list(REMOVE_ITEM initializers _GLOBAL__sub_I_Names.cpp)  # clang adds an empty one
 if(initializers)
     message(SEND_ERROR "${LIBRARY} runs code at load: ${initializers}")
 endif()
