@@ -55,6 +55,7 @@ Unit UnitOf(const dataengine::PackedFrameWriter& writer) {
     int header = 0;
     const std::string frame = writer.Frame();
     CDEStructureDataHelper::GetBinaryDataInfo(frame, name, unit.schema, header);
+    unit.header = frame.substr(0, static_cast<std::size_t>(header));
     unit.payload = frame.substr(static_cast<std::size_t>(header));
     unit.offsets = writer.Offsets();
     AddOffsets(unit.offsets, unit.values);
@@ -170,6 +171,18 @@ Unit InterfaceTable(int rows, std::size_t columnCount) {
         vxJson::Value cells;
         for (int row = 0; row < rows; ++row) cells.append(InterfaceCell(random, column, row));
         table.AddColumn(kInterfaceColumns.at(column), 1, cells);
+    }
+    return UnitOf(writer);
+}
+
+Unit DeviceOverview(const std::string& name) {
+    dataengine::PackedFrameWriter writer(name);
+    for (const Unit& unit : {ScalarLeaves(12), InterfaceTable(48, 11)}) {
+        rapidjson::Document document;
+        CDEStructureDataHelper::ParseBinaryDataToJson(unit.payload.data(), unit.Length(),
+                                                      unit.schema, unit.offsets, vxJson::Value(),
+                                                      document);
+        writer.AddItems(document);
     }
     return UnitOf(writer);
 }

@@ -9,11 +9,12 @@
 /// The arguments of a decoding, and the offsets of the values for contenders that use no schema.
 /// Generated from a fixed seed.
 struct Unit {
-    std::string payload;
+    std::string header, payload;
     vxJson::Value schema, offsets;
     std::vector<std::size_t> values;  // the byte offset of each value
 
     int Length() const { return static_cast<int>(payload.size()); }
+    std::string Frame() const { return header + payload; }
 };
 
 /// Host names, addresses, counters, rates and flags, one leaf each.
@@ -21,6 +22,9 @@ Unit ScalarLeaves(int count);
 
 /// Interfaces: up to 20 columns, from names and addresses to octet counters and utilisation.
 Unit InterfaceTable(int rows, std::size_t columnCount = 20);
+
+/// A whole device, as most frames are: 12 leaves and an interface table of 11 columns by 48 rows.
+Unit DeviceOverview(const std::string& name = "device overview");
 
 /// One leaf with an array of routes, each of which is a map.
 Unit RouteTable(int routes);

@@ -7,6 +7,7 @@ void RegisterDecoding();
 void RegisterHeaders();
 void RegisterJson();
 void RegisterPacking();
+void RegisterReader();
 void RegisterRecords();
 void RegisterRenaming();
 void RegisterSelection();

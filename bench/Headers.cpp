@@ -10,7 +10,6 @@
 #include "bench/BenchData.h"
 #include "bench/Cases.h"
 #include "structure/CDEStructureDataHelper.h"
-#include "structure/PackedFrameWriter.h"
 #include "tests/support/SameDocument.h"
 #include "tests/support/TextRoute.h"
 
@@ -47,17 +46,9 @@ struct Frame {
     vxJson::Value offsets;
 };
 
-/// 12 variables, and a table of 11 columns by 48 rows.
 Frame DeviceFrame() {
-    dataengine::PackedFrameWriter writer("device overview");
-    for (const Unit& unit : {ScalarLeaves(12), InterfaceTable(48, 11)}) {
-        rapidjson::Document document;
-        CDEStructureDataHelper::ParseBinaryDataToJson(unit.payload.data(), unit.Length(),
-                                                      unit.schema, unit.offsets, vxJson::Value(),
-                                                      document);
-        writer.AddItems(document);
-    }
-    return {writer.Frame(), writer.Offsets()};
+    const Unit unit = DeviceOverview();
+    return {unit.Frame(), unit.offsets};
 }
 
 template <typename Read, typename Decode>

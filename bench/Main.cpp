@@ -25,6 +25,7 @@ int main(int argc, char** argv) {
     RegisterHeaders();
     RegisterJson();
     RegisterPacking();
+    RegisterReader();
     RegisterRecords();
     RegisterRenaming();
     RegisterSelection();

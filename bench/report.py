@@ -31,6 +31,15 @@ PEERS = {
 UNPACK_GOALS = {"leaves": 1.1, "interfaces": 1.6, "routes": 2.2, "integers": 2, "floats": 1.5,
                 "three_decimals": 1.5,
                 "integers32": 4}
+READER_ROWS = (
+    ("frame", "plain", "whole frame", "plain way", 25),
+    ("frame", "library", "whole frame", "the helper", 2.8),
+    ("frame", "unpack", "whole frame", "bare msgpack::unpack of the values", 1.8),
+    ("decode_leaves", "unpack", "100 scalar leaves", "bare msgpack::unpack", 5),
+    ("column", "unpack", "one column of 48 rows out of the frame",
+     "bare msgpack::unpack of the column", 1.2),
+    ("new_headers", "library", "whole frames with ever new headers", "the helper", 0.87),
+)
 JSON_GOALS = {"parse": 3.5, "print": 2.2, "copy": 3, "lookup": 5}
 
 # `wanted` is the least accepted ratio if more_is_better, otherwise the greatest.
@@ -84,6 +93,12 @@ def wanted_rows(run):
     yield Row("header with a schema of 40 items", "plain way", 4, run.speedup("header", "plain"),
               True)
     yield Row("whole frame, header included", "plain way", 12, run.speedup("frame", "plain"), True)
+    for case, peer, name, against, wanted in READER_ROWS:
+        yield Row(f"reader, {name}", against, wanted,
+                  run.time(f"{case}/{peer}") / run.time(f"{case}/reader"), True)
+    yield Row("reader on two threads", "on one", 1.9,
+              run.rate("read_threads/real_time/threads:2")
+              / run.rate("read_threads/real_time/threads:1"), True)
     yield Row("time to select the first leaf of 10,000", "the same of 10", 1.5,
               run.time("select_first/of10000") / run.time("select_first/of10"), False)
     yield Row("time to select the last leaf of 10,000", "a plain walk over the names", 1.5,

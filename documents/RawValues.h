@@ -7,6 +7,7 @@
 #include <cstring>
 #include <limits>
 #include <new>
+#include <string_view>
 
 namespace dataengine::detail {
 
@@ -72,6 +73,22 @@ class GenericDocument<UTF8<>, dataengine::detail::JsonPool, dataengine::detail::
         text[size] = '\0';
     }
 
+    /// Makes `value` a string if its bytes fit into the value itself. Returns whether they do.
+    static bool MakeStringInCell(Value& value, std::string_view text) {
+        const auto size = static_cast<SizeType>(text.size());
+        if (!Value::ShortString::Usable(size) || size != text.size()) return false;
+        value.data_.f.flags = Value::kShortStringFlag;
+        value.data_.ss.SetLength(size);
+        std::memcpy(value.data_.ss.str, text.data(), size);
+        value.data_.ss.str[size] = '\0';
+        return true;
+    }
+
+    /// Copies `count` values that own no memory to uninitialized ones.
+    static void Copy(const Value* from, std::size_t count, Value* to) {
+        std::memcpy(static_cast<void*>(to), static_cast<const void*>(from), count * sizeof(Value));
+    }
+
     static constexpr std::size_t kBlock = 16;
 
     /// Does the same for at most 2 * kBlock bytes; kBlock bytes must be readable even if `size` is
@@ -89,11 +106,18 @@ class GenericDocument<UTF8<>, dataengine::detail::JsonPool, dataengine::detail::
         text[size] = '\0';
     }
 
-    /// Reserves space in the empty array `value` for `count` elements to be pushed.
+    /// Makes `value` an empty array with space for `count` elements.
     static void Reserve(Value& value, SizeType count, Pool& pool) {
         MakeArray(value, count, pool);
         value.data_.a.size = 0;
     }
+
+    /// Returns the uninitialized element after the last one of an array that has space for it.
+    static Value& NextElement(Value& array) {
+        return array.GetElementsPointer()[array.data_.a.size];
+    }
+    /// Adds the next element, which has been initialized, to the array.
+    static void AddElement(Value& array) { ++array.data_.a.size; }
 
   private:
     static constexpr unsigned kInt64 = Value::kNumberInt64Flag;

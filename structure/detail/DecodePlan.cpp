@@ -27,7 +27,8 @@ class DecodePlan::Recorder {
     void EndChildren() { name_.clear(); }
     void HashSort(bool value) { AddNumber(Kind::kHashSort, value ? 1 : 0); }
     void HashColumns(std::string text) {
-        steps_.push_back({Kind::kHashColumns, 0, 0, 0, std::move(text)});
+        steps_.push_back({Kind::kHashColumns});
+        steps_.back().text = std::move(text);
     }
     void EndTable() {
         AddNumber(Kind::kEndTable, 0);
@@ -40,9 +41,9 @@ class DecodePlan::Recorder {
     }
 
   private:
-    void AddNumber(Kind kind, std::size_t number) { steps_.push_back({kind, number, 0, 0, {}}); }
+    void AddNumber(Kind kind, std::size_t number) { steps_.push_back({kind, number}); }
     void AddItem(Kind kind, const ItemHead& head) {
-        steps_.push_back({kind, 0, head.type, head.index, std::string(head.name)});
+        steps_.push_back({kind, 0, std::string(head.name), head, ItemCells(head)});
     }
 
     std::vector<Step>& steps_;
@@ -53,9 +54,9 @@ class DecodePlan::Recorder {
 DecodePlan::DecodePlan(const vxJson::Value& schema, const vxJson::Value& selection) {
     if (!schema.isArray()) return;
     Recorder recorder(steps_);
+    fits_ = true;
     try {
         fits_ = SelectionWalk(schema, recorder).Run(selection);
-        return;
     } catch (const std::bad_alloc&) {
         throw;
     } catch (const Error& error) {
@@ -63,7 +64,7 @@ DecodePlan::DecodePlan(const vxJson::Value& schema, const vxJson::Value& selecti
     } catch (...) {
         failure_ = std::current_exception();
     }
-    fits_ = true;
+    for (Step& step : steps_) step.head.name = step.text;
 }
 
 bool DecodePlan::Run(DocumentBuilder& builder) const {
@@ -80,20 +81,19 @@ bool DecodePlan::Run(DocumentBuilder& builder) const {
 }
 
 void DecodePlan::Report(const Step& step, DocumentBuilder& builder) {
-    const ItemHead head = {step.text, step.type, step.index};
     switch (step.kind) {
         case Kind::kItems:
             return builder.Items(step.number);
         case Kind::kLeaf:
-            return builder.Leaf(head);
+            return builder.Leaf(step.head, step.cells);
         case Kind::kBeginTable:
-            return builder.BeginTable(head);
+            return builder.BeginTable(step.head, step.cells);
         case Kind::kColumns:
             return builder.Columns(step.number);
         case Kind::kAttributes:
             return builder.Attributes(step.number);
         case Kind::kChild:
-            return builder.Child(head);
+            return builder.Child(step.head, step.cells);
         case Kind::kHashSort:
             return builder.HashSort(step.number != 0);
         case Kind::kHashColumns:

@@ -42,14 +42,13 @@ class DecodePlan {
         kEndTable
     };
 
-    /// A report. Its text is the name of an item or the text of "hashColumns"; its number is a most
-    /// number of items, or a flag.
+    /// A report: a most number of items, a flag, the text of "hashColumns" or an item.
     struct Step {
         Kind kind;
-        std::size_t number;
-        int type;
-        int index;
-        std::string text;
+        std::size_t number = 0;
+        std::string text = {};
+        ItemHead head = {};  // its name is `text`
+        ItemCells cells = ItemCells({});
     };
 
     static void Report(const Step& step, DocumentBuilder& builder);

@@ -30,11 +30,23 @@ void SetText(Value& value, std::string_view text, JsonPool& pool) {
 
 }  // namespace
 
-void DocumentBuilder::BeginTable(const ItemHead& head) {
-    tableName_ = head.name;
-    name_ = {};
+ItemCells::ItemCells(const ItemHead& head) {
+    AddKey(cells_.data(), kType, "type");
+    cells_[kType].SetInt(head.type);
+    AddKey(cells_.data(), kName, "name");
+    fitsCell_ = RawValues::MakeStringInCell(cells_[kName], UpToZero(head.name));
+}
+
+void ItemCells::CopyName(Value* cells, std::string_view name, JsonPool& pool) {
+    SetText(cells[kName], name, pool);
+}
+
+void DocumentBuilder::BeginTable(const ItemHead& head, const ItemCells& item) {
+    table_ = &head;
+    item_ = nullptr;
     tableOffsets_ = &offsets_[head.index];
-    cells_ = MakeItem(table_, 6, head);
+    cells_ = RawValues::MakeObject(RawValues::NextElement(document_), 6, pool_);
+    item.CopyTo(cells_, head.name, pool_);
     AddKey(cells_, kColumn, "column");
     AddKey(cells_, kHashSort, "hashSort");
     AddKey(cells_, kHashColumns, "hashColumns");
@@ -49,11 +61,11 @@ void DocumentBuilder::Attributes(std::size_t most) {
     BeginChildren(kAttributes, most);
 }
 
-void DocumentBuilder::Child(const ItemHead& head) {
-    if (head.type != kTableType) return AddLeaf(head, *tableOffsets_, *children_);
-    Value child;
-    MakeItem(child, 2, head);
-    children_->PushBack(child, pool_);
+void DocumentBuilder::Child(const ItemHead& head, const ItemCells& item) {
+    if (head.type != kTableType) return AddLeaf(head, item, *tableOffsets_, *children_);
+    Value& child = RawValues::NextElement(*children_);
+    item.CopyTo(RawValues::MakeObject(child, 2, pool_), head.name, pool_);
+    RawValues::AddElement(*children_);
 }
 
 void DocumentBuilder::HashSort(bool value) {
@@ -65,14 +77,16 @@ void DocumentBuilder::HashColumns(const std::string& text) {
 }
 
 void DocumentBuilder::EndTable() {
-    document_.PushBack(table_, pool_);
-    tableName_ = {};
+    RawValues::AddElement(document_);
+    table_ = nullptr;
 }
 
 std::string DocumentBuilder::Path() const {
-    std::string path(tableName_);
-    if (!tableName_.empty() && !name_.empty()) path += '.';
-    return path.append(name_);
+    std::string path;
+    if (table_ != nullptr) path = table_->name;
+    if (table_ != nullptr && item_ != nullptr) path += '.';
+    if (item_ != nullptr) path += item_->name;
+    return path;
 }
 
 void DocumentBuilder::Reserve(Value& array, std::size_t most) {
@@ -84,23 +98,14 @@ void DocumentBuilder::BeginChildren(int member, std::size_t most) {
     Reserve(*children_, most);
 }
 
-/// Makes `item` an object with storage for `members`, the first of which are its type and name.
-Value* DocumentBuilder::MakeItem(Value& item, SizeType members, const ItemHead& head) {
-    Value* const cells = RawValues::MakeObject(item, members, pool_);
-    AddKey(cells, kType, "type");
-    cells[kType].SetInt(head.type);
-    AddKey(cells, kName, "name");
-    SetText(cells[kName], head.name, pool_);
-    return cells;
-}
-
-void DocumentBuilder::AddLeaf(const ItemHead& head, const vxJson::Value& offsets, Value& list) {
-    name_ = head.name;
-    Value leaf;
-    Value* const cells = MakeItem(leaf, 3, head);
+void DocumentBuilder::AddLeaf(const ItemHead& head, const ItemCells& item,
+                              const vxJson::Value& offsets, Value& list) {
+    item_ = &head;
+    Value* const cells = RawValues::MakeObject(RawValues::NextElement(list), 3, pool_);
+    item.CopyTo(cells, head.name, pool_);
     AddKey(cells, kValue, "value");
     Decode(offsets[head.index].asInt(), cells[kValue]);
-    list.PushBack(leaf, pool_);
+    RawValues::AddElement(list);
 }
 
 void DocumentBuilder::Decode(int offset, Value& value) {

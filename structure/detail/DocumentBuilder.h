@@ -2,6 +2,7 @@
 
 #include <VxUtil/vxJson.h>
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
@@ -12,6 +13,24 @@
 #include "structure/detail/SelectionWalk.h"
 
 namespace dataengine::detail {
+
+/// The members "type" and "name" of an item, ready to be copied into documents.
+class ItemCells {
+  public:
+    explicit ItemCells(const ItemHead& head);
+
+    /// Fills the cells of the two members. `name` is that of the head.
+    void CopyTo(rapidjson::Value* cells, std::string_view name, JsonPool& pool) const {
+        RawValues::Copy(cells_.data(), cells_.size(), cells);
+        if (!fitsCell_) CopyName(cells, name, pool);
+    }
+
+  private:
+    static void CopyName(rapidjson::Value* cells, std::string_view name, JsonPool& pool);
+
+    std::array<rapidjson::Value, 4> cells_;
+    bool fitsCell_;  // whether the name is stored in its cell
+};
 
 /// Builds the document of a selection: decodes each value when its item is reported. A handler of
 /// SelectionWalk.
@@ -39,18 +58,28 @@ class DocumentBuilder {
         Reserve(document_, most);
     }
     void Found(std::string_view) {}
-    void Leaf(const ItemHead& head) { AddLeaf(head, offsets_, document_); }
-    void BeginTable(const ItemHead& head);
+    void Leaf(const ItemHead& head) { Leaf(head, ItemCells(head)); }
+    void BeginTable(const ItemHead& head) { BeginTable(head, ItemCells(head)); }
     void Columns(std::size_t most);
     void Attributes(std::size_t most);
-    void Child(const ItemHead& head);
+    void Child(const ItemHead& head) { Child(head, ItemCells(head)); }
     void EndChildren() {}
     void HashSort(bool value);
     void HashColumns(const std::string& text);
     void EndTable();
 
+    /// The same for items whose cells were prepared in advance, which takes half the time of a
+    /// leaf.
+    /// @{
+    void Leaf(const ItemHead& head, const ItemCells& item) {
+        AddLeaf(head, item, offsets_, document_);
+    }
+    void BeginTable(const ItemHead& head, const ItemCells& item);
+    void Child(const ItemHead& head, const ItemCells& item);
+    /// @}
+
     /// Returns the name of the leaf, or the names of the table and of its child, reported last. The
-    /// names must still exist.
+    /// heads must still exist.
     std::string Path() const;
     /// Returns the offset of the value decoded last.
     int Offset() const { return offset_; }
@@ -60,9 +89,8 @@ class DocumentBuilder {
   private:
     void Reserve(rapidjson::Value& array, std::size_t most);
     void BeginChildren(int member, std::size_t most);
-    rapidjson::Value* MakeItem(rapidjson::Value& item, rapidjson::SizeType members,
-                               const ItemHead& head);
-    void AddLeaf(const ItemHead& head, const vxJson::Value& offsets, rapidjson::Value& list);
+    void AddLeaf(const ItemHead& head, const ItemCells& item, const vxJson::Value& offsets,
+                 rapidjson::Value& list);
     void Decode(int offset, rapidjson::Value& value);
     bool Contains(int offset) const {
         return offset >= 0 && static_cast<std::size_t>(offset) <= size_;
@@ -78,15 +106,14 @@ class DocumentBuilder {
     JsonPool& pool_;
     std::uint64_t left_;  // packed bytes that may still be read
 
-    // The table being built.
-    std::string_view tableName_;
-    rapidjson::Value table_;
+    // The table being built, if any.
+    const ItemHead* table_ = nullptr;
     rapidjson::Value* cells_ = nullptr;     // its members: names and values in turn
     rapidjson::Value* children_ = nullptr;  // its list being built
     const vxJson::Value* tableOffsets_ = nullptr;
 
-    // The item reported last, and the offset of its value.
-    std::string_view name_;
+    // The leaf or child reported last, and the offset of its value.
+    const ItemHead* item_ = nullptr;
     int offset_ = 0;
 };
 

@@ -58,6 +58,9 @@ class PackedBytes {
     const char* Next() const { return next_; }
     std::size_t Remaining() const { return static_cast<std::size_t>(end_ - next_); }
 
+    /// Goes back to bytes that were taken before.
+    void Rewind(const char* next) { next_ = next; }
+
     /// Returns the head of the next value, whose bytes are known to be complete: the Take functions
     /// may read them.
     const PackedHead& Head() const {
