@@ -74,8 +74,8 @@ std::string RandomPacked::Integer() {
     const std::uint64_t number = (std::uint64_t{1} << Below(64)) + Below(5) - 2;
     if (OneIn(5)) return BigEndian(OneIn(2) ? number & 0x7f : number | 0xe0, 1);
     const std::uint64_t width = Below(4);
-    return BigEndian((OneIn(2) ? 0xcc : 0xd0) + width, 1) +
-           BigEndian(OneIn(2) ? number : ~number, 1 << width);
+    const std::string head = BigEndian((OneIn(2) ? 0xcc : 0xd0) + width, 1);
+    return head + BigEndian(OneIn(2) ? number : ~number, 1 << width);
 }
 
 std::string RandomPacked::Float() {

@@ -20,9 +20,10 @@ inline vxJson::Value RandomValue(std::mt19937_64& random, int depth,
             return random() % 2 == 1;
         case 2:
             return integer() >> (random() % 64);
-        case 3:
-            return std::ldexp(static_cast<double>(integer()),
-                              static_cast<int>(random() % 2000) - 1080);
+        case 3: {
+            const double number = static_cast<double>(integer());
+            return std::ldexp(number, static_cast<int>(random() % 2000) - 1080);
+        }
         case 4:
             return text();
         case 5:
