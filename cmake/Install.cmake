@@ -64,8 +64,13 @@ if(TARGET dataengine_bson)
 else()
     dataengine_install_package(DataEngine)
 endif()
-install(FILES tools/gdb/dataengine.py
-    DESTINATION ${CMAKE_INSTALL_DATADIR}/dataengine/gdb COMPONENT development)
+
+# GDB loads the pretty-printers together with the library from this path, in the prefix /usr.
+if(BUILD_SHARED_LIBS AND DATAENGINE_VXUTIL STREQUAL "bundled")
+    install(FILES tools/gdb/dataengine.py COMPONENT runtime
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/gdb/auto-load${CMAKE_INSTALL_FULL_LIBDIR}
+        RENAME libVxUtil.so.${PROJECT_VERSION}-gdb.py)
+endif()
 
 if(PROJECT_IS_TOP_LEVEL)
     add_custom_target(uninstall

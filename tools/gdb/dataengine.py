@@ -1,6 +1,5 @@
 """Shows the values of this library in GDB: vxJson::Value, DDKey, VX128Guid and the records.
 
-    (gdb) source tools/gdb/dataengine.py
     (gdb) print value
     $1 = object of 2 = {["name"] = "r1", ["ports"] = array of 2 = {1, 2.5}}
 
@@ -8,7 +7,9 @@ Null, booleans, numbers and strings look as in JSON; the other kinds say what th
 shows as what it is, also through a reference to its base class, without the fields that are empty.
 A pointer shows what it points to by `print *pointer`.
 
-Needs debug information (-g, optimised or not) of the program and of libVxUtil, and libstdc++. Reads
+The Debian packages install it where GDB loads it with the library; elsewhere "source" loads it.
+Needs debug information (-g, optimised or not) of the program; the elements of containers need that
+of libVxUtil too (package libdataengine1-dbgsym). Reads
 the memory of the program and calls nothing in it, so it serves core files too. How deep and how far
 values are shown is GDB's to say: `set print max-depth`, `set print elements`.
 """
@@ -19,6 +20,7 @@ import json
 import gdb
 import gdb.printing
 
+NO_SYMBOLS = "%s (install libdataengine1-dbgsym to see its elements)"
 PREVIEW_BYTES = 16
 TEXT_BYTES = 200
 
@@ -86,6 +88,15 @@ class ValuePrinter:
         names = {field.enumval: field.name for field in value["tag_"].type.fields()}
         tag = int(value["tag_"])
         self.tag = names.get(tag, "no kind: %d" % tag).rsplit("::", 1)[-1]
+        if self.tag in ("array", "object") and not self.has_symbols():
+            self.tag = NO_SYMBOLS % self.tag
+
+    @staticmethod
+    def has_symbols():
+        try:
+            return bool(gdb.lookup_type("vxJson::detail::Object").fields())
+        except gdb.error:
+            return False
 
     def container(self, kind):
         kind = gdb.lookup_type("vxJson::detail::" + kind)
