@@ -64,6 +64,12 @@ TEST_F(Tool, PrintsTheGoldenOutputs) {
     CheckGoldenOutputs("commands.txt");
 }
 
+TEST_F(Tool, PrintsToATerminal) {
+    if (Run("script -qec true /dev/null </dev/null").status != 0)
+        GTEST_SKIP() << "no pseudo-terminal";
+    CheckGoldenOutputs("terminal.txt");
+}
+
 #ifdef DATAENGINE_TOOL_BSON
 TEST_F(Tool, PrintsBson) {
     CheckGoldenOutputs("bson.txt");
