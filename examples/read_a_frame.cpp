@@ -1,27 +1,33 @@
-// Reads the header of a packed frame and decodes the selected values only.
+// Reads packed frames and decodes the selected values only.
 #include <VxUtil/vxJson.h>
 #include <rapidjson/document.h>
 
 #include <iostream>
 #include <msgpack.hpp>
 #include <sstream>
+#include <string>
 
-#include "structure/CDEStructureDataHelper.h"
+#include "structure/PackedFrameReader.h"
 #include "structure/PackedFrameWriter.h"
 
 // [a structured answer out of the store]
-/// Decodes the selected items of `frame` into `document`. Returns false if the frame is of another
-/// version, or if `offsets` or `selection` is not an array. Throws if the frame is damaged.
-bool Decode(const std::string& frame, const vxJson::Value& offsets, const vxJson::Value& selection,
-            rapidjson::Document& document) {
-    std::string name;
-    vxJson::Value schema;
-    int header = 0;  // the offsets count from its end
-    return CDEStructureDataHelper::GetBinaryDataInfo(frame, name, schema, header) &&
-           CDEStructureDataHelper::ParseBinaryDataToJson(frame.data() + header,
-                                                         static_cast<int>(frame.size()) - header,
-                                                         schema, offsets, selection, document);
-}
+/// Decodes the frames of one parser, one after the other. A reader is kept for all of them, since
+/// it remembers their header and what the selection comes to in its schema.
+class DeviceFrames {
+  public:
+    explicit DeviceFrames(const vxJson::Value& selection) : reader_(selection) {}
+
+    void Print(const std::string& frame, const vxJson::Value& offsets) {
+        rapidjson::Document document;
+        if (!reader_.Open(frame) || !reader_.Decode(offsets, document)) return;
+        std::cout << document[0]["name"].GetString() << " is " << document[0]["value"].GetString()
+                  << ", the first rate is " << document[1]["column"][0]["value"][0].GetDouble()
+                  << '\n';
+    }
+
+  private:
+    dataengine::PackedFrameReader reader_;
+};
 // [end]
 
 int main() {
@@ -39,14 +45,11 @@ int main() {
     std::istringstream text(R"(["hostname", {"table": "ifTable", "column": ["rate"]}])");
     vxJson::Reader().parse(text, selection, true);
 
-    rapidjson::Document document;
-    if (!Decode(writer.Frame(), writer.Offsets(), selection, document)) return 1;
-    std::cout << document[0]["name"].GetString() << " is " << document[0]["value"].GetString()
-              << '\n'
-              << "the first rate is " << document[1]["column"][0]["value"][0].GetDouble() << '\n';
-
+    DeviceFrames frames(selection);
+    frames.Print(writer.Frame(), writer.Offsets());
     try {
-        Decode(writer.Frame().substr(0, 40), writer.Offsets(), selection, document);
+        const std::string cut = writer.Frame().substr(0, writer.Frame().size() - 3);
+        frames.Print(cut, writer.Offsets());
     } catch (const msgpack::insufficient_bytes& error) {
         std::cout << "a frame cut short: " << error.what() << '\n';
     }

@@ -23,7 +23,8 @@
 /// document.
 ///
 /// The bytes need not be trusted: malformed msgpack throws msgpack::insufficient_bytes or
-/// msgpack::parse_error. Memory use is bounded by the size of the input, depth by memory only.
+/// msgpack::parse_error. Depth is bounded by memory only. dataengine::PackedFrameReader decodes
+/// many frames faster, limits the bytes that it reads, and names item and byte in its exceptions.
 ///
 /// Thread safety: the operations keep no state. Concurrent calls are safe on distinct outputs and
 /// may share their inputs.
@@ -33,7 +34,7 @@ class DATAENGINE_EXPORT CDEStructureDataHelper {
     ///
     /// Bytes after the header are ignored. `name` receives the unit's name byte for byte and may be
     /// the same string as `blob`; `schema` receives the items; `offset` receives the length of the
-    /// header in bytes, which is where the payload begins.
+    /// header in bytes, which is where the payload begins. `blob` may be a part of `schema`.
     ///
     /// Returns false, with all three unchanged, if the version is an integer other than 1. A schema
     /// whose text is not JSON leaves `schema` null; the result is still true.
@@ -71,8 +72,11 @@ class DATAENGINE_EXPORT CDEStructureDataHelper {
     /// cut off, msgpack::parse_error for malformed msgpack, and whatever a conversion in `schema`,
     /// `offsets` or `fields` throws. `out` then holds the items before the one that failed.
     ///
-    /// Complexity: linear in the selection, in the schema up to the last selected item, and in the
-    /// selected bytes. Values that are not selected are not read.
+    /// Complexity: n log n in the selected items and in the items of the schema up to the last one
+    /// selected, and linear in the bytes of each value that is decoded. Values that are not
+    /// selected are not read. Memory use is bounded by the sum of the packed sizes of the decoded
+    /// values. It can exceed the size of the buffer by the number of items, since each value is
+    /// decoded by itself, also if several items of a hostile schema share it.
     static bool ParseBinaryDataToJson(const char* buf, int len, const vxJson::Value& schema,
                                       const vxJson::Value& offsets, const vxJson::Value& fields,
                                       rapidjson::Document& out);

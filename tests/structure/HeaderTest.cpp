@@ -29,6 +29,23 @@ TEST(Header, MayReplaceTheFrameByItsName) {
     EXPECT_EQ(static_cast<std::size_t>(offset), size);
 }
 
+TEST(Header, MayReplaceTheFrameByItsSchema) {
+    const std::string frame = Hex("01 a175 91 a5") + "items";
+    vxJson::Value whole = vxJson::Value::Binary(frame);
+    vxJson::Value member;
+    member["frames"].append(whole);
+    for (vxJson::Value* const schema : {&whole, &member}) {
+        const std::string& blob = schema->isObject()
+                                      ? std::as_const(*schema)["frames"][0].asBinary()
+                                      : schema->asBinary();
+        std::string name;
+        int offset = 0;
+        EXPECT_TRUE(CDEStructureDataHelper::GetBinaryDataInfo(blob, name, *schema, offset));
+        EXPECT_EQ(*schema, Json(R"(["items"])"));
+        EXPECT_EQ(static_cast<std::size_t>(offset), frame.size());
+    }
+}
+
 TEST(Header, ReportsTheReadersMessage) {
     std::string texts;
     for (const char* frame : {"01", "c1", "a1 31", "01 05"}) {
