@@ -99,7 +99,9 @@ TEST(Bson, RoundTripsAreEqual) {
 TEST(Bson, ReadsEveryType) {
     for (const auto& row : RowsOf(TEST_DATA "/foreign.txt")) {
         const Value expected = Json(row[1] == "=" ? row[0] : row[1]);
-        EXPECT_EQ(Decode(Written(row[0])), expected) << row[0];
+        // Rows of bytes hold a $scope, which libbson cannot read from text if it is big endian.
+        const std::string bytes = row[0][0] == '{' ? Written(row[0]) : Hex(row[0]);
+        EXPECT_EQ(Decode(bytes), expected) << row[0];
     }
 }
 

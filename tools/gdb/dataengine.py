@@ -20,7 +20,7 @@ import json
 import gdb
 import gdb.printing
 
-NO_SYMBOLS = "%s (install libdataengine1-dbgsym to see its elements)"
+NO_SYMBOLS = "%s (install libdataengine1-dbgsym to see more)"
 PREVIEW_BYTES = 16
 TEXT_BYTES = 200
 
@@ -181,12 +181,22 @@ class RecordPrinter:
             record = record.referenced_value()
         self.record = record.cast(record.dynamic_type)
 
+        self.has_symbols = True
+        try:
+            self.record["type_"]
+        except gdb.error:
+            self.has_symbols = False
+
     def to_string(self):
+        if not self.has_symbols:
+            return NO_SYMBOLS % self.record.type.strip_typedefs().unqualified()
         number = int(self.record["type_"])
         name = self.TYPES[number] if 0 <= number < len(self.TYPES) else self.TYPES[0]
         return '%s of type "%s"' % (self.record.type.strip_typedefs().unqualified(), name)
 
     def children(self):
+        if not self.has_symbols:
+            return
         identifier = self.record["deviceIdentifier_"]
         yield "device", identifier["deviceId_"]
         yield from self.texts((("hostName", identifier["hostName_"]),
