@@ -125,7 +125,7 @@ int Bson(const Options& options) {
     CheckPaths({path}, {options.output});
     const std::string bytes = ReadFile(path);
     Output output(options.output, options.debug ? Content::kSafe : Content::kJson);
-    Sink sink([&](const std::string& text) { output.Write(text); });
+    Sink sink([&](std::string_view text) { output.Write(text); });
     std::string error;
     int count = 0;
     for (std::size_t begin = 0, size = 0; begin < bytes.size(); begin += size, sink.Check()) {
@@ -146,8 +146,9 @@ int Bson(const Options& options) {
                          std::to_string(size) + " bytes\n\n";
             DrawTable(cells, Screen::Of(options), sink);
         } else {
-            AppendText(at, false, sink.text);
-            sink.text += '\n';
+            std::string text;
+            AppendText(at, false, text);
+            sink.text += text + '\n';
         }
     }
     sink.Flush();

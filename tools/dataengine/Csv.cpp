@@ -72,13 +72,14 @@ std::vector<CsvRecord> ParseCsv(const std::string& path, const std::string& text
     return records;
 }
 
-void AppendCsv(std::string_view cell, bool isSafe, std::string& text) {
+void AppendCsv(std::string_view cell, bool isSafe, Buffer& text) {
     const bool isFormula = isSafe && !cell.empty() && cell.find_first_of("=+-@\t\r") == 0;
     if (!cell.empty() && !isFormula && cell.find_first_of(",\"\r\n") == cell.npos) {
         text += cell;
     } else {
         text += isFormula ? "\"'" : "\"";
-        for (const char c : cell) text.append(c == '"' ? 2 : 1, c);
+        for (const char c : cell)
+            text += std::string_view(c == '"' ? "\"\"" : &c, c == '"' ? 2 : 1);
         text += '"';
     }
     text += ',';

@@ -5,6 +5,8 @@
 #include <string_view>
 #include <vector>
 
+#include "tools/dataengine/Table.h"
+
 namespace dataengine::tool {
 
 /// A CSV record and the number of its first line, counted from 1. An empty cell is null; an empty
@@ -21,6 +23,6 @@ std::vector<CsvRecord> ParseCsv(const std::string& path, const std::string& text
 
 /// Appends a cell and a comma, in quotation marks if it needs them. If `isSafe`, cells that a
 /// spreadsheet would run as a formula get an apostrophe.
-void AppendCsv(std::string_view cell, bool isSafe, std::string& text);
+void AppendCsv(std::string_view cell, bool isSafe, Buffer& text);
 
 }  // namespace dataengine::tool

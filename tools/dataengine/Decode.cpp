@@ -37,7 +37,7 @@ class Work {
     auto Begin(std::size_t batch) const { return frames.begin() + Position(batch); }
     auto End(std::size_t batch) const { return frames.begin() + Position(batch + 1); }
 
-    void Write(std::size_t batch, const std::string& text) {
+    void Write(std::size_t batch, std::string_view text) {
         Await(batch);
         output_.Write(text);
     }
@@ -122,7 +122,7 @@ class Work {
 class Worker {
   public:
     explicit Worker(Work& work)
-        : work_(work), sink_([this](const std::string& text) { work_.Write(batch_, text); }) {}
+        : work_(work), sink_([this](std::string_view text) { work_.Write(batch_, text); }) {}
 
     void Run() {
         try {

@@ -233,7 +233,7 @@ int Diff(const Options& options) {
     CheckPaths({options.input, options.other}, {options.output});
     const Side a(options.input), b(options.other);
     Output output(options.output, Content::kSafe);
-    Sink sink([&](const std::string& text) { output.Write(text); });
+    Sink sink([&](std::string_view text) { output.Write(text); });
     Differences differences(a, b, sink);
     differences.Compare();
     sink.Flush();

@@ -61,11 +61,11 @@ class Input {
         if (file_ != STDIN_FILENO) close(file_);
     }
 
-    /// Returns a size at which the whole of a regular file and one byte more have space.
-    std::size_t SizeHint() const {
+    /// Returns the size of a regular file, otherwise 0.
+    std::size_t Size() const {
         struct stat status = {};
-        const bool known = fstat(file_, &status) == 0 && S_ISREG(status.st_mode);
-        return known ? static_cast<std::size_t>(status.st_size) + 1 : 65536;
+        const bool isRegular = fstat(file_, &status) == 0 && S_ISREG(status.st_mode);
+        return isRegular ? static_cast<std::size_t>(status.st_size) : 0;
     }
 
     std::size_t Read(char* to, std::size_t size) {
@@ -109,10 +109,12 @@ void CheckPaths(const std::vector<std::string>& inputs, const std::vector<std::s
 void ReadFile(const std::string& path, std::string& bytes) {
     Input input(path);
     std::size_t size = 0;
-    bytes.resize(input.SizeHint());
+    const std::size_t known = input.Size();
+    bytes.resize(known > 0 ? known : 65536);
     while (const std::size_t count = input.Read(&bytes[size], bytes.size() - size)) {
         size += count;
         if (size > INT_MAX) throw Failure(path, "is 2 GiB or larger");
+        if (size == known) break;
         if (size == bytes.size()) bytes.resize(2 * size);
     }
     bytes.resize(size);

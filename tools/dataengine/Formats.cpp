@@ -18,20 +18,21 @@ namespace {
 using JsonValue = rapidjson::Value;
 
 template <typename Number>
-void AppendNumber(Number number, std::string& text) {
-    std::array<char, 24> digits;
-    text.append(digits.data(), std::to_chars(digits.data(), digits.data() + 24, number).ptr);
+void AppendNumber(Number number, Buffer& text) {
+    constexpr std::size_t kLongest = 24;
+    char* const at = text.Reserve(kLongest);
+    text.SetEnd(std::to_chars(at, at + kLongest, number).ptr);
 }
 
 /// Appends a double as rapidjson prints it. Most have two decimals, which are faster as integers.
-void AppendDouble(double value, std::string& text) {
+void AppendDouble(double value, Buffer& text) {
     const double hundredths = value * 100;
-    if (!(std::abs(hundredths) < 1e15) || std::round(hundredths) / 100 != value || value == 0) {
-        std::array<char, 32> digits;
-        text.append(digits.data(), rapidjson::internal::dtoa(value, digits.data()));
+    if (!(std::abs(hundredths) < 1e15) || std::nearbyint(hundredths) / 100 != value || value == 0) {
+        constexpr std::size_t kLongest = 32;
+        text.SetEnd(rapidjson::internal::dtoa(value, text.Reserve(kLongest)));
         return;
     }
-    const auto count = static_cast<std::uint64_t>(std::abs(std::round(hundredths)));
+    const auto count = static_cast<std::uint64_t>(std::abs(std::nearbyint(hundredths)));
     if (value < 0) text += '-';
     AppendNumber(count / 100, text);
     text += '.';
@@ -39,47 +40,50 @@ void AppendDouble(double value, std::string& text) {
     if (count % 10 != 0) text += static_cast<char>('0' + count % 10);
 }
 
-/// Returns whether a string is a JSON string as it is.
-bool IsJsonText(std::string_view text) {
-    return std::all_of(text.begin(), text.end(), [](char c) {
-        return static_cast<unsigned char>(c) >= ' ' && c != '"' && c != '\\';
-    });
-}
-
 std::string_view StringOf(const JsonValue& value) {
     return {value.GetString(), value.GetStringLength()};
 }
 
-void AppendJson(const JsonValue& value, std::string& text) {
-    if (value.IsString() && IsJsonText(StringOf(value))) {
-        text += '"';
-        text += StringOf(value);
-        text += '"';
-    } else if (value.IsUint64()) {
-        AppendNumber(value.GetUint64(), text);
-    } else if (value.IsInt64()) {
-        AppendNumber(value.GetInt64(), text);
-    } else if (value.IsDouble()) {
-        AppendDouble(value.GetDouble(), text);
-    } else if (value.IsNull()) {
-        text += "null";
-    } else if (value.IsBool()) {
-        text += value.GetBool() ? "true" : "false";
-    } else {
-        detail::JsonBuffer buffer;
-        detail::JsonWriter writer(buffer);
-        detail::RenderJson(value, writer);
-        text.append(buffer.GetString(), buffer.GetSize());
+/// Appends a string as JSON. Returns false, with nothing appended, if it needs escapes.
+bool AppendPlain(std::string_view string, Buffer& text) {
+    char* at = text.Reserve(string.size() + 2);
+    *at++ = '"';
+    bool isPlain = true;
+    for (const char c : string) {
+        isPlain &= static_cast<unsigned char>(c) >= ' ' && c != '"' && c != '\\';
+        *at++ = c;
     }
+    *at++ = '"';
+    if (isPlain) text.SetEnd(at);
+    return isPlain;
+}
+
+void AppendJson(const JsonValue& value, Buffer& text) {
+    if (value.IsString() && AppendPlain(StringOf(value), text)) return;
+    if (value.IsUint64()) return AppendNumber(value.GetUint64(), text);
+    if (value.IsInt64()) return AppendNumber(value.GetInt64(), text);
+    if (value.IsDouble()) return AppendDouble(value.GetDouble(), text);
+    if (value.IsNull()) return text += "null";
+    if (value.IsBool()) return text += value.GetBool() ? "true" : "false";
+    detail::JsonBuffer buffer;
+    detail::JsonWriter writer(buffer);
+    detail::RenderJson(value, writer);
+    text += std::string_view(buffer.GetString(), buffer.GetSize());
 }
 
 /// Appends a value as the cell of a table: a string as it is, null empty, anything else as JSON.
-void AppendCell(const JsonValue& value, std::string& text) {
+void AppendCell(const JsonValue& value, Buffer& text) {
     if (value.IsString()) {
         text += StringOf(value);
     } else if (!value.IsNull()) {
         AppendJson(value, text);
     }
+}
+
+std::string CellText(const JsonValue& value) {
+    Buffer text;
+    AppendCell(value, text);
+    return std::string(text.Bytes());
 }
 
 bool IsTable(const JsonValue& item) {
@@ -128,7 +132,7 @@ class Grid : public Cells {
     // With a header, and a first column of row numbers.
     std::size_t Rows() const override { return count_ + 1; }
     std::size_t Columns() const override { return columns_.size() + 1; }
-    void Append(std::size_t row, std::size_t column, std::string& text) const override {
+    void Append(std::size_t row, std::size_t column, Buffer& text) const override {
         if (column == 0) {
             row == 0 ? static_cast<void>(text += '#') : AppendNumber(row, text);
         } else {
@@ -177,44 +181,49 @@ void PrintItem(const JsonValue& item, Sink& sink) {
     sink.text += '}';
 }
 
-/// Appends the names and values of the items of a list that are not tables as a JSON object.
-/// Returns whether there are any.
-bool AppendValues(const JsonValue& list, std::string& text) {
+/// Prints an object with the names and values of the items of a list that are not tables, after
+/// `prefix` and `key`; nothing if there are none.
+void PrintValues(std::string_view prefix, std::string_view key, const JsonValue& list, Sink& sink) {
     char separator = '{';
     for (const JsonValue& item : list.GetArray()) {
         if (IsTable(item)) continue;
-        text += separator;
-        AppendJson(item["name"], text);
-        text += ':';
-        AppendJson(item["value"], text);
+        if (separator == '{') {
+            sink.text += prefix;
+            sink.text += key;
+        }
+        sink.text += separator;
+        AppendJson(item["name"], sink.text);
+        sink.text += ':';
+        AppendJson(item["value"], sink.text);
         separator = ',';
     }
-    text += "}}\n";
-    return separator == ',';
+    if (separator == ',') sink.text += "}}\n";
 }
 
-void PrintTableRows(const Decoded& frame, const JsonValue& table, std::string prefix, Sink& sink) {
-    prefix += ",\"table\":";
-    AppendJson(table["name"], prefix);
-    std::string attributes = prefix + ",\"attributes\":";
-    if (AppendValues(table["attributes"], attributes)) sink.text += attributes;
-    prefix += ",\"row\":";
+void PrintTableRows(const Decoded& frame, const JsonValue& table, const std::string& prefix,
+                    Sink& sink) {
+    Buffer start;
+    start += prefix;
+    start += ",\"table\":";
+    AppendJson(table["name"], start);
+    PrintValues(start.Bytes(), ",\"attributes\":", table["attributes"], sink);
+    start += ",\"row\":";
     const Grid rows(table);
-    std::vector<std::string> keys;
-    std::size_t repeated = prefix.size();
+    std::vector<Buffer> keys;
+    std::size_t repeated = start.Size();
     for (std::size_t i = 0; i + 1 < rows.Columns(); ++i) {
-        keys.emplace_back(i == 0 ? "" : ",");
+        keys.emplace_back() += i == 0 ? "" : ",";
         AppendJson(rows.Name(i), keys.back());
         keys.back() += ':';
-        repeated += keys.back().size() + 4;
+        repeated += keys.back().Size() + 4;
     }
     rows.CheckRepetition(frame, repeated);
     for (std::size_t row = 0; row < rows.Count(); ++row) {
-        sink.text += prefix;
+        sink.text += start.Bytes();
         AppendNumber(row + 1, sink.text);
         sink.text += ",\"values\":{";
         for (std::size_t i = 0; i < keys.size(); ++i) {
-            sink.text += keys[i];
+            sink.text += keys[i].Bytes();
             AppendJson(rows.At(row, i), sink.text);
         }
         sink.text += "}}\n";
@@ -228,9 +237,7 @@ bool DrawValues(const JsonValue& list, const Screen& screen, Sink& sink) {
     cells.rows = {{"name", "value"}};
     for (const JsonValue& item : list.GetArray()) {
         if (IsTable(item)) continue;
-        cells.rows.emplace_back(2);
-        AppendCell(item["name"], cells.rows.back()[0]);
-        AppendCell(item["value"], cells.rows.back()[1]);
+        cells.rows.push_back({CellText(item["name"]), CellText(item["value"])});
     }
     if (cells.rows.size() == 1) return false;
     DrawTable(cells, screen, sink);
@@ -262,39 +269,38 @@ void PrintLines(const Decoded& frame, Sink& sink) {
 void PrintRows(const Decoded& frame, Sink& sink) {
     const std::string prefix =
         "{\"file\":" + JsonString(frame.path) + ",\"unit\":" + JsonString(frame.unit);
-    std::string leaves = prefix + ",\"values\":";
-    if (AppendValues(frame.document, leaves)) sink.text += leaves;
+    PrintValues(prefix, ",\"values\":", frame.document, sink);
     for (const JsonValue& item : frame.document.GetArray())
         if (IsTable(item)) PrintTableRows(frame, item, prefix, sink);
 }
 
 std::string CsvHeader(const Decoded& frame, bool withFile, bool isSafe) {
     const Grid rows(OnlyTable(frame));
-    std::string line = withFile ? "file," : "";
+    Buffer line;
+    if (withFile) line += "file,";
     for (std::size_t i = 0; i + 1 < rows.Columns(); ++i)
         AppendCsv(StringOf(rows.Name(i)), isSafe, line);
-    if (!line.empty()) line.pop_back();
-    return line + "\n";
+    return std::string(line.Bytes().substr(0, line.Size() - (line.Size() > 0))) + "\n";
 }
 
 void PrintCsv(const Decoded& frame, bool withFile, bool isSafe, Sink& sink) {
     const Grid rows(OnlyTable(frame));
-    std::string file;
+    Buffer file, cell;
     if (withFile) AppendCsv(frame.path, isSafe, file);
-    rows.CheckRepetition(frame, file.size() + rows.Columns());
-    std::string cell;
+    rows.CheckRepetition(frame, file.Size() + rows.Columns());
     for (std::size_t row = 0; row < rows.Count(); ++row) {
-        sink.text += file;
+        sink.text += file.Bytes();
         for (std::size_t i = 0; i + 1 < rows.Columns(); ++i) {
-            cell.clear();
+            cell.Truncate(0);
             AppendCell(rows.At(row, i), cell);
             if (rows.At(row, i).IsNull()) {
                 sink.text += ',';
             } else {
-                AppendCsv(cell, isSafe, sink.text);
+                AppendCsv(cell.Bytes(), isSafe, sink.text);
             }
         }
-        sink.text.back() = '\n';
+        sink.text.Truncate(sink.text.Size() - 1);  // the last comma
+        sink.text += '\n';
         sink.Check();
     }
 }

@@ -135,10 +135,10 @@ int Show(const Options& options) {
     errors.insert(errors.end(), tree.Errors().begin(), tree.Errors().end());
 
     Output output(options.output, Content::kSafe);
-    Sink sink([&](const std::string& text) { output.Write(text); });
-    sink.text = ("name     " + Printable(reader.Name()) + "\nheader   " +
-                 std::to_string(reader.HeaderLength()) + " bytes\npayload  " +
-                 std::to_string(reader.Payload().size()) + " bytes\n\n");
+    Sink sink([&](std::string_view text) { output.Write(text); });
+    sink.text += ("name     " + Printable(reader.Name()) + "\nheader   " +
+                  std::to_string(reader.HeaderLength()) + " bytes\npayload  " +
+                  std::to_string(reader.Payload().size()) + " bytes\n\n");
     DrawTable(tree.Drawing(), Screen::Of(options), sink);
     sink.Flush();
     Output::Complete(output);

@@ -63,10 +63,12 @@ class Drawing {
 
     /// Reads a cell and returns its width.
     std::size_t Read(std::size_t row, std::size_t column) {
-        cell_.clear();
-        cells_.Append(row, column, cell_);
+        buffer_.Truncate(0);
+        cells_.Append(row, column, buffer_);
+        cell_ = buffer_.Bytes();
         if (IsPlain(cell_)) return cell_.size();
-        cell_ = Printable(cell_);
+        escaped_ = Printable(cell_);
+        cell_ = escaped_;
         return WidthOf(cell_);
     }
 
@@ -97,22 +99,23 @@ class Drawing {
     }
 
     void DrawRow(std::size_t row, const std::vector<std::size_t>& block, std::size_t widest) {
-        std::string& line = sink_.text;
-        const std::size_t begin = line.size();
+        Buffer& line = sink_.text;
+        const std::size_t begin = line.Size();
         for (const std::size_t i : block) {
             std::size_t width = Read(row, i);
             if (width > widest) {
-                cell_ = Cut(cell_, widest);
+                escaped_ = Cut(cell_, widest);
+                cell_ = escaped_;
                 width = WidthOf(cell_);
             }
             const std::size_t column = std::min(widths_[i], widest);
             const std::size_t blanks = column > width ? column - width : 0;
-            if (i != block.front()) line.append(kGap, ' ');
-            if (isNumeric_[i]) line.append(blanks, ' ');
+            if (i != block.front()) line.Fill(kGap);
+            if (isNumeric_[i]) line.Fill(blanks);
             line += cell_;
-            if (!isNumeric_[i]) line.append(blanks, ' ');
+            if (!isNumeric_[i]) line.Fill(blanks);
         }
-        line.erase(std::max(line.find_last_not_of(' ') + 1, begin));
+        line.Truncate(std::max(line.Bytes().find_last_not_of(' ') + 1, begin));
     }
 
     static constexpr std::size_t kUnlimited = std::numeric_limits<std::size_t>::max();
@@ -121,7 +124,9 @@ class Drawing {
     Sink& sink_;
     std::vector<std::size_t> widths_;
     std::vector<bool> isNumeric_;  // such columns are aligned to the right
-    std::string cell_;
+    Buffer buffer_;
+    std::string escaped_;
+    std::string_view cell_;  // in one of the two
 };
 
 }  // namespace

@@ -18,9 +18,9 @@ int Unpack(const Options& options) {
     OpenFrame(reader, path, bytes);
 
     Output output(options.output, Content::kJson);
-    Sink sink([&](const std::string& text) { output.Write(text); });
+    Sink sink([&](std::string_view text) { output.Write(text); });
     detail::PackedBytes packed(bytes.data(), bytes.size());
-    sink.text = "{\"version\":" + ExactText(packed);
+    sink.text += "{\"version\":" + ExactText(packed);
     sink.text += ",\n\"name\":" + ExactText(packed) + ",\n\"schema\":[";
     const std::uint64_t items = packed.TakeLength(packed.Head());
     for (std::uint64_t i = 0; i < items; ++i, sink.Check())
