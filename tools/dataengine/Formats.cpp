@@ -140,6 +140,17 @@ class Grid : public Cells {
         }
     }
 
+    std::optional<std::size_t> IntegerWidth(std::size_t row, std::size_t column) const override {
+        if (row == 0 || column == 0) return {};
+        const JsonValue& value = At(row - 1, column - 1);
+        if (value.IsNull()) return 0;
+        if (!value.IsUint64()) return {};
+        const std::uint64_t number = value.GetUint64();
+        std::size_t width = 1;
+        for (std::uint64_t limit = 10; width < 19 && number >= limit; limit *= 10) ++width;
+        return number >= 10'000'000'000'000'000'000u ? 20 : width;
+    }
+
   private:
     struct Column {
         const JsonValue* values;

@@ -32,9 +32,10 @@ class Drawing {
           isNumeric_(cells.Columns(), true) {
         for (std::size_t row = 0; row < cells_.Rows(); ++row) {
             for (std::size_t i = 0; i < widths_.size(); ++i) {
-                const std::size_t width = Read(row, i);
+                const auto integer = cells_.IntegerWidth(row, i);
+                const std::size_t width = integer ? *integer : Read(row, i);
                 widths_[i] = std::max(widths_[i], std::min(width, Widest()));
-                isNumeric_[i] = isNumeric_[i] && (row == 0 || IsNumber(cell_));
+                isNumeric_[i] = isNumeric_[i] && (row == 0 || integer || IsNumber(cell_));
             }
         }
     }
@@ -123,7 +124,7 @@ class Drawing {
     const Screen& screen_;
     Sink& sink_;
     std::vector<std::size_t> widths_;
-    std::vector<bool> isNumeric_;  // such columns are aligned to the right
+    std::vector<char> isNumeric_;  // such columns are aligned to the right
     Buffer buffer_;
     std::string escaped_;
     std::string_view cell_;  // in one of the two

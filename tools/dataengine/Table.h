@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -67,6 +68,9 @@ class Cells {
     virtual std::size_t Rows() const = 0;
     virtual std::size_t Columns() const = 0;
     virtual void Append(std::size_t row, std::size_t column, Buffer& text) const = 0;
+
+    /// Returns the width of a cell without its text, if it is an integer and not in the header.
+    virtual std::optional<std::size_t> IntegerWidth(std::size_t, std::size_t) const { return {}; }
 };
 
 /// Cells that are kept as strings.

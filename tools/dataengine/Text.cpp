@@ -47,7 +47,9 @@ Glyph FirstGlyph(std::string_view text) {
 }
 
 bool IsPlain(std::string_view text) {
-    return std::all_of(text.begin(), text.end(), [](char c) { return c >= ' ' && c <= '~'; });
+    for (const char c : text)
+        if (c < ' ' || c > '~') return false;
+    return true;
 }
 
 bool IsUtf8(std::string_view text) {
