@@ -28,7 +28,7 @@ class PayloadLayout {
 
   private:
     struct Entry {
-        std::string path;  // of the first item with this index
+        std::string name;  // of the first item with this index
         bool isTable;
         std::map<int, std::string> children;  // the same of a table, by index
     };

@@ -104,3 +104,11 @@ dataengine pack ragged.json -o ragged
     printf '\000\021ts\000\001\000\000\000\002\000\000\000\022l\000\000\000\000\000\000\001\000\000\377m\000\177M\000'
     printf '\013r\000a\000i\000\003e\000\005\000\000\000\000\004z\000\005\000\000\040\000\000'
 ) > types.bson
+# A table with a long name and 4000 columns, and 1000 tables whose columns have an index of 100000.
+(printf '\001\241u\221\204\244name\333\000\001\206\240'; head -c 100000 /dev/zero|tr '\000' T; printf '\244type\013\245index\000\246column\334\017\240'
+ LC_ALL=C awk 'BEGIN { for (i = 0; i < 4000; i++) printf "\203\244name\241c\244type\001\245index\315%c%c", i / 256, i % 256 }'
+ head -c 4000 /dev/zero) > long-name
+(printf '\001\241u\334\003\350'
+ LC_ALL=C awk 'BEGIN { for (i = 0; i < 1000; i++)
+     printf "\204\244name\241t\244type\013\245index\315%c%c\246column\221\203\244name\241c\244type\001\245index\316%c%c%c%c", i / 256, i % 256, 0, 1, 134, 160 }'
+ head -c 150000 /dev/zero) > far-index

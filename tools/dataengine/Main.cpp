@@ -13,7 +13,8 @@
 namespace dataengine::tool {
 
 void PrintError(const std::string& error) {
-    std::fprintf(stderr, "dataengine: %s\n", Printable(error).c_str());
+    constexpr std::size_t kLongest = 1000;  // in columns; names may be long
+    std::fprintf(stderr, "dataengine: %s\n", Cut(Printable(error), kLongest).c_str());
 }
 
 namespace {
