@@ -81,7 +81,7 @@ struct PackedFrameReader::State {
     vxJson::Value selection = detail::NullValue();
     std::optional<std::uint64_t> limit;
     Header header;
-    const Header none;
+    Header none;  // what callers see while no frame is open
     bool isOpen = false;
     std::string_view frame;
 
