@@ -4,6 +4,7 @@
 #include <cstring>
 #include <functional>
 #include <memory>
+#include <msgpack.hpp>
 #include <new>
 #include <sstream>
 #include <streambuf>
@@ -14,8 +15,10 @@
 #include "descriptors/CDEDeviceMetadata.h"
 #include "query/CDEQueryResultStructureData.h"
 #include "structure/CDEStructureDataHelper.h"
+#include "structure/PackedFrameReader.h"
 #include "structure/PackedFrameWriter.h"
 #include "tests/memory/FailingMalloc.h"
+#include "tests/structure/SampleUnit.h"
 #include "tests/support/Texts.h"
 
 namespace {
@@ -294,6 +297,36 @@ TEST(Memory, DecoderKeepsTheItemsBeforeTheFailure) {
             EXPECT_EQ(Text(document[i]), Text(expected[i]));
         }
         Decode(document);
+        EXPECT_EQ(Text(document), Text(expected));
+    });
+}
+
+// A failed Open or Decode must not leave a header, a plan or offsets that are only in part right.
+TEST(Memory, ReaderDecodesAfterTheFailure) {
+    const std::string frame = SampleUnit::Written().Frame();
+    const std::string broken = SampleUnit::Header() + "\xa9";
+    const auto read = [&](dataengine::PackedFrameReader& reader, rapidjson::Document& document) {
+        EXPECT_TRUE(reader.Open(frame));
+        EXPECT_TRUE(reader.Decode(document));
+    };
+    dataengine::PackedFrameReader reference;
+    SmallDocument expected;
+    read(reference, expected);
+    FailEachAllocation([&](const Attempt& attempt) {
+        dataengine::PackedFrameReader reader;
+        attempt([&] {
+            SmallDocument document;
+            read(reader, document);
+            EXPECT_TRUE(reader.Open(broken));
+            try {
+                reader.FindOffsets();
+                ADD_FAILURE() << "the broken frame has offsets";
+            } catch (const msgpack::insufficient_bytes&) {
+                // std::bad_alloc is for the attempt.
+            }
+        });
+        SmallDocument document;
+        read(reader, document);
         EXPECT_EQ(Text(document), Text(expected));
     });
 }
