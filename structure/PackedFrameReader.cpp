@@ -95,6 +95,23 @@ struct PackedFrameReader::State {
         return *header.layout;
     }
 
+    std::uint64_t Limit() const { return limit.value_or(4 * std::uint64_t{Payload().size()}); }
+
+    /// Returns the result of `run`, which calls the builder. Describes its errors.
+    template <typename Run>
+    bool Build(const detail::DocumentBuilder& builder, const Run& run) const {
+        try {
+            return run();
+        } catch (const msgpack::insufficient_bytes&) {
+            if (builder.LimitReached())
+                throw Error(builder.Path() + ": the limit of " + std::to_string(Limit()) +
+                            " packed bytes is reached");
+            throw msgpack::insufficient_bytes(DescribeFault(builder));
+        } catch (const msgpack::parse_error&) {
+            throw msgpack::parse_error(DescribeFault(builder));
+        }
+    }
+
     /// Describes why the value that a builder decoded last cannot be read.
     std::string DescribeFault(const detail::DocumentBuilder& builder) const {
         const std::int64_t at = std::int64_t{builder.Offset()} + static_cast<int>(header.length);
@@ -147,18 +164,22 @@ bool PackedFrameReader::Decode(const vxJson::Value& offsets, rapidjson::Document
     state_->RequireFrame();
     if (!offsets.isArray()) return false;
     const std::string_view payload = state_->Payload();
-    const std::uint64_t limit = state_->limit.value_or(4 * std::uint64_t{payload.size()});
-    detail::DocumentBuilder builder(payload.data(), payload.size(), offsets, document, limit);
-    try {
-        return state_->header.plan.Run(builder);
-    } catch (const msgpack::insufficient_bytes&) {
-        if (builder.LimitReached())
-            throw Error(builder.Path() + ": the limit of " + std::to_string(limit) +
-                        " packed bytes is reached");
-        throw msgpack::insufficient_bytes(state_->DescribeFault(builder));
-    } catch (const msgpack::parse_error&) {
-        throw msgpack::parse_error(state_->DescribeFault(builder));
-    }
+    detail::DocumentBuilder builder(payload.data(), payload.size(), offsets, document,
+                                    state_->Limit());
+    return state_->Build(builder, [&] { return state_->header.plan.Run(builder); });
+}
+
+bool PackedFrameReader::DecodeTable(const std::string& name, const vxJson::Value& offsets,
+                                    PackedTable& table) {
+    state_->RequireFrame();
+    if (!offsets.isArray()) return false;
+    const std::string_view payload = state_->Payload();
+    detail::TableBuilder builder(payload.data(), payload.size(), offsets, table, state_->Limit());
+    return state_->Build(builder, [&] { return state_->header.plan.RunTable(name, builder); });
+}
+
+bool PackedFrameReader::DecodeTable(const std::string& name, PackedTable& table) {
+    return DecodeTable(name, FindOffsets(), table);
 }
 
 bool PackedFrameReader::Decode(rapidjson::Document& document) {

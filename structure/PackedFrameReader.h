@@ -10,6 +10,7 @@
 
 #include "contracts/DataEngineExport.h"
 #include "contracts/RapidJsonLayout.h"
+#include "structure/PackedTable.h"
 
 namespace dataengine {
 
@@ -50,7 +51,7 @@ class DATAENGINE_EXPORT PackedFrameReader {
     /// @}
 
     /// Reads the header of a frame, or recognizes the last one. The bytes of `frame` must stay
-    /// until the last call of Decode or FindOffsets for it.
+    /// until the last call of Decode, DecodeTable or FindOffsets for it.
     ///
     /// Returns false if the version is an integer other than 1. After that, and after an exception,
     /// no frame is open.
@@ -88,6 +89,26 @@ class DATAENGINE_EXPORT PackedFrameReader {
     /// Does the same for a frame whose values are consecutive, as dataengine::PackedFrameWriter
     /// writes them. Throws what FindOffsets throws. Complexity: linear in the frame.
     bool Decode(rapidjson::Document& document);
+
+    /// Decodes one table into arrays instead of a document: its selected columns, each in one
+    /// vector, and its attributes. `name` is the one in the schema; of several, the first counts.
+    /// The values are those of the document, without the cost of building it.
+    ///
+    ///     dataengine::PackedTable table;
+    ///     if (reader.DecodeTable("ifTable", table))
+    ///         Plot(std::get<std::vector<std::int64_t>>(table.columns[0].values));
+    ///
+    /// The strings of the columns refer to the bytes of the frame, and to `table`. Columns that are
+    /// tables themselves have no values and are left out. Without offsets, the values are taken to
+    /// be consecutive.
+    ///
+    /// Returns false, with `table` unchanged, if no table of this name is selected, or if `offsets`
+    /// is not an array. Throws as Decode does, but not for values of other items; `table` then
+    /// holds the columns before the one that failed. Complexity: linear in the values of the table,
+    /// and without offsets in the frame. @{
+    bool DecodeTable(const std::string& name, const vxJson::Value& offsets, PackedTable& table);
+    bool DecodeTable(const std::string& name, PackedTable& table);
+    /// @}
 
     /// Returns the offsets of the values of a frame whose values are consecutive: in the order of
     /// the indexes of the items, and within a table in the order of the indexes of its columns and

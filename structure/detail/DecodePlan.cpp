@@ -1,5 +1,7 @@
 #include "structure/detail/DecodePlan.h"
 
+#include <algorithm>
+#include <iterator>
 #include <msgpack.hpp>
 #include <new>
 #include <utility>
@@ -69,18 +71,39 @@ DecodePlan::DecodePlan(const vxJson::Value& schema, const vxJson::Value& selecti
 
 bool DecodePlan::Run(DocumentBuilder& builder) const {
     if (!fits_) return false;
+    ReportAll(steps_.begin(), steps_.end(), builder);
+    if (failure_) std::rethrow_exception(failure_);
+    return true;
+}
+
+bool DecodePlan::RunTable(std::string_view name, TableBuilder& builder) const {
+    const auto isEnd = [](const Step& step) { return step.kind == Kind::kEndTable; };
+    const auto begin = std::find_if(steps_.begin(), steps_.end(), [name](const Step& step) {
+        return step.kind == Kind::kBeginTable && step.text == name;
+    });
+    const auto end = std::find_if(begin, steps_.end(), isEnd);
+    if (end == steps_.end()) {  // the table is missing, or it could not be planned to its end
+        if (failure_) std::rethrow_exception(failure_);
+        return false;
+    }
+    builder.Items(1);
+    ReportAll(begin, std::next(end), builder);
+    return true;
+}
+
+template <typename Builder>
+void DecodePlan::ReportAll(Position first, Position end, Builder& builder) {
     try {
-        for (const Step& step : steps_) Report(step, builder);
+        for (; first != end; ++first) Report(*first, builder);
     } catch (const msgpack::unpack_error&) {
         throw;
     } catch (const Error& error) {
         throw Error(builder.Path() + ": " + error.what());
     }
-    if (failure_) std::rethrow_exception(failure_);
-    return true;
 }
 
-void DecodePlan::Report(const Step& step, DocumentBuilder& builder) {
+template <typename Builder>
+void DecodePlan::Report(const Step& step, Builder& builder) {
     switch (step.kind) {
         case Kind::kItems:
             return builder.Items(step.number);

@@ -5,10 +5,12 @@
 #include <cstddef>
 #include <exception>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "structure/detail/DocumentBuilder.h"
 #include "structure/detail/SelectionWalk.h"
+#include "structure/detail/TableBuilder.h"
 
 namespace dataengine::detail {
 
@@ -26,6 +28,10 @@ class DecodePlan {
     /// selection does not fit the schema. Throws what the walk would have thrown, after the items
     /// before it.
     bool Run(DocumentBuilder& builder) const;
+
+    /// Builds the first table of this name. Returns false without a call of the builder if the
+    /// selection has none. Throws as Run does, but not for other items.
+    bool RunTable(std::string_view name, TableBuilder& builder) const;
 
   private:
     class Recorder;
@@ -51,7 +57,12 @@ class DecodePlan {
         ItemCells cells = ItemCells({});
     };
 
-    static void Report(const Step& step, DocumentBuilder& builder);
+    using Position = std::vector<Step>::const_iterator;
+
+    template <typename Builder>
+    static void Report(const Step& step, Builder& builder);
+    template <typename Builder>
+    static void ReportAll(Position first, Position end, Builder& builder);
 
     bool fits_ = false;
     std::vector<Step> steps_;

@@ -104,17 +104,16 @@ void DocumentBuilder::AddLeaf(const ItemHead& head, const ItemCells& item,
     Value* const cells = RawValues::MakeObject(RawValues::NextElement(list), 3, pool_);
     item.CopyTo(cells, head.name, pool_);
     AddKey(cells, kValue, "value");
-    Decode(offsets[head.index].asInt(), cells[kValue]);
+    ReadAt(offsets[head.index].asInt(),
+           [&](PackedBytes& bytes, JsonPool& pool) { DecodeValue(bytes, cells[kValue], pool); });
     RawValues::AddElement(list);
 }
 
-void DocumentBuilder::Decode(int offset, Value& value) {
+/// Returns the bytes at `offset` that may be read.
+PackedBytes DocumentBuilder::Begin(int offset) {
     offset_ = offset;
     if (!Contains(offset)) throw msgpack::insufficient_bytes("insufficient bytes");
-    const std::size_t size = std::min<std::uint64_t>(BytesAt(offset), left_);
-    PackedBytes bytes(bytes_ + offset, size);
-    DecodeValue(bytes, value, pool_);
-    left_ -= size - bytes.Remaining();
+    return PackedBytes(bytes_ + offset, std::min<std::uint64_t>(BytesAt(offset), left_));
 }
 
 }  // namespace dataengine::detail

@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "documents/RawValues.h"
+#include "structure/detail/PackedBytes.h"
 #include "structure/detail/SelectionWalk.h"
 
 namespace dataengine::detail {
@@ -86,12 +87,28 @@ class DocumentBuilder {
     /// Returns whether the limit has ended the decoding of that value.
     bool LimitReached() const { return left_ < BytesAt(offset_); }
 
+  protected:
+    /// Calls `read` with the packed value of a child of the table being built, and the pool.
+    template <typename Read>
+    void ReadChild(const ItemHead& head, const Read& read) {
+        item_ = &head;
+        ReadAt((*tableOffsets_)[head.index].asInt(), read);
+    }
+
   private:
     void Reserve(rapidjson::Value& array, std::size_t most);
     void BeginChildren(int member, std::size_t most);
     void AddLeaf(const ItemHead& head, const ItemCells& item, const vxJson::Value& offsets,
                  rapidjson::Value& list);
-    void Decode(int offset, rapidjson::Value& value);
+    /// Calls `read` with the bytes at `offset` and the pool, and counts the bytes that it takes.
+    template <typename Read>
+    void ReadAt(int offset, const Read& read) {
+        PackedBytes bytes = Begin(offset);
+        const std::size_t size = bytes.Remaining();
+        read(bytes, pool_);
+        left_ -= size - bytes.Remaining();
+    }
+    PackedBytes Begin(int offset);
     bool Contains(int offset) const {
         return offset >= 0 && static_cast<std::size_t>(offset) <= size_;
     }
