@@ -1,0 +1,37 @@
+# Decides whether the Python package is built, as dataengine_optional does for other parts. It needs
+# pybind11, NumPy and the BSON library. The pybind11 and NumPy of a system belong to its own
+# interpreter, even if another python3 comes first in PATH.
+set(DATAENGINE_PYTHON ${dataengine_tools} CACHE STRING
+    "the Python package (needs pybind11-dev, python3-dev, python3-numpy and the BSON library): ON, OFF or AUTO")
+set_property(CACHE DATAENGINE_PYTHON PROPERTY STRINGS ON OFF AUTO)
+set(reason)
+if(NOT DATAENGINE_PYTHON)
+    set(reason "DATAENGINE_PYTHON is ${DATAENGINE_PYTHON}")
+elseif(NOT DATAENGINE_BSON)
+    set(reason "it needs the BSON library")
+elseif(DATAENGINE_SANITIZE)
+    set(reason "an interpreter without sanitizers cannot load it")
+else()
+    if(NOT Python3_EXECUTABLE AND EXISTS /usr/bin/python3)
+        set(Python3_EXECUTABLE /usr/bin/python3)
+    endif()
+    find_path(PYBIND11_INCLUDE_DIR pybind11/pybind11.h)
+    find_package(Python3 QUIET COMPONENTS Interpreter Development.Module OPTIONAL_COMPONENTS NumPy)
+    if(NOT PYBIND11_INCLUDE_DIR)
+        set(reason "pybind11 was not found, install pybind11-dev")
+    elseif(NOT Python3_FOUND)
+        set(reason "the headers of Python were not found, install python3-dev")
+    elseif(NOT Python3_NumPy_FOUND AND NOT DATAENGINE_PYTHON STREQUAL "ON")
+        set(reason "NumPy was not found, install python3-numpy")  # needed to run, not to build
+    endif()
+endif()
+if(reason)
+    if(DATAENGINE_PYTHON STREQUAL "ON")
+        message(FATAL_ERROR "the Python package cannot be built: ${reason}; or set DATAENGINE_PYTHON=OFF.")
+    endif()
+    message(STATUS "Left out: the Python package: ${reason}")
+    set(DATAENGINE_PYTHON OFF)
+else()
+    set(DATAENGINE_PYTHON_DIR lib/python${Python3_VERSION_MAJOR}.${Python3_VERSION_MINOR}/dist-packages
+        CACHE STRING "Where the Python package is installed, below the prefix")
+endif()

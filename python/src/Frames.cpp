@@ -1,0 +1,241 @@
+#include "python/src/Frames.h"
+
+#include <atomic>
+#include <msgpack.hpp>
+#include <utility>
+
+#include "python/src/Columns.h"
+#include "python/src/Values.h"
+#include "structure/CDEStructureDataHelper.h"
+#include "structure/PackedFrame.h"
+
+namespace dataengine::python {
+namespace {
+
+std::uint64_t NextId() {
+    static std::atomic<std::uint64_t> last{0};
+    return ++last;
+}
+
+std::string TextOf(const rapidjson::Value& value) {
+    return std::string(value.GetString(), value.GetStringLength());
+}
+
+bool IsTable(const rapidjson::Value& item) {
+    return item["type"].GetInt() == kTableType;
+}
+
+rapidjson::Value CopyOf(const rapidjson::Value& text, rapidjson::Document& document) {
+    return rapidjson::Value(text.GetString(), text.GetStringLength(), document.GetAllocator());
+}
+
+/// Returns a document of the same items and columns without their values.
+rapidjson::Document NamesOnly(const rapidjson::Document& document) {
+    rapidjson::Document names(rapidjson::kArrayType);
+    auto& pool = names.GetAllocator();
+    const auto named = [&](const rapidjson::Value& item) {
+        rapidjson::Value result(rapidjson::kObjectType);
+        result.AddMember("type", item["type"].GetInt(), pool);
+        result.AddMember("name", CopyOf(item["name"], names), pool);
+        return result;
+    };
+    for (const rapidjson::Value& item : document.GetArray()) {
+        rapidjson::Value copy = named(item);
+        if (IsTable(item)) {
+            rapidjson::Value columns(rapidjson::kArrayType);
+            for (const rapidjson::Value& column : item["column"].GetArray())
+                columns.PushBack(named(column), pool);
+            copy.AddMember("column", columns, pool);
+        }
+        names.PushBack(copy, pool);
+    }
+    return names;
+}
+
+/// Adds an entry unless the dict has the name already: the first of equal names is kept.
+void AddFirst(py::dict& dict, const py::object& name, const rapidjson::Value& item) {
+    const auto value = item.FindMember("value");
+    if (value == item.MemberEnd()) return;  // a table within a table
+    const int has = PyDict_Contains(dict.ptr(), name.ptr());
+    if (has < 0) throw py::error_already_set();
+    if (has == 0) dict[name] = ToPython(value->value);
+}
+
+py::dict TableToDict(const rapidjson::Value& table, const WantedNames* names) {
+    py::dict dict;
+    const rapidjson::Value& columns = table["column"];
+    for (rapidjson::SizeType i = 0; i < columns.Size(); ++i) {
+        const rapidjson::Value& column = columns[i];
+        AddFirst(dict, ToText(names == nullptr ? TextOf(column["name"]) : names->columns[i]),
+                 column);
+    }
+    for (const rapidjson::Value& attribute : table["attributes"].GetArray())
+        AddFirst(dict, ToText(TextOf(attribute["name"])), attribute);
+    return dict;
+}
+
+}  // namespace
+
+Reader::Reader(const py::object& selection, const py::dict& mapping, const py::object& parser)
+    : reader_(selection.is_none() ? PackedFrameReader()
+                                  : PackedFrameReader(FromPython(selection))) {
+    if (!parser.is_none()) parser_ = FromText(parser.ptr());
+    for (const auto& [wanted, variable] : mapping) {
+        Mapped mapped{FromText(wanted.ptr()), std::nullopt, ""};
+        if (PyTuple_Check(variable.ptr()) && PyTuple_GET_SIZE(variable.ptr()) == 2) {
+            mapped.parser = FromText(PyTuple_GET_ITEM(variable.ptr(), 0));
+            mapped.variable = FromText(PyTuple_GET_ITEM(variable.ptr(), 1));
+        } else {
+            mapped.variable = FromText(variable.ptr());
+        }
+        mapping_.push_back(std::move(mapped));
+    }
+}
+
+void Reader::Open(std::string_view frame, std::uint64_t id) {
+    openedId_ = 0;
+    if (!reader_.Open(frame)) throw FrameFailure("version: byte 0: is not 1");
+    opened_ = frame;
+    openedId_ = id;
+}
+
+template <typename Step>
+void Reader::Run(std::string_view frame, std::uint64_t id, const Step& step) {
+    const py::gil_scoped_release release;
+    const std::lock_guard<std::mutex> guard(lock_);
+    try {
+        if (openedId_ != id) Open(frame, id);
+        step(reader_);
+    } catch (const msgpack::unpack_error& error) {
+        throw FrameFailure(error.what());
+    } catch (const msgpack::type_error& error) {
+        throw FrameFailure(error.what());
+    } catch (const vxJson::Error& error) {
+        throw FrameFailure(error.what());
+    }
+}
+
+const std::vector<WantedNames>& Reader::NamesFor(const rapidjson::Document& document) {
+    const auto header = opened_.substr(0, static_cast<std::size_t>(reader_.HeaderLength()));
+    if (header == namesHeader_) return names_;
+    const std::string& parser = parser_ ? *parser_ : reader_.Name();
+    std::map<DDKey, DDKey> mapping;
+    for (const Mapped& mapped : mapping_) {
+        const std::string& own = mapped.parser ? *mapped.parser : parser;
+        mapping[DDKey(own, mapped.wanted)] = DDKey(own, mapped.variable);
+    }
+    rapidjson::Document names = NamesOnly(document);
+    std::vector<std::string> unused;
+    CDEStructureDataHelper::PostDataProcessing(mapping, parser, names, unused);
+    namesHeader_.clear();
+    names_.clear();
+    for (const rapidjson::Value& item : names.GetArray()) {
+        WantedNames& wanted = names_.emplace_back();
+        wanted.item = TextOf(item["name"]);
+        if (!IsTable(item)) continue;
+        for (const rapidjson::Value& column : item["column"].GetArray())
+            wanted.columns.push_back(TextOf(column["name"]));
+    }
+    namesHeader_ = header;
+    return names_;
+}
+
+Frame::Frame(std::shared_ptr<Reader> reader, const py::object& data)
+    : reader_(std::move(reader)), buffer_(data), id_(NextId()) {
+    Run([this](PackedFrameReader& open) {
+        name_ = open.Name();
+        headerLength_ = open.HeaderLength();
+    });
+}
+
+template <typename Step>
+void Frame::Run(const Step& step) const {
+    reader_->Run(buffer_.Bytes(), id_, step);
+}
+
+py::object Frame::Schema() const {
+    vxJson::Value schema;
+    Run([&](PackedFrameReader& reader) { schema = reader.Schema(); });
+    return ToPython(schema);
+}
+
+py::object Frame::Offsets() const {
+    vxJson::Value offsets;
+    Run([&](PackedFrameReader& reader) { offsets = reader.FindOffsets(); });
+    return ToPython(offsets);
+}
+
+void Frame::DecodeInto(rapidjson::Document& document, const py::object& offsets,
+                       std::vector<WantedNames>* names) const {
+    const bool find = offsets.is_none();
+    const vxJson::Value given = FromPython(offsets);
+    if (!find && !given.isArray()) throw py::type_error("offsets must be a list");
+    document.SetArray();
+    Run([&](PackedFrameReader& reader) {
+        // False also means that no item of the schema has a name: an empty document.
+        const bool decoded = find ? reader.Decode(document) : reader.Decode(given, document);
+        if (!decoded && !reader.Schema().isArray())
+            throw FrameFailure("the schema is not an array of items");
+        if (names != nullptr) *names = reader_->NamesFor(document);
+    });
+}
+
+py::dict Frame::Decode(const py::object& offsets) const {
+    rapidjson::Document document;
+    std::vector<WantedNames> names;
+    const bool rename = reader_->HasMapping();
+    DecodeInto(document, offsets, rename ? &names : nullptr);
+    py::dict dict;
+    for (rapidjson::SizeType i = 0; i < document.Size(); ++i) {
+        const rapidjson::Value& item = document[i];
+        const py::object name = ToText(rename ? names[i].item : TextOf(item["name"]));
+        if (!IsTable(item)) {
+            AddFirst(dict, name, item);
+        } else if (!dict.contains(name)) {
+            dict[name] = TableToDict(item, rename ? &names[i] : nullptr);
+        }
+    }
+    return dict;
+}
+
+py::object Frame::Document(const py::object& offsets) const {
+    rapidjson::Document document;
+    DecodeInto(document, offsets, nullptr);
+    return ToPython(static_cast<const rapidjson::Value&>(document));
+}
+
+py::object Frame::Table(const std::string& name, const py::object& offsets) const {
+    const bool find = offsets.is_none();
+    const vxJson::Value given = FromPython(offsets);
+    if (!find && !given.isArray()) throw py::type_error("offsets must be a list");
+    PackedTable table;
+    bool found = false;
+    const auto decode = [&](PackedFrameReader& reader, const std::string& own) {
+        return find ? reader.DecodeTable(own, table) : reader.DecodeTable(own, given, table);
+    };
+    Run([&](PackedFrameReader& reader) { found = decode(reader, name); });
+    if (!found && reader_->HasMapping()) {
+        rapidjson::Document document;
+        std::vector<WantedNames> names;
+        DecodeInto(document, offsets, &names);
+        for (rapidjson::SizeType i = 0; i < document.Size() && !found; ++i) {
+            if (!IsTable(document[i]) || names[i].item != name) continue;
+            const std::string own = TextOf(document[i]["name"]);
+            Run([&](PackedFrameReader& reader) { found = decode(reader, own); });
+            for (std::size_t column = 0; column < names[i].columns.size(); ++column)
+                table.columns[column].name = names[i].columns[column];
+        }
+    }
+    if (!found) return py::none();
+    py::dict attributes;
+    for (const rapidjson::Value& attribute : table.document.GetArray())
+        AddFirst(attributes, ToText(TextOf(attribute["name"])), attribute);
+    return py::make_tuple(ToArrays(table), attributes);
+}
+
+void Frame::Check(const py::object& offsets) const {
+    rapidjson::Document document;
+    DecodeInto(document, offsets, nullptr);
+}
+
+}  // namespace dataengine::python
