@@ -19,7 +19,7 @@ py::array Adopt(std::vector<Element>& values, const py::dtype& type) {
     const Element* const data = owner->data();
     const py::capsule base(owner.get(),
                            [](void* vector) { delete static_cast<std::vector<Element>*>(vector); });
-    owner.release();
+    static_cast<void>(owner.release());  // the capsule owns it
     return py::array(type, std::vector<py::ssize_t>{size}, data, base);
 }
 
