@@ -300,6 +300,22 @@ TEST(Memory, DecoderKeepsTheItemsBeforeTheFailure) {
     });
 }
 
+// The float sends the whole schema through text.
+TEST(Memory, HeaderReplacesTheSchemaAsAWholeOrNotAtAll) {
+    const std::string blob = Hex("01 d9") + '\x20' + std::string(32, 'n') +
+                             Hex("92 ca3f000000 d9") + '\x20' + std::string(32, 's');
+    FailEachAllocation([&](const Attempt& attempt) {
+        std::string name = "untouched";
+        Value schema = "untouched";
+        int offset = 4711;
+        const bool done =
+            attempt([&] { CDEStructureDataHelper::GetBinaryDataInfo(blob, name, schema, offset); });
+        EXPECT_EQ(schema.isArray(), done);
+        EXPECT_EQ(schema == Value("untouched"), !done);
+        EXPECT_EQ(offset, done ? static_cast<int>(blob.size()) : 4711);
+    });
+}
+
 // A failed Open or Decode must not leave a header, a plan or offsets that are only in part right.
 TEST(Memory, ReaderDecodesAfterTheFailure) {
     const std::string frame = SampleUnit::Written().Frame();

@@ -27,7 +27,9 @@ class ParsedMembers {
     /// Adds a null value.
     void Push(std::string_view key) {
         if (size_ == segments_.size() * kSegmentMembers) {
-            segments_.emplace_back(new ParsedMember[kSegmentMembers]);
+            // A segment without an owner would leak if the vector could not grow.
+            std::unique_ptr<ParsedMember[]> segment(new ParsedMember[kSegmentMembers]);
+            segments_.push_back(std::move(segment));
         }
         top_ = &(*this)[size_++];
         top_->key = key;
