@@ -1,5 +1,6 @@
 #pragma once
 
+#include <VxUtil/vxJson.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -7,6 +8,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -33,6 +35,14 @@ inline std::vector<std::string> SplitAtZeros(const std::string& input, std::size
     }
     parts.push_back(input.substr(begin));
     return parts;
+}
+
+/// Returns the value of a JSON text, or null if it is not JSON.
+inline vxJson::Value JsonOrNull(const std::string& text) {
+    std::istringstream stream(text);
+    vxJson::Value value;
+    vxJson::Reader().parse(stream, value, true);
+    return value;
 }
 
 /// Returns whether `text` is shallow enough for rapidjson's recursive operations.

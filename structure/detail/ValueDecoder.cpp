@@ -1,6 +1,5 @@
 #include "structure/detail/ValueDecoder.h"
 
-#include <charconv>
 #include <cstring>
 #include <utility>
 
@@ -14,11 +13,9 @@ namespace {
 
 /// Rounds by printing and parsing; returns false for NaN and the infinities.
 bool RoundByText(double value, rapidjson::Value& slot, JsonPool& pool) {
-    char text[320];  // the greatest double has 309 integer digits
-    const auto end =
-        std::to_chars(text, text + sizeof text - 1, value, std::chars_format::fixed, 2);
-    *end.ptr = '\0';
-    return ParseJson(text, slot, pool);
+    PackedPrinter printer(FloatStyle::kTwoDecimals);
+    printer.Float(value);
+    return ParseJson(printer.Text().data(), slot, pool);
 }
 
 /// Returns whether a JSON string of these bytes denotes them unchanged: they contain no quotation
