@@ -75,7 +75,9 @@ def vector_elements(vector):
 
 def members_of(item):
     """The members of a vxJson::detail::Object in order."""
-    for chunk in [item["first_"], *vector_elements(item["more_"])]:
+    vector = item["more_"].type.template_argument(0).pointer()
+    more = item["more_"].address.cast(vector.pointer()).dereference()  # of a std::unique_ptr
+    for chunk in [item["first_"], *(vector_elements(more.dereference()) if more else ())]:
         for index in range(int(chunk["count"])):
             yield chunk["entries"][index]["member"].dereference()
 
