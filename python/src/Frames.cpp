@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <msgpack.hpp>
+#include <unordered_map>
 #include <utility>
 
 #include "python/src/Columns.h"
@@ -21,8 +22,13 @@ std::string TextOf(const rapidjson::Value& value) {
     return std::string(value.GetString(), value.GetStringLength());
 }
 
+/// Returns a member that each item of a decoded document has.
+const rapidjson::Value& Member(const rapidjson::Value& item, const char* key) {
+    return item.FindMember(key)->value;
+}
+
 bool IsTable(const rapidjson::Value& item) {
-    return item["type"].GetInt() == kTableType;
+    return Member(item, "type").GetInt() == kTableType;
 }
 
 rapidjson::Value CopyOf(const rapidjson::Value& text, rapidjson::Document& document) {
@@ -35,15 +41,15 @@ rapidjson::Document NamesOnly(const rapidjson::Document& document) {
     auto& pool = names.GetAllocator();
     const auto named = [&](const rapidjson::Value& item) {
         rapidjson::Value result(rapidjson::kObjectType);
-        result.AddMember("type", item["type"].GetInt(), pool);
-        result.AddMember("name", CopyOf(item["name"], names), pool);
+        result.AddMember("type", Member(item, "type").GetInt(), pool);
+        result.AddMember("name", CopyOf(Member(item, "name"), names), pool);
         return result;
     };
     for (const rapidjson::Value& item : document.GetArray()) {
         rapidjson::Value copy = named(item);
         if (IsTable(item)) {
             rapidjson::Value columns(rapidjson::kArrayType);
-            for (const rapidjson::Value& column : item["column"].GetArray())
+            for (const rapidjson::Value& column : Member(item, "column").GetArray())
                 columns.PushBack(named(column), pool);
             copy.AddMember("column", columns, pool);
         }
@@ -63,15 +69,28 @@ void AddFirst(py::dict& dict, const py::object& name, const rapidjson::Value& it
 
 py::dict TableToDict(const rapidjson::Value& table, const WantedNames* names) {
     py::dict dict;
-    const rapidjson::Value& columns = table["column"];
+    const rapidjson::Value& columns = Member(table, "column");
     for (rapidjson::SizeType i = 0; i < columns.Size(); ++i) {
         const rapidjson::Value& column = columns[i];
-        AddFirst(dict, ToText(names == nullptr ? TextOf(column["name"]) : names->columns[i]),
+        AddFirst(dict,
+                 ToText(names == nullptr ? TextOf(Member(column, "name")) : names->columns[i]),
                  column);
     }
-    for (const rapidjson::Value& attribute : table["attributes"].GetArray())
-        AddFirst(dict, ToText(TextOf(attribute["name"])), attribute);
+    for (const rapidjson::Value& attribute : Member(table, "attributes").GetArray())
+        AddFirst(dict, ToText(TextOf(Member(attribute, "name"))), attribute);
     return dict;
+}
+
+/// Gives the columns of a table the wanted names of the same columns of a document.
+void Rename(PackedTable& table, const rapidjson::Value& columns,
+            const std::vector<std::string>& wanted) {
+    std::unordered_map<std::string, std::string> names;
+    for (rapidjson::SizeType i = 0; i < columns.Size(); ++i)
+        names.emplace(TextOf(Member(columns[i], "name")), wanted[i]);
+    for (PackedColumn& column : table.columns) {
+        const auto name = names.find(column.name);
+        if (name != names.end()) column.name = name->second;
+    }
 }
 
 }  // namespace
@@ -131,10 +150,10 @@ const std::vector<WantedNames>& Reader::NamesFor(const rapidjson::Document& docu
     names_.clear();
     for (const rapidjson::Value& item : names.GetArray()) {
         WantedNames& wanted = names_.emplace_back();
-        wanted.item = TextOf(item["name"]);
+        wanted.item = TextOf(Member(item, "name"));
         if (!IsTable(item)) continue;
-        for (const rapidjson::Value& column : item["column"].GetArray())
-            wanted.columns.push_back(TextOf(column["name"]));
+        for (const rapidjson::Value& column : Member(item, "column").GetArray())
+            wanted.columns.push_back(TextOf(Member(column, "name")));
     }
     namesHeader_ = header;
     return names_;
@@ -188,7 +207,7 @@ py::dict Frame::Decode(const py::object& offsets) const {
     py::dict dict;
     for (rapidjson::SizeType i = 0; i < document.Size(); ++i) {
         const rapidjson::Value& item = document[i];
-        const py::object name = ToText(rename ? names[i].item : TextOf(item["name"]));
+        const py::object name = ToText(rename ? names[i].item : TextOf(Member(item, "name")));
         if (!IsTable(item)) {
             AddFirst(dict, name, item);
         } else if (!dict.contains(name)) {
@@ -220,16 +239,15 @@ py::object Frame::Table(const std::string& name, const py::object& offsets) cons
         DecodeInto(document, offsets, &names);
         for (rapidjson::SizeType i = 0; i < document.Size() && !found; ++i) {
             if (!IsTable(document[i]) || names[i].item != name) continue;
-            const std::string own = TextOf(document[i]["name"]);
+            const std::string own = TextOf(Member(document[i], "name"));
             Run([&](PackedFrameReader& reader) { found = decode(reader, own); });
-            for (std::size_t column = 0; column < names[i].columns.size(); ++column)
-                table.columns[column].name = names[i].columns[column];
+            Rename(table, Member(document[i], "column"), names[i].columns);
         }
     }
     if (!found) return py::none();
     py::dict attributes;
     for (const rapidjson::Value& attribute : table.document.GetArray())
-        AddFirst(attributes, ToText(TextOf(attribute["name"])), attribute);
+        AddFirst(attributes, ToText(TextOf(Member(attribute, "name"))), attribute);
     return py::make_tuple(ToArrays(table), attributes);
 }
 

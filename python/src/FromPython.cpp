@@ -104,7 +104,7 @@ class Builder {
                 open_.pop_back();
                 continue;
             }
-            const py::object item = py::reinterpret_borrow<py::object>(
+            const auto item = py::reinterpret_borrow<py::object>(
                 PySequence_Fast_GET_ITEM(level.items.ptr(), level.next++));
             if (level.target->isArray()) {
                 Add(item, level.target->append(vxJson::Value()));
@@ -176,7 +176,7 @@ std::string FromBytes(const py::handle& object) {
 }
 
 py::object ToTime(long long milliseconds) {
-    constexpr long long kDay = 24 * 60 * 60 * 1000;
+    constexpr long long kDay = 24LL * 60 * 60 * 1000;
     // timedelta(days, seconds, microseconds, milliseconds) counts days within its own bounds.
     const py::object delta =
         py::handle(types.timedelta)(milliseconds / kDay, 0, 0, milliseconds % kDay);

@@ -82,6 +82,18 @@ def test_names_a_table_as_it_was_asked_for(interfaces):
     assert list(frame.table("If").columns) == ["name", "speed"]
 
 
+def test_renames_tables_of_other_shapes():
+    writer = de.FrameWriter("u")
+    writer.add_items([{"type": 11, "name": "t", "hashSort": False, "hashColumns": "[]",
+                       "column": [{"type": 11, "name": "nested"}, {"type": 1, "name": "a", "value": [1]},
+                                  {"type": 1, "name": "b", "value": [2]}], "attributes": []}])
+    mapping = {"w.x": "t.nested", "w.y": "t.a", "w.z": "t.b"}
+    for select, names in [(None, ["y", "z"]),
+                          ([{"table": "t", "column": ["b"]}, {"table": "t"}], ["z"])]:
+        frame = de.FrameReader(select=select, mapping=mapping).open(writer.frame())
+        assert list(frame.table("w").columns) == names
+
+
 COLUMNS = [
     ([1, -2], "int64", "int64"),
     ([2**63, 1], "uint64", "uint64"),
