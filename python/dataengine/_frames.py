@@ -53,7 +53,7 @@ class FrameReader:
         if isinstance(select, (str, bytes)):
             raise TypeError("select is a list of items, not one name")
         self._select = None if select is None else [
-            item if isinstance(item, str) else _part(item) for item in select]
+            item if isinstance(item, str) else dict(item) for item in select]
         self._mapping = dict(mapping or {})
         self._parser = parser
         self._core = _core.new_reader(self._select, self._mapping, parser)
@@ -76,14 +76,6 @@ class FrameReader:
 
     def __reduce__(self) -> tuple[Any, ...]:
         return FrameReader, (self._select, self._mapping, self._parser)
-
-
-def _part(item: Mapping[str, Any]) -> dict[str, Any]:
-    part = dict(item)
-    for children in ("column", "attributes"):
-        if isinstance(part.get(children), tuple):
-            part[children] = list(part[children])
-    return part
 
 
 class Frame:

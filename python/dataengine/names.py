@@ -9,13 +9,10 @@
     'gvPath'
     >>> [name.path for name in names.find("localintfn")]
     ['store.TopoLink.localIntfName']
-
-An identifier that is a keyword of Python ends in an underscore.
 """
 
 from __future__ import annotations
 
-import keyword
 from typing import NamedTuple
 
 from . import _core
@@ -66,15 +63,14 @@ def _load() -> list[Name]:
     found = []
     groups = {"data_engine": data_engine, "store": store}
     for group, block, identifier, text in _core.names():
-        attribute = identifier + "_" if keyword.iskeyword(identifier) else identifier
-        path = ".".join(part for part in (group, block, attribute) if part)
+        path = ".".join(part for part in (group, block, identifier) if part)
         found.append(Name(path, text))
         if not block:
-            setattr(variable_mapping, attribute, text)
+            setattr(variable_mapping, identifier, text)
             continue
         if block not in vars(groups[group]):
             setattr(groups[group], block, Block(f"{group}.{block}"))
-        setattr(getattr(groups[group], block), attribute, text)
+        setattr(getattr(groups[group], block), identifier, text)
     return found
 
 

@@ -31,7 +31,7 @@ def folder(tmp_path):
     return tmp_path
 
 
-@pytest.mark.parametrize("partition, count", [("64 MiB", 1), (1, 10), (260, 6)])
+@pytest.mark.parametrize("partition, count", [("64 MiB", 1), (1, 10)])
 @pytest.mark.parametrize("source", [
     lambda folder: folder, lambda folder: str(folder / "*.frame"),
     lambda folder: [folder / f"{i}.frame" for i in range(10)],
@@ -39,12 +39,19 @@ def folder(tmp_path):
 ])
 def test_reads_files(folder, source, partition, count):
     bag = de.dask.read_frames(source(folder), select=["leaf"], partition=partition)
-    assert abs(bag.npartitions - count) <= 2
+    assert bag.npartitions == count
     frames = bag.compute()
     broken = frames.pop(4)
     assert frames == [{"leaf": i} for i in range(10) if i != 4]
     assert broken.file == str(folder / "4.frame")
     assert type(broken.error) is de.FrameError and broken.error.byte > 0
+
+
+@pytest.mark.parametrize("partition, count", [(299, 2), (300, 1), (100, 3), (99, 3), ("1 B", 3)])
+def test_partitions_by_bytes(tmp_path, partition, count):
+    for i in range(3):
+        (tmp_path / str(i)).write_bytes(b"x" * 100)
+    assert de.dask.read_frames(tmp_path, partition=partition).npartitions == count
 
 
 def test_reads_bags():
@@ -144,5 +151,6 @@ def test_an_empty_folder(tmp_path):
 def test_errors_travel_between_processes():
     error = pickle.loads(pickle.dumps(de.FrameError("t.c: byte 12: ends")))
     assert (str(error), error.item, error.byte) == ("t.c: byte 12: ends", "t.c", 12)
+    assert de.FrameError("a: byte 1: b: byte 22: ends").item == "a: byte 1: b"
     reader = pickle.loads(pickle.dumps(de.FrameReader(select=["leaf"])))
     assert reader.open(write(leaf=1, other=2).frame()).decode() == {"leaf": 1}

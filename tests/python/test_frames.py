@@ -137,6 +137,14 @@ def test_columns_of_other_shapes():
     assert len(table) == 3
     assert table.columns["none"].tolist() == [None] * 3
     assert table.to_pandas()["short"].isna().tolist() == [False, True, True]
+    assert len(de.FrameReader().open(write(t={}).frame()).table("t").to_pandas()) == 0
+    twice = de.FrameWriter("u")
+    packed = twice.add_table("t")
+    packed.add_column("a", 1, [1])
+    packed.add_column("a", 1, [2, 3])
+    frame = de.FrameReader().open(twice.frame())
+    assert frame.decode() == {"t": {"a": [1]}}
+    assert frame.table("t").columns["a"].tolist() == [1]
     scalar = de.FrameWriter("u")
     scalar.add_items([{"type": 11, "name": "t", "hashSort": False, "hashColumns": "[]",
                        "column": [{"type": 1, "name": "a", "value": [1, 2]},

@@ -95,6 +95,7 @@ def test_names():
     assert de.names.variable_mapping.order_2 == "order"
     assert len(de.names.find("")) == len({name.path for name in de.names.find("")}) > 1700
     assert ("store.TopoLink.localIntfId", "localIntfId") in de.names.find("LOCALINTF")
+    assert [name.text for name in de.names.find("DEFAULT zone")] == ["Default Zone"]
     for name in de.names.find(""):
         value = de.names
         for part in name.path.split("."):
