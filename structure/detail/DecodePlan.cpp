@@ -83,7 +83,7 @@ bool DecodePlan::RunTable(std::string_view name, TableBuilder& builder) const {
     });
     const auto end = std::find_if(begin, steps_.end(), isEnd);
     if (end == steps_.end()) {  // the table is missing, or it could not be planned to its end
-        if (failure_) std::rethrow_exception(failure_);
+        if (failure_ != nullptr) std::rethrow_exception(failure_);
         return false;
     }
     builder.Items(1);
