@@ -79,7 +79,7 @@ class GenericDocument<UTF8<>, dataengine::detail::JsonPool, dataengine::detail::
         if (!Value::ShortString::Usable(size) || size != text.size()) return false;
         value.data_.f.flags = Value::kShortStringFlag;
         value.data_.ss.SetLength(size);
-        std::memcpy(value.data_.ss.str, text.data(), size);
+        text.copy(value.data_.ss.str, size);  // the empty text may have no address
         value.data_.ss.str[size] = '\0';
         return true;
     }

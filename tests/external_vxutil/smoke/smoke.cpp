@@ -6,6 +6,7 @@
 #include "query/CDEStructureQueryInfo.h"
 #include "records/CDEDataShowCommand.h"
 #include "structure/CDEStructureDataHelper.h"
+#include "structure/PackedFrameReader.h"
 #include "structure/PackedFrameWriter.h"
 #include "variables/VariableMappingDAO.h"
 
@@ -47,6 +48,25 @@ std::string WrittenFrame() {
     return writer.Frame().substr(headerLength) + writer.Offsets().toString(false);
 }
 
+std::string ReadFrame() {
+    dataengine::PackedFrameWriter writer("u");
+    writer.AddLeaf("n", 3, Json("7"));
+    auto table = writer.AddTable("t", false, {});
+    table.AddColumn("c", 1, Json("[8,9]"));
+    const std::string frame = writer.Frame();
+    dataengine::PackedFrameReader reader(Json(R"(["t","n"])"));
+    rapidjson::Document document;
+    if (!reader.Open(frame) || !reader.Decode(document)) return "not read";
+    const std::string read = std::to_string(document[0]["column"][0]["value"][1].GetInt()) +
+                             std::to_string(document[1]["value"].GetInt());
+    try {
+        reader.Decode(Json("[0,[99]]"), document);
+    } catch (const std::exception& error) {
+        return read + error.what();
+    }
+    return read;
+}
+
 std::string Query() {
     CDEStructureQueryInfo query;
     query.LoadFromJson(Json(R"({"name":"path","devTypes":[3,-4]})"));
@@ -65,6 +85,7 @@ int main() {
     const std::string rows[][2] = {
         {Record(), R"({"devId":"def","name":"show version","param":null,"type":"cmd"}2)"},
         {Frame(), "u[true,{}]1"},
+        {ReadFrame(), "97t.c: byte 77: the value begins outside the payload"},
         {WrittenFrame(), "\x81\xa1\x61\x92\x07\xa1\x62[0]"},
         {Query(), R"({"devTypes":[3,-4],"name":"path","param":null,"rtnFields":null})"},
         {Mapping(), "gv"},
