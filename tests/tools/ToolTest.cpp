@@ -76,6 +76,12 @@ TEST_F(Tool, PrintsBson) {
 }
 #endif
 
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+TEST_F(Tool, NeedsLittleMemory) {
+    CheckGoldenOutputs("memory.txt");
+}
+#endif
+
 TEST_F(Tool, ReportsErrorsOnOneLine) {
     for (const auto& row : RowsOf(TEST_DATA "/errors.txt")) {
         const Outcome outcome = Run(row[1]);
