@@ -153,6 +153,7 @@ class Worker {
                                               : reader.Decode(work_.offsets, document);
             } catch (const std::exception& error) {
                 Report(path, error.what());
+                if (work_.options.format == "csv") return;  // the table is not complete
             }
             if (!document.IsArray()) document.SetArray();
             if (!work_.options.map.empty()) Rename(reader.Name(), document);
@@ -214,6 +215,7 @@ class Worker {
         if (options.format == "lines") return PrintLines(frame, sink_);
         if (options.format == "rows") return PrintRows(frame, sink_);
         if (options.format == "csv") {
+            if (areMany && CountTables(frame) != 1) throw Failure(frame.path, kOneTable);
             work_.WriteHeader(batch_, frame.path, CsvHeader(frame, areMany, options.safeCsv));
             return PrintCsv(frame, areMany, options.safeCsv, sink_);
         }

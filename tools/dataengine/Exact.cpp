@@ -22,8 +22,8 @@ using detail::PackedKind;
 
 std::string FloatText(double value, std::string_view bits) {
     std::array<char, 32> digits{};
-    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr;
-    std::string number(digits.data(), end);
+    const char* const end = std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr;
+    std::string number(digits.data(), static_cast<std::size_t>(end - digits.data()));
     if (std::isnan(value)) {
         const std::string hex = HexOf(bits);
         number = hex == "7fc00000" || hex == "7ff8000000000000" ? "nan" : hex;

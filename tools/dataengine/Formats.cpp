@@ -257,12 +257,16 @@ bool DrawValues(const JsonValue& list, const Screen& screen, Sink& sink) {
 
 const JsonValue& OnlyTable(const Decoded& frame) {
     const auto items = frame.document.GetArray();
-    if (std::count_if(items.begin(), items.end(), IsTable) != 1)
-        throw UsageError("--format csv prints one table; name it with --select");
+    if (CountTables(frame) != 1) throw UsageError(kOneTable);
     return *std::find_if(items.begin(), items.end(), IsTable);
 }
 
 }  // namespace
+
+std::ptrdiff_t CountTables(const Decoded& frame) {
+    const auto items = frame.document.GetArray();
+    return std::count_if(items.begin(), items.end(), IsTable);
+}
 
 void PrintJson(const Decoded& frame, Sink& sink) {
     sink.text += '[';

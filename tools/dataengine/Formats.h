@@ -27,6 +27,9 @@ void PrintLines(const Decoded& frame, Sink& sink);
 /// any, and one for each of its rows.
 void PrintRows(const Decoded& frame, Sink& sink);
 
+constexpr char kOneTable[] = "--format csv prints one table; name it with --select";
+std::ptrdiff_t CountTables(const Decoded& frame);
+
 /// Returns the header of the only table as CSV. Throws UsageError unless there is exactly one.
 /// `withFile` puts a column with the path of the frame before the others.
 std::string CsvHeader(const Decoded& frame, bool withFile, bool isSafe);
