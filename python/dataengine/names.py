@@ -9,10 +9,13 @@
     'gvPath'
     >>> [name.path for name in names.find("localintfn")]
     ['store.TopoLink.localIntfName']
+
+An identifier that is a keyword of Python ends in an underscore: `names.store.Operator.in_`.
 """
 
 from __future__ import annotations
 
+import keyword
 from typing import NamedTuple
 
 from . import _core
@@ -63,6 +66,8 @@ def _load() -> list[Name]:
     found = []
     groups = {"data_engine": data_engine, "store": store}
     for group, block, identifier, text in _core.names():
+        if keyword.iskeyword(identifier):
+            identifier += "_"
         path = ".".join(part for part in (group, block, identifier) if part)
         found.append(Name(path, text))
         if not block:

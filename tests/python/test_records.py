@@ -92,6 +92,8 @@ def test_bson_rejects_bytes():
 def test_names():
     assert de.names.store.TopoLink.localIntfId == "localIntfId"
     assert de.names.store.Operator.gt == "$gt"
+    assert de.names.store.Operator.in_ == "$in"
+    assert ("store.DeviceData.def_", "def") in de.names.find("def_")
     assert de.names.variable_mapping.order_2 == "order"
     assert len(de.names.find("")) == len({name.path for name in de.names.find("")}) > 1700
     assert ("store.TopoLink.localIntfId", "localIntfId") in de.names.find("LOCALINTF")
