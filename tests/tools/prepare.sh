@@ -112,3 +112,6 @@ dataengine pack ragged.json -o ragged
  LC_ALL=C awk 'BEGIN { for (i = 0; i < 1000; i++)
      printf "\204\244name\241t\244type\013\245index\315%c%c\246column\221\203\244name\241c\244type\001\245index\316%c%c%c%c", i / 256, i % 256, 0, 1, 134, 160 }'
  head -c 150000 /dev/zero) > far-index
+# Two tables with a column shorter than the other, in the first one.
+for cells in 1 1,5; do echo '[{"type":11,"name":"t","column":[{"type":1,"name":"a","value":[1,2]},{"type":1,"name":"b","value":['$cells']}],"hashSort":true,"hashColumns":"null","attributes":[]}]'|dataengine pack - --name u -o short-$cells; done
+echo '{"version":1,"name":"n","schema":[{"name":"v","type":1,"index":0}],"payload":[{"$map":[["$a",1]]}]}'|dataengine pack - -o dollar
