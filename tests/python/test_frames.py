@@ -3,6 +3,7 @@
 import array
 import math
 import mmap
+import pickle
 import random
 import struct
 import threading
@@ -347,6 +348,20 @@ def test_internal_objects_cannot_be_made_empty():
                      lambda: object.__new__(type(part)), lambda: type("Sub", (type(part),), {})):
             with pytest.raises(TypeError):
                 make()
+
+
+def test_objects_that_cannot_be_pickled_say_so():
+    writer = write(t={"a": [1]})
+    frame = de.FrameReader().open(writer.frame())
+    record = de.Record("h", "cmd", "", "")
+    for part in (frame, writer, writer.add_table("u"), record, record._core):
+        for protocol in range(pickle.HIGHEST_PROTOCOL + 1):
+            with pytest.raises(TypeError):
+                pickle.dumps(part, protocol)
+        with pytest.raises(TypeError):
+            part._core.__reduce__() if hasattr(part, "_core") else part.__reduce__()
+    table = pickle.loads(pickle.dumps(frame.table("t")))
+    assert table.columns["a"].tolist() == [1]
 
 
 @pytest.mark.parametrize("options", [
