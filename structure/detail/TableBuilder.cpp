@@ -34,7 +34,7 @@ void TableBuilder::Child(const ItemHead& head, const ItemCells& item) {
 void TableBuilder::EndTable() {
     DocumentBuilder::EndTable();
     rapidjson::Value attributes;
-    attributes = table_.document[0]["attributes"];
+    attributes = table_.document[0].FindMember("attributes")->value;
     static_cast<rapidjson::Value&>(table_.document) = attributes;
 }
 
