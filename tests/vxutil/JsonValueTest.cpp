@@ -165,6 +165,13 @@ TEST(JsonValue, LooksUpWithoutFailing) {
     const Value longKeys = Json(R"({"an equal start, an equal end":1,"the 17 bytes of a":2})");
     EXPECT_TRUE(longKeys["an equal start; an equal end"].isNull());
     EXPECT_TRUE(longKeys["the 17 bytes of b"].isNull());
+    const Value lengths = Json(R"({"":0,"a":1,"ab":2,"abcd":3,"abcdefg":4,"abcdefgh":5,
+        "abcdefghijklmno":6,"abcdefghijklmnop":7,"\u00e9":8})");
+    EXPECT_TRUE(lengths[""] == 0 && lengths["a"] == 1 && lengths["ab"] == 2 &&
+                lengths["abcd"] == 3 && lengths["abcdefg"] == 4 && lengths["abcdefgh"] == 5 &&
+                lengths["abcdefghijklmno"] == 6 && lengths["abcdefghijklmnop"] == 7 &&
+                lengths["\xc3\xa9"] == 8);
+    EXPECT_TRUE(lengths["abc"].isNull() && lengths["abcdefgi"].isNull());
     EXPECT_TRUE(full["k"][0].asInt() == 1 && full["k"].size() == 1 && !full["k"].empty());
 }
 
@@ -202,20 +209,8 @@ TEST(JsonValue, IsWalkedByRangeFor) {
     EXPECT_EQ(array.begin().key(), "");
 }
 
-// Adds and removes keys and compares with a standard map. The key lengths are those at which key
-// comparison changes; there are enough keys to split the index.
-TEST(JsonValue, KeepsMembersInPlaceAndSorted) {
-    std::vector<std::string> keys;
-    for (const std::string stem : {"", "1", "123", "1234567", "12345678", "123456781234567",
-                                   "1234567812345678", "12345678123456781234"}) {
-        keys.push_back(stem);
-        for (int first = 0; first < 256; first += 5) {
-            for (const char* rest : {"", "a", "\xff"}) {
-                keys.push_back(stem + static_cast<char>(first) + rest);
-            }
-        }
-    }
-    std::mt19937 random(1);
+/// Adds and removes keys and compares with a standard map.
+void CompareWithMap(std::vector<std::string> keys, std::mt19937& random) {
     std::map<std::string, Value*> model;
     Value object;
     const Value& constant = object;
@@ -247,7 +242,31 @@ TEST(JsonValue, KeepsMembersInPlaceAndSorted) {
         for (Value& value : nulls) value = Value();
         std::string text = nulls.toString(false) + object.toString(false);
         text.replace(text.find("}{"), 2, ",");
-        EXPECT_EQ(Json(text), object) << "of equal keys the last wins";
+        const Value parsed = Json(text);
+        EXPECT_EQ(parsed, object) << "of equal keys the last wins";
+        for (const std::string& key : keys)
+            ASSERT_EQ(parsed[key], model.count(key) != 0 ? Value(key) : Value()) << key;
+    }
+}
+
+// The key lengths are those at which key comparison changes. There are enough keys to split the
+// index, and then few enough for the shortest way to a member.
+TEST(JsonValue, KeepsMembersInPlaceAndSorted) {
+    std::vector<std::string> keys;
+    for (const std::string stem : {"", "1", "123", "1234567", "12345678", "123456781234567",
+                                   "1234567812345678", "12345678123456781234"}) {
+        keys.push_back(stem);
+        for (int first = 0; first < 256; first += 5) {
+            for (const char* rest : {"", "a", "\xff"}) {
+                keys.push_back(stem + static_cast<char>(first) + rest);
+            }
+        }
+    }
+    std::mt19937 random(1);
+    CompareWithMap(keys, random);
+    for (int count = 1; count < 200 && !testing::Test::HasFatalFailure(); ++count) {
+        std::shuffle(keys.begin(), keys.end(), random);
+        CompareWithMap({keys.begin(), keys.begin() + 1 + count % 24}, random);
     }
 }
 

@@ -38,6 +38,27 @@ constexpr bool kIsCharacter = std::is_same_v<T, char> || std::is_same_v<T, signe
 #endif
                               std::is_same_v<T, char16_t> || std::is_same_v<T, char32_t>;
 
+/// The order and the hash of a key.
+struct KeyHead {
+    constexpr explicit KeyHead(std::uint64_t from) noexcept
+        : prefix(from), tags((from * 0x9e3779b97f4a7c15 >> 56) * 0x0101010101010101) {}
+
+    /// The first seven bytes of the key as a big-endian number, padded with zeros, and then the
+    /// number of its bytes, at most eight. Where the prefixes of two keys differ, they order as the
+    /// keys do; those of keys of up to seven bytes are equal only if the keys are.
+    std::uint64_t prefix;
+    /// Eight times the same hash of the prefix in one byte.
+    std::uint64_t tags;
+};
+
+/// Returns the head of a literal. Has neither loops nor calls, so that the compiler computes it.
+[[gnu::always_inline]] constexpr KeyHead HeadOfLiteral(const char* key, std::size_t size) noexcept {
+    const auto at = [key, size](std::size_t i) {
+        return i < size ? std::uint64_t{static_cast<unsigned char>(key[i])} << (56 - 8 * i) : 0;
+    };
+    return KeyHead(at(0) | at(1) | at(2) | at(3) | at(4) | at(5) | at(6) | (size < 8 ? size : 8));
+}
+
 // A call that is not optimised away does not compile.
 #if __has_cpp_attribute(gnu::error)
 [[gnu::error("the length exceeds the size of the array")]] void LengthExceedsTheArray();
@@ -227,7 +248,10 @@ class VXUTIL_EXPORT Value {
     /// other kind, and a null pointer. Complexity: logarithmic. @{
     // Always inline, so that the length of a literal is known to the compiler.
     [[gnu::always_inline]] const Value& operator[](const char* key) const noexcept {
-        return key == nullptr ? Nothing() : Find(key);
+        if (key == nullptr) return Nothing();
+        const std::size_t size = __builtin_strlen(key);
+        if (!__builtin_constant_p(size)) return Find({key, size});
+        return Find(detail::HeadOfLiteral(key, size), {key, size});
     }
     const Value& operator[](const std::string& key) const noexcept { return Find(key); }
     /// @}
@@ -396,6 +420,7 @@ class VXUTIL_EXPORT Value {
     int ComparePlain(const Value& other) const noexcept;
     Value& Member(std::string_view key);
     const Value& Find(std::string_view key) const noexcept;
+    const Value& Find(detail::KeyHead head, std::string_view key) const noexcept;
     bool Remove(std::string_view key) noexcept;
     static const Value& Nothing() noexcept;
     static constexpr std::size_t kUnknownSize = static_cast<std::size_t>(-1);

@@ -2,6 +2,8 @@
 
 #include <limits>
 
+#include "NeverDestroyed.h"
+
 namespace vxJson::detail {
 
 namespace {
@@ -12,6 +14,10 @@ constexpr std::uint32_t kLargestBlock = 1024;
 constexpr std::uint32_t kMostMembers = std::numeric_limits<std::uint32_t>::max();
 
 }  // namespace
+
+const Value& Nothing() noexcept {
+    return NeverDestroyed<Value>();
+}
 
 void* Object::operator new(std::size_t size, std::uint32_t capacity) {
     return ::operator new(size + capacity * (sizeof(Entry) + sizeof(MemberSlot)));
@@ -64,6 +70,7 @@ Value& Object::Insert(Position position, std::uint64_t prefix, From&&... from) {
     *entry = {prefix, member};
     ++chunk.count;
     ++size;
+    UpdateTags(position.entry);
     return member->slot.value;
 }
 
@@ -78,6 +85,7 @@ std::unique_ptr<Object> Object::MakeShallow(const Object& other) {
                            member);
         }
     });
+    object->UpdateTags(0);
     return object;
 }
 
@@ -107,6 +115,11 @@ Object::Position Object::Seek(std::uint64_t prefix, std::string_view key) const 
     return {static_cast<std::uint32_t>(i), static_cast<std::uint32_t>(at - chunk.entries), isFound};
 }
 
+const Value& Object::Search(std::uint64_t prefix, std::string_view key) const noexcept {
+    const Position position = Seek(prefix, key);
+    return position.isFound ? EntryAt(position).member->slot.value : Nothing();
+}
+
 void Object::Fill(ParsedMembers& parsed, std::size_t first, std::size_t last) {
     if (last - first > kChunkEntries) {
         for (; first != last; ++first)
@@ -134,6 +147,7 @@ bool Object::Remove(std::string_view key) noexcept {
     Release(*entry->member);
     std::copy(entry + 1, chunk.entries + chunk.count, entry);
     if (--chunk.count == 0 && ChunkCount() > 1) RemoveChunk(position.chunk);
+    UpdateTags(position.entry);
     return true;
 }
 
@@ -219,6 +233,7 @@ void Object::SortFirstChunk() noexcept {
         }
     }
     first_.count = static_cast<std::uint32_t>(kept - first_.entries);
+    UpdateTags(0);
 }
 
 }  // namespace vxJson::detail

@@ -18,35 +18,45 @@ inline std::uint64_t LoadFour(const char* bytes) noexcept {
     return be32toh(number);
 }
 
-/// Returns the first eight bytes of a key as a big-endian number, padded with zeros: where the
-/// prefixes of two keys differ, they order as the keys do. Shorter keys are assembled from
-/// overlapping loads.
-inline std::uint64_t KeyPrefix(std::string_view key) noexcept {
-    const std::size_t size = key.size();
-    const char* const bytes = key.data();
-    if (size >= 8) return LoadFour(bytes) << 32 | LoadFour(bytes + 4);
-    if (size >= 4) return LoadFour(bytes) << 32 | LoadFour(bytes + size - 4) << (64 - 8 * size);
-    if (size == 0) return 0;
-    const auto at = [bytes](std::size_t i) {
-        return std::uint64_t{static_cast<unsigned char>(bytes[i])} << (56 - 8 * i);
-    };
-    return at(0) | at(size / 2) | at(size - 1);
-}
-
-/// Returns whether two keys with the same prefix are equal.
-inline bool HasEqualRest(std::string_view a, std::string_view b) noexcept {
-    const std::size_t size = a.size();
-    if (size != b.size()) return false;
-    if (size <= 8) return true;
-    if (size > 16) return std::memcmp(a.data() + 8, b.data() + 8, size - 8) == 0;
-    return std::memcmp(a.data() + size - 8, b.data() + size - 8, 8) == 0;
-}
-
 /// A member of an object.
 struct Member {
     std::string key;
     Slot slot;
 };
+
+/// Returns the prefix of a key, see KeyHead. Shorter keys are assembled from overlapping loads.
+inline std::uint64_t KeyPrefix(std::string_view key) noexcept {
+    const std::size_t size = key.size();
+    const char* const bytes = key.data();
+    if (size >= 8) return LoadFour(bytes) << 32 | (LoadFour(bytes + 4) & 0xffffff00) | 8;
+    if (size >= 4) {
+        return LoadFour(bytes) << 32 | LoadFour(bytes + size - 4) << (64 - 8 * size) | size;
+    }
+    if (size == 0) return 0;
+    const auto at = [bytes](std::size_t i) {
+        return std::uint64_t{static_cast<unsigned char>(bytes[i])} << (56 - 8 * i);
+    };
+    return at(0) | at(size / 2) | at(size - 1) | size;
+}
+
+/// Returns whether a member has the key `key`, whose prefix is that of the member's key. Reads the
+/// member only if the key is longer than the prefix.
+inline bool HasKey(const Member& member, std::string_view key) noexcept {
+    const std::size_t size = key.size();
+    if (size < 8) return true;
+    if (size != member.key.size()) return false;
+    const char* const bytes = member.key.data();
+    if (size > 15) return std::memcmp(bytes + 7, key.data() + 7, size - 7) == 0;
+    return std::memcmp(bytes + size - 8, key.data() + size - 8, 8) == 0;
+}
+
+/// Returns the top bit of each byte of `number` that is zero, and perhaps of bytes above those.
+inline std::uint64_t ZeroBytes(std::uint64_t number) noexcept {
+    return (number - 0x0101010101010101) & ~number & 0x8080808080808080;
+}
+
+/// Returns the shared null value.
+const Value& Nothing() noexcept;
 
 /// An object: members in blocks that never move, and an index of them in the order of their keys.
 ///
@@ -58,7 +68,10 @@ struct Member {
 ///    empty object. An insertion thus moves a bounded number of entries.
 /// 4. The entries of the first chunk are part of the object's own allocation or of a block. Those
 ///    of the other chunks are allocated separately, and always with kChunkEntries entries.
-/// 5. Until the first chunk is split, there are as many slots as entries: both grow in one
+/// 5. While the first chunk has a capacity of at most kTags entries, it is the only one, and
+/// tags_[i]
+///    is the tag of entry i.
+/// 6. Until the first chunk is split, there are as many slots as entries: both grow in one
 ///    allocation, and an object created with its number of members needs no further one.
 class Object : public Container {
   public:
@@ -95,18 +108,25 @@ class Object : public Container {
         return i == 0 ? first_ : (*more_)[i - 1];
     }
 
-    /// Returns the value of the member for `key`, or null if there is none.
-    const Value* Find(std::string_view key) const noexcept {
-        const std::uint64_t prefix = KeyPrefix(key);
-        const Chunk& chunk = more_ == nullptr ? first_ : GetChunk(FindChunk(prefix, key));
-        const Entry* const end = chunk.entries + chunk.count;
-        const Entry* at = LowerBound(chunk, prefix);
-        if (at == end || at->prefix != prefix) return nullptr;
-        if (!HasEqualRest(at->member->key, key)) {
-            at = LowerBound(at, end, prefix, key);
-            if (at == end || at->member->key != key) return nullptr;
+    /// Returns the value of the member for `key`, or Nothing() if there is none. `head` is that of
+    /// the key. Complexity: logarithmic.
+    // Keys of more than 15 bytes are compared by Search, so that this function calls no other.
+    const Value& Find(KeyHead head, std::string_view key) const noexcept {
+        if (first_.capacity > kTags) return Search(head.prefix, key);
+        std::uint64_t tags[2];
+        std::memcpy(tags, tags_, kTags);
+        // Bits 6 and 7 of byte i are those of tags i and i + 8.
+        const std::uint64_t equal =
+            ZeroBytes(le64toh(tags[0]) ^ head.tags) >> 1 | ZeroBytes(le64toh(tags[1]) ^ head.tags);
+        if (equal == 0) return Nothing();
+        const auto bit = static_cast<std::uint32_t>(__builtin_ctzll(equal));
+        const std::uint32_t i = bit / 8 + (bit & 1) * 8;
+        const Entry& entry = first_.entries[i];
+        if (i < size && entry.prefix == head.prefix && key.size() <= 15 &&
+            HasKey(*entry.member, key)) {
+            return entry.member->slot.value;
         }
-        return &at->member->slot.value;
+        return Search(head.prefix, key);
     }
 
     /// Returns the value of the member for `key`, which is added as null if there is none.
@@ -151,6 +171,8 @@ class Object : public Container {
         bool isFound;
     };
 
+    static constexpr std::uint32_t kTags = 16;
+
     explicit Object(std::uint32_t capacity) noexcept;
     static void* operator new(std::size_t size, std::uint32_t capacity);
     static void operator delete(void* object, std::uint32_t) { ::operator delete(object); }
@@ -161,6 +183,7 @@ class Object : public Container {
 
     static int Order(const Entry& entry, std::uint64_t prefix, std::string_view key) noexcept {
         if (entry.prefix != prefix) return entry.prefix < prefix ? -1 : 1;
+        if (key.size() < 8) return 0;
         return std::string_view(entry.member->key).compare(key);
     }
     /// Returns the first entry of a chunk whose prefix is not less than `prefix`. Does not branch
@@ -178,6 +201,7 @@ class Object : public Container {
     static const Entry* LowerBound(const Entry* from, const Entry* to, std::uint64_t prefix,
                                    std::string_view key) noexcept;
     std::size_t FindChunk(std::uint64_t prefix, std::string_view key) const noexcept;
+    const Value& Search(std::uint64_t prefix, std::string_view key) const noexcept;
     Position Seek(std::uint64_t prefix, std::string_view key) const noexcept;
     template <typename... From>
     void Append(From&&... from);
@@ -189,16 +213,24 @@ class Object : public Container {
     void RemoveChunk(std::uint32_t i) noexcept;
     void Release(Member& member) noexcept;
     void SortFirstChunk() noexcept;
+    /// Sets the tags of the entries from the i-th one on.
+    void UpdateTags(std::uint32_t i) noexcept {
+        if (first_.capacity > kTags) return;
+        for (; i < first_.count; ++i) {
+            tags_[i] = static_cast<unsigned char>(KeyHead(first_.entries[i].prefix).tags);
+        }
+    }
 
     MemberSlot* FirstFree() const noexcept { return static_cast<MemberSlot*>(link); }
 
     // First, where it fits into the padding of the base.
     std::uint16_t unusedCount_;
+    unsigned char tags_[kTags] = {};
     Chunk first_;
     std::unique_ptr<std::vector<Chunk>> more_;
     MemberSlot* unused_;
     Block* blocks_ = nullptr;
 };
-static_assert(sizeof(Object) == 56);
+static_assert(sizeof(Object) == 72);
 
 }  // namespace vxJson::detail

@@ -183,13 +183,16 @@ Value& Value::Member(std::string_view key) {
 }
 
 const Value& Value::Find(std::string_view key) const noexcept {
-    if (!isObject()) return Nothing();
-    const Value* const found = static_cast<const Object*>(plain_.container)->Find(key);
-    return found == nullptr ? Nothing() : *found;
+    return Find(detail::KeyHead(detail::KeyPrefix(key)), key);
+}
+
+const Value& Value::Find(detail::KeyHead head, std::string_view key) const noexcept {
+    if (!isObject()) return detail::Nothing();
+    return static_cast<const Object*>(plain_.container)->Find(head, key);
 }
 
 const Value& Value::Nothing() noexcept {
-    return detail::NeverDestroyed<Value>();
+    return detail::Nothing();
 }
 
 bool Value::isMember(const std::string& key) const noexcept {
@@ -237,11 +240,11 @@ Value& Value::operator[](int index) {
 }
 
 const Value& Value::operator[](int index) const noexcept {
-    if (!isArray()) return Nothing();
+    if (!isArray()) return detail::Nothing();
     const auto& array = static_cast<const Array&>(*plain_.container);
     // A negative index, converted to unsigned, is beyond the end.
     const auto position = static_cast<std::size_t>(index);
-    return position < array.size ? array.begin()[position].value : Nothing();
+    return position < array.size ? array.begin()[position].value : detail::Nothing();
 }
 
 Value& Value::append(Value&& value) {
