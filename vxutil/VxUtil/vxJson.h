@@ -284,7 +284,9 @@ class VXUTIL_EXPORT Value {
     std::string asString() const;
     /// Returns the low 32 bits of an integer or a time as two's complement, a whole double in
     /// range, or 0 or 1 for a bool.
-    int asInt() const;
+    int asInt() const {
+        return tag_ == Tag::natural ? static_cast<int>(plain_.unsignedNumber) : ConvertToInt();
+    }
     /// Returns the low 64 bits of an integer as two's complement, the milliseconds of a time, a
     /// whole double in range, or 0 or 1 for a bool.
     long long asInt64() const;
@@ -426,6 +428,7 @@ class VXUTIL_EXPORT Value {
     static constexpr std::size_t kUnknownSize = static_cast<std::size_t>(-1);
     static Value FromBytes(const char* bytes, int length, std::size_t size);
     detail::Array& MakeRoom(std::size_t count);
+    int ConvertToInt() const;
     long long AsInteger(const char* operation) const;
     [[noreturn]] void FailKind(const char* operation, const char* wanted) const;
     [[noreturn]] void FailRange(const char* operation) const;

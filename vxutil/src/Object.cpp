@@ -43,21 +43,27 @@ std::unique_ptr<Object> Object::Make(std::size_t capacity) {
 // Adds a member after those of the first chunk, in which there is room.
 template <typename... From>
 void Object::Append(From&&... from) {
-    auto* const member = ::new (static_cast<void*>(unused_)) Member{std::forward<From>(from)...};
+    auto* const member = ::new (static_cast<void*>(unused_)) Member(std::forward<From>(from)...);
     ++unused_;
     --unusedCount_;
     ++size;
     first_.entries[first_.count++] = {KeyPrefix(member->key), member};
 }
 
-// Adds a member that is constructed from `from`, which must not throw if a slot is reused.
+// Adds a member that is constructed from `from`.
 template <typename... From>
 Value& Object::Insert(Position position, std::uint64_t prefix, From&&... from) {
     MakeRoom(position);
     MemberSlot* const free = FirstFree();
     MemberSlot* const nextFree = free == nullptr ? nullptr : free->nextFree;
     void* const slot = free == nullptr ? unused_ : free;
-    auto* const member = ::new (slot) Member{std::forward<From>(from)...};
+    Member* member = nullptr;
+    try {
+        member = ::new (slot) Member(std::forward<From>(from)...);
+    } catch (...) {
+        if (free != nullptr) free->nextFree = nextFree;
+        throw;
+    }
     if (free == nullptr) {
         ++unused_;
         --unusedCount_;
@@ -127,7 +133,7 @@ void Object::Fill(ParsedMembers& parsed, std::size_t first, std::size_t last) {
         return;
     }
     for (; first != last; ++first) {
-        Append(std::string(parsed[first].key), Slot(std::move(parsed[first].value)));
+        Append(parsed[first].key, std::move(parsed[first].value));
     }
     SortFirstChunk();
 }
@@ -136,7 +142,7 @@ Value& Object::FindOrAdd(std::string_view key) {
     const std::uint64_t prefix = KeyPrefix(key);
     const Position position = Seek(prefix, key);
     if (position.isFound) return EntryAt(position).member->slot.value;
-    return Insert(position, prefix, std::string(key), Slot());
+    return Insert(position, prefix, key);
 }
 
 bool Object::Remove(std::string_view key) noexcept {

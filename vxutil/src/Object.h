@@ -20,6 +20,9 @@ inline std::uint64_t LoadFour(const char* bytes) noexcept {
 
 /// A member of an object.
 struct Member {
+    explicit Member(std::string_view name) : key(name) {}
+    Member(std::string_view name, Value&& value) : key(name), slot(std::move(value)) {}
+
     std::string key;
     Slot slot;
 };

@@ -287,7 +287,7 @@ const std::string& Value::asBinary() const {
     return text_;
 }
 
-int Value::asInt() const {
+int Value::ConvertToInt() const {
     const long long number = AsInteger("asInt");
     const bool inRange =
         number >= std::numeric_limits<int>::min() && number <= std::numeric_limits<int>::max();
@@ -304,7 +304,7 @@ long long Value::asTime() const {
     return AsInteger("asTime");
 }
 
-// The narrowing conversions of integers, here and in asInt, keep the low bits.
+// The narrowing conversions of integers, here and in asInt and ConvertToInt, keep the low bits.
 long long Value::AsInteger(const char* operation) const {
     switch (tag_) {
         case Tag::null:
