@@ -180,7 +180,7 @@ class VXUTIL_EXPORT Value {
     template <typename Text, std::enable_if_t<std::is_same_v<Text, std::string>, int> = 0>
     Value(const Text& text) : Value(std::string(text)) {}
     template <typename Text, std::enable_if_t<std::is_same_v<Text, std::string>, int> = 0>
-    Value(Text&& text) noexcept : tag_(Tag::string), text_(std::move(text)) {}
+    Value(Text&& text) noexcept : tag_(Tag::string), text_(std::forward<Text>(text)) {}
     /// @}
     // Templates, so that a list in braces, as in Value{{"text", 24}}, does not become a string that
     // is read beyond the end of the literal.
