@@ -193,6 +193,13 @@ class Object : public Container {
     /// on keys, which are unpredictable.
     static const Entry* LowerBound(const Chunk& chunk, std::uint64_t prefix) noexcept {
         const Entry* from = chunk.entries;
+        if (chunk.capacity <= kTags) {
+            std::size_t before = 0;
+            for (std::uint32_t i = 0; i < chunk.count; ++i) {
+                before += static_cast<std::size_t>(from[i].prefix < prefix);
+            }
+            return from + before;
+        }
         for (std::size_t count = chunk.count; count > 0;) {
             const std::size_t half = (count + 1) / 2;
             from += half * static_cast<std::size_t>(from[half - 1].prefix < prefix);
