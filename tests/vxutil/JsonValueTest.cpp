@@ -172,6 +172,8 @@ TEST(JsonValue, LooksUpWithoutFailing) {
                 lengths["abcdefghijklmno"] == 6 && lengths["abcdefghijklmnop"] == 7 &&
                 lengths["\xc3\xa9"] == 8);
     EXPECT_TRUE(lengths["abc"].isNull() && lengths["abcdefgi"].isNull());
+    const Value sixteen = Json(R"({"0123456789abcdef":1})");
+    EXPECT_TRUE(sixteen["0123456X89abcdef"].isNull());
     EXPECT_TRUE(full["k"][0].asInt() == 1 && full["k"].size() == 1 && !full["k"].empty());
 }
 

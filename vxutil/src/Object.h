@@ -42,14 +42,13 @@ inline std::uint64_t KeyPrefix(std::string_view key) noexcept {
     return at(0) | at(size / 2) | at(size - 1) | size;
 }
 
-/// Returns whether a member has the key `key`, whose prefix is that of the member's key. Reads the
-/// member only if the key is longer than the prefix.
+/// Returns whether a member has the key `key` of at most 15 bytes, whose prefix is that of the
+/// member's key. Reads the member only if the key is longer than the prefix.
 inline bool HasKey(const Member& member, std::string_view key) noexcept {
     const std::size_t size = key.size();
     if (size < 8) return true;
     if (size != member.key.size()) return false;
     const char* const bytes = member.key.data();
-    if (size > 15) return std::memcmp(bytes + 7, key.data() + 7, size - 7) == 0;
     return std::memcmp(bytes + size - 8, key.data() + size - 8, 8) == 0;
 }
 
