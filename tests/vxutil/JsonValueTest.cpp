@@ -216,7 +216,7 @@ void CompareWithMap(std::vector<std::string> keys, std::mt19937& random) {
     std::map<std::string, Value*> model;
     Value object;
     const Value& constant = object;
-    for (const unsigned share : {100u, 50u, 100u, 1u, 100u, 0u, 20u}) {
+    for (const unsigned share : {100u, 50u, 50u, 100u, 1u, 100u, 0u, 20u}) {
         std::shuffle(keys.begin(), keys.end(), random);
         for (const std::string& key : keys) {
             if (random() % 100 < share) {
