@@ -71,8 +71,7 @@ const Value& Nothing() noexcept;
 /// 4. The entries of the first chunk are part of the object's own allocation or of a block. Those
 ///    of the other chunks are allocated separately, and always with kChunkEntries entries.
 /// 5. While the first chunk has a capacity of at most kTags entries, it is the only one, and
-/// tags_[i]
-///    is the tag of entry i.
+///    `tags_[i]` is the tag of entry i.
 /// 6. Until the first chunk is split, there are as many slots as entries: both grow in one
 ///    allocation, and an object created with its number of members needs no further one.
 class Object : public Container {
