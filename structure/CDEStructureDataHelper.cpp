@@ -14,9 +14,11 @@
 
 bool CDEStructureDataHelper::GetBinaryDataInfo(const std::string& blob, std::string& name,
                                                vxJson::Value& schema, int& offset) {
-    if (&blob == &name) return GetBinaryDataInfo(std::string(blob), name, schema, offset);
+    // The name is replaced while the rest of the frame is read.
+    const std::string copy = &blob == &name ? blob : std::string();
+    const std::string& frame = &blob == &name ? copy : blob;
     std::size_t length = 0;
-    if (!dataengine::detail::ReadHeader(blob, name, schema, length)) return false;
+    if (!dataengine::detail::ReadHeader(frame, name, schema, length)) return false;
     offset = static_cast<int>(length);
     return true;
 }

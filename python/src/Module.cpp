@@ -17,6 +17,7 @@ void SetError(const py::handle& type, const char* message) {
 
 /// Translates the exceptions of the library: a frame that cannot be read is a FrameError, anything
 /// else that the library rejects a ValueError.
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the type that pybind11 calls
 void Translate(std::exception_ptr error) {
     try {
         if (error) std::rethrow_exception(error);
@@ -57,7 +58,8 @@ void BindReading(py::module_& module) {
 }  // namespace dataengine::python
 
 PYBIND11_MODULE(_core, module) {
-    using namespace dataengine::python;
+    using namespace dataengine::python;  // NOLINT(google-build-using-namespace): of this module
+                                         // only
     ImportTypes();
     pybind11::register_exception_translator(&Translate);
     BindNames(module);

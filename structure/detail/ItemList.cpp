@@ -14,8 +14,10 @@ constexpr ItemList::Position kFirstRead = 16;
 constexpr std::size_t kKeyBytes = sizeof(std::uint64_t);
 
 std::size_t SharedPrefix(std::string_view a, std::string_view b) {
-    const auto end = a.begin() + static_cast<std::ptrdiff_t>(std::min(a.size(), b.size()));
-    return static_cast<std::size_t>(std::mismatch(a.begin(), end, b.begin()).first - a.begin());
+    const std::size_t most = std::min(a.size(), b.size());
+    std::size_t shared = 0;
+    while (shared != most && a[shared] == b[shared]) ++shared;
+    return shared;
 }
 
 /// Returns the key of a name of at least `skip` bytes.
@@ -151,12 +153,14 @@ void ItemList::SortByKey() {
             ++counts[byte][entry.key >> 8 * byte & 0xff];
     }
     std::vector<Entry> sorted(order_.size());
-    for (std::size_t byte = 0; byte != kKeyBytes; ++byte) {
-        std::array<Position, 256>& ends = counts[byte];
-        if (ends[order_.front().key >> 8 * byte & 0xff] == order_.size()) continue;
+    unsigned shift = 0;
+    for (std::array<Position, 256>& ends : counts) {
+        const auto byteOf = [shift](const Entry& entry) { return entry.key >> shift & 0xff; };
+        shift += 8;
+        if (ends[byteOf(order_.front())] == order_.size()) continue;
         std::partial_sum(ends.begin(), ends.end(), ends.begin());
         for (auto entry = order_.rbegin(); entry != order_.rend(); ++entry)
-            sorted[--ends[entry->key >> 8 * byte & 0xff]] = *entry;
+            sorted[--ends[byteOf(*entry)]] = *entry;
         sorted.swap(order_);
     }
 }
@@ -166,7 +170,7 @@ void ItemList::SortGroup(Iterator begin, Iterator end) {
     const auto nameOf = [this](const Entry& entry) { return NameAt(entry.position); };
     std::stable_sort(begin, end,
                      [&nameOf](const Entry& a, const Entry& b) { return nameOf(a) < nameOf(b); });
-    for (Iterator entry = begin + 1; entry != end; ++entry) {
+    for (auto entry = begin + 1; entry != end; ++entry) {
         const Entry& before = *(entry - 1);
         if (nameOf(*entry) == nameOf(before))
             items_[entry->position].first = items_[before.position].first;

@@ -68,7 +68,7 @@ const WantedName* Renaming::Find(const Range& range, std::string_view name, std:
     const auto isLess = [skipped](const WantedName& entry, std::string_view wanted) {
         return entry.name.substr(skipped) < wanted;
     };
-    const Position place = std::lower_bound(range.begin, range.end, name, isLess);
+    const auto place = std::lower_bound(range.begin, range.end, name, isLess);
     const bool found = place != range.end && place->name.substr(skipped) == name;
     return found ? &*place : nullptr;
 }
@@ -81,7 +81,7 @@ Renaming::Range Renaming::ColumnsOf(std::string_view table) const {
     const auto isGreater = [&prefix](int, const WantedName& entry) {
         return entry.name.compare(0, prefix.size(), prefix) > 0;
     };
-    const Position begin = std::lower_bound(names_.begin(), names_.end(), 0, isLess);
+    const auto begin = std::lower_bound(names_.begin(), names_.end(), 0, isLess);
     return {begin, std::upper_bound(begin, names_.end(), 0, isGreater)};
 }
 

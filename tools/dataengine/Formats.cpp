@@ -163,6 +163,7 @@ class Grid : public Cells {
 
 /// Prints a list with a comma after each element but the last.
 template <typename Print>
+// NOLINTNEXTLINE(misc-no-recursion)
 void PrintList(const JsonValue& list, Sink& sink, const Print& print) {
     for (const JsonValue& element : list.GetArray()) {
         if (&element != list.Begin()) sink.text += ',';
@@ -171,6 +172,8 @@ void PrintList(const JsonValue& list, Sink& sink, const Print& print) {
     }
 }
 
+/// Prints an item, and the columns and attributes of a table, which have no children.
+// NOLINTNEXTLINE(misc-no-recursion)
 void PrintItem(const JsonValue& item, Sink& sink) {
     char separator = '{';
     for (const auto& member : item.GetObject()) {
@@ -180,6 +183,7 @@ void PrintItem(const JsonValue& item, Sink& sink) {
         if (member.value.IsArray()) {
             const bool holdsItems = StringOf(member.name) != "value";
             sink.text += '[';
+            // NOLINTNEXTLINE(misc-no-recursion)
             PrintList(member.value, sink, [&](const JsonValue& element) {
                 holdsItems ? PrintItem(element, sink) : AppendJson(element, sink.text);
             });

@@ -29,13 +29,13 @@ class Drawing {
           screen_(screen),
           sink_(sink),
           widths_(cells.Columns()),
-          isNumeric_(cells.Columns(), true) {
+          isNumeric_(cells.Columns(), 1) {
         for (std::size_t row = 0; row < cells_.Rows(); ++row) {
             for (std::size_t i = 0; i < widths_.size(); ++i) {
                 const auto integer = cells_.IntegerWidth(row, i);
                 const std::size_t width = integer ? *integer : Read(row, i);
                 widths_[i] = std::max(widths_[i], std::min(width, Widest()));
-                isNumeric_[i] = isNumeric_[i] && (row == 0 || integer || IsNumber(cell_));
+                if (row != 0 && !integer && !IsNumber(cell_)) isNumeric_[i] = 0;
             }
         }
     }
@@ -112,9 +112,9 @@ class Drawing {
             const std::size_t column = std::min(widths_[i], widest);
             const std::size_t blanks = column > width ? column - width : 0;
             if (i != block.front()) line.Fill(kGap);
-            if (isNumeric_[i]) line.Fill(blanks);
+            if (isNumeric_[i] != 0) line.Fill(blanks);
             line += cell_;
-            if (!isNumeric_[i]) line.Fill(blanks);
+            if (isNumeric_[i] == 0) line.Fill(blanks);
         }
         line.Truncate(std::max(line.Bytes().find_last_not_of(' ') + 1, begin));
     }

@@ -13,7 +13,7 @@ bool IsFormatMark(wchar_t c) {
            (c >= 0x2060 && c <= 0x206f) || c == 0xfeff;
 }
 
-std::string JsonEscape(wchar_t code) {
+std::string JsonEscape(char32_t code) {
     const auto unit = [](std::uint32_t value) {
         return "\\u" + HexOf(std::string{static_cast<char>(value >> 8), static_cast<char>(value)});
     };
@@ -96,7 +96,8 @@ std::string ForTerminal(std::string_view lines, Content content) {
         if (glyph.width >= 0 || glyph.bytes == "\n") {
             safe += glyph.bytes;
         } else {
-            safe += content == Content::kJson ? JsonEscape(glyph.code) : TextEscape(glyph.bytes);
+            safe += content == Content::kJson ? JsonEscape(static_cast<char32_t>(glyph.code))
+                                              : TextEscape(glyph.bytes);
         }
         lines.remove_prefix(glyph.bytes.size());
     }

@@ -32,7 +32,7 @@ int Unpack(const Options& options) {
         try {
             sink.text += separator + ExactText(packed);
         } catch (const msgpack::unpack_error&) {
-            sink.text += separator + ("{\"$raw\":\"" + HexOf(bytes.substr(offset)) + "\"}");
+            sink.text += separator + (R"({"$raw":")" + HexOf(bytes.substr(offset)) + "\"}");
             error = "byte " + std::to_string(offset) + ": is not a packed value; kept as \"$raw\"";
         }
         separator = ",\n";
