@@ -159,8 +159,8 @@ void ItemList::SortByKey() {
         shift += 8;
         if (ends[byteOf(order_.front())] == order_.size()) continue;
         std::partial_sum(ends.begin(), ends.end(), ends.begin());
-        for (auto entry = order_.rbegin(); entry != order_.rend(); ++entry)
-            sorted[--ends[byteOf(*entry)]] = *entry;
+        for (std::size_t i = order_.size(); i-- != 0;)
+            sorted[--ends[byteOf(order_[i])]] = order_[i];
         sorted.swap(order_);
     }
 }
