@@ -55,11 +55,14 @@ class PackedFrameWriter {
 
     /// Starts an empty frame of the unit `name`, which is stored byte for byte.
     DATAENGINE_EXPORT explicit PackedFrameWriter(const std::string& name);
+    /// Copies deeply, or takes over the content. A moved-from writer may only be destroyed or
+    /// assigned to. @{
     DATAENGINE_EXPORT PackedFrameWriter(const PackedFrameWriter& other);
     DATAENGINE_EXPORT PackedFrameWriter(PackedFrameWriter&& other) noexcept;
     DATAENGINE_EXPORT PackedFrameWriter& operator=(const PackedFrameWriter& other);
     DATAENGINE_EXPORT PackedFrameWriter& operator=(PackedFrameWriter&& other) noexcept;
     DATAENGINE_EXPORT ~PackedFrameWriter();
+    /// @}
 
     /// Adds a leaf. Throws vxJson::Error if `type` is kTableType, and if `value` is a time or
     /// contains one. Complexity: linear in the size of `value`.

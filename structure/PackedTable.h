@@ -24,8 +24,8 @@ struct PackedColumn {
     /// The bytes of a string are in the frame, or in the pool of the table.
     using Texts = std::vector<std::string_view>;
 
-    std::string name;
-    int type = 0;
+    std::string name;  ///< as in the schema
+    int type = 0;      ///< of the schema, passed through
 
     /// An array if all values that are not null are of one kind: unsigned integers only if one is
     /// above 2^63-1. A value that is null is 0, false or "". Anything else is the value as it is in
@@ -42,8 +42,8 @@ struct PackedColumn {
 ///
 /// Strings and values refer to the bytes of the frame and to `document`: both must outlive them.
 struct PackedTable {
-    std::string name;
-    std::vector<PackedColumn> columns;
+    std::string name;                   ///< as in the schema
+    std::vector<PackedColumn> columns;  ///< in the order of the selection
     /// The "attributes" of the table as in a decoded document. Its pool also holds values of
     /// columns.
     rapidjson::Document document;

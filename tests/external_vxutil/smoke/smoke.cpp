@@ -85,7 +85,7 @@ int main() {
     const std::string rows[][2] = {
         {Record(), R"({"devId":"def","name":"show version","param":null,"type":"cmd"}2)"},
         {Frame(), "u[true,{}]1"},
-        {ReadFrame(), "97t.c: byte 77: the value begins outside the payload"},
+        {ReadFrame(), "97t.c: byte 209: the value begins outside the payload"},
         {WrittenFrame(), "\x81\xa1\x61\x92\x07\xa1\x62[0]"},
         {Query(), R"({"devTypes":[3,-4],"name":"path","param":null,"rtnFields":null})"},
         {Mapping(), "gv"},
