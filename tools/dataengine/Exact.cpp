@@ -82,7 +82,7 @@ class ExactPrinter {
         PackedBytes ahead = bytes_;
         const PackedHead& head = ahead.Head();
         if (head.kind != PackedKind::kStr && head.kind != PackedKind::kBin)
-            Spoil("a map key that is not a string");
+            MakeNull("a map key that is not a string");
         if (head.kind != PackedKind::kStr) return false;
         const std::string_view key = Take(ahead, ahead.TakeLength(head));
         return IsUtf8(key) && (key.empty() || key.front() != '$');
@@ -106,7 +106,7 @@ class ExactPrinter {
             case PackedKind::kFloat64: {
                 const std::string_view bits(bytes_.Next() + 1, head.size - std::size_t{1});
                 const double value = bytes_.TakeFloat(head);
-                if (!std::isfinite(value)) Spoil(std::isnan(value) ? "NaN" : "infinity");
+                if (!std::isfinite(value)) MakeNull(std::isnan(value) ? "NaN" : "infinity");
                 return Put(FloatText(value, bits));
             }
             case PackedKind::kStr:
@@ -115,7 +115,7 @@ class ExactPrinter {
                               head.kind == PackedKind::kStr ? "str" : "bin");
             case PackedKind::kExt: {
                 const std::string_view data = Take(bytes_, bytes_.TakeLength(head));
-                Spoil("ext");
+                MakeNull("ext");
                 return Put("{\"$ext\":[" + std::to_string(static_cast<signed char>(data[0])) +
                            ",\"" + HexOf(data.substr(1)) + "\"]}");
             }
@@ -147,7 +147,8 @@ class ExactPrinter {
     void Put(std::string_view text) {
         if (exact_.text.size() <= limit_) exact_.text += text;
     }
-    void Spoil(const char* reason) {
+    /// Records why documents hold null for the whole value.
+    void MakeNull(const char* reason) {
         if (exact_.nullReason.empty()) exact_.nullReason = reason;
     }
 
