@@ -16,7 +16,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     for (const std::string& frame : {parts[2], parts[2], SampleUnit::Written().Frame(), parts[2]}) {
         Require(SameReading(reader, frame, JsonOrNull(parts[1]), selection));
         rapidjson::Document document;
-        EndingOf([&] { return reader.Decode(document); });
+        EndingOf([&] { return reader.Open(frame) && reader.Decode(document); });
     }
     return 0;
 }
