@@ -6,8 +6,8 @@
 
 #include "contracts/detail/JsonValues.h"
 #include "contracts/detail/TakeText.h"
-#include "documents/ParseJson.h"
-#include "documents/RenderJson.h"
+#include "contracts/detail/rapidjson/ParseJson.h"
+#include "contracts/detail/rapidjson/RenderJson.h"
 
 using dataengine::detail::NullValue;
 using dataengine::detail::TakeText;

@@ -5,7 +5,7 @@
 #include <string>
 #include <utility>
 
-#include "documents/RenderJson.h"
+#include "contracts/detail/rapidjson/RenderJson.h"
 #include "structure/detail/DocumentBuilder.h"
 #include "structure/detail/FrameHeader.h"
 #include "structure/detail/ItemList.h"

@@ -8,8 +8,8 @@
 #include <utility>
 
 #include "contracts/detail/JsonValues.h"
-#include "documents/FindMember.h"
-#include "documents/ParseJson.h"
+#include "contracts/detail/rapidjson/FindMember.h"
+#include "contracts/detail/rapidjson/ParseJson.h"
 #include "structure/detail/PackedFormat.h"
 #include "structure/detail/ValuePacker.h"
 

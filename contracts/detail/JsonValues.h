@@ -9,7 +9,7 @@
 #include <vector>
 
 #ifdef DATAENGINE_EXTERNAL_VXUTIL
-#include "documents/ParseJson.h"
+#include "contracts/detail/rapidjson/ParseJson.h"
 #endif
 
 // JSON values in the operations that every VxUtil has, and everything in which the bundled VxUtil

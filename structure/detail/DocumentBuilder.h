@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-#include "documents/RawValues.h"
+#include "contracts/detail/rapidjson/RawValues.h"
 #include "structure/detail/PackedBytes.h"
 #include "structure/detail/SelectionWalk.h"
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <utility>
 
-#include "documents/FindMember.h"
+#include "contracts/detail/rapidjson/FindMember.h"
 #include "structure/detail/PackedFormat.h"
 
 namespace dataengine::detail {

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "documents/RawValues.h"
+#include "contracts/detail/rapidjson/RawValues.h"
 
 namespace dataengine::detail {
 

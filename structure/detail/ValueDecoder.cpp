@@ -3,7 +3,7 @@
 #include <cstring>
 #include <utility>
 
-#include "documents/ParseJson.h"
+#include "contracts/detail/rapidjson/ParseJson.h"
 #include "structure/detail/PackedPrinter.h"
 #include "structure/detail/PackedWalk.h"
 #include "structure/detail/ScalarFiller.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "documents/RawValues.h"
+#include "contracts/detail/rapidjson/RawValues.h"
 #include "structure/detail/PackedBytes.h"
 
 namespace dataengine::detail {

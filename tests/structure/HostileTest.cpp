@@ -1,6 +1,6 @@
 #include <sys/resource.h>
 
-#include "documents/RenderJson.h"
+#include "contracts/detail/rapidjson/RenderJson.h"
 #include "tests/structure/Decode.h"
 #include "tests/structure/SampleUnit.h"
 #include "tests/support/BothDecoders.h"

@@ -14,7 +14,7 @@
 #include <optional>
 #include <sstream>
 
-#include "documents/ParseJson.h"
+#include "contracts/detail/rapidjson/ParseJson.h"
 #include "tools/dataengine/Failure.h"
 
 namespace dataengine::tool {

@@ -5,7 +5,7 @@
 #include <charconv>
 #include <cmath>
 
-#include "documents/RenderJson.h"
+#include "contracts/detail/rapidjson/RenderJson.h"
 #include "structure/PackedFrame.h"
 #include "tools/dataengine/Csv.h"
 #include "tools/dataengine/Exact.h"

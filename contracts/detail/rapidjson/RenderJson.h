@@ -8,7 +8,7 @@
 #include <cstring>
 #include <vector>
 
-#include "documents/RapidJsonAllocator.h"
+#include "contracts/detail/rapidjson/RapidJsonAllocator.h"
 
 namespace dataengine::detail {
 

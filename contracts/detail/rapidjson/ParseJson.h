@@ -11,9 +11,9 @@
 #include <utility>
 #include <vector>
 
-#include "documents/RapidJsonAllocator.h"
-#include "documents/RawValues.h"
-#include "documents/ReadableText.h"
+#include "contracts/detail/rapidjson/RapidJsonAllocator.h"
+#include "contracts/detail/rapidjson/RawValues.h"
+#include "contracts/detail/rapidjson/ReadableText.h"
 
 namespace dataengine::detail {
 
