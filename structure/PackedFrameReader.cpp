@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdint>
 #include <limits>
-#include <msgpack.hpp>
 #include <optional>
 #include <utility>
 
@@ -11,6 +10,7 @@
 #include "structure/detail/DecodePlan.h"
 #include "structure/detail/DocumentBuilder.h"
 #include "structure/detail/FrameHeader.h"
+#include "structure/detail/MsgpackErrors.h"
 #include "structure/detail/PackedFault.h"
 #include "structure/detail/PayloadLayout.h"
 

@@ -1,7 +1,6 @@
 #include "python/src/Frames.h"
 
 #include <atomic>
-#include <msgpack.hpp>
 #include <unordered_map>
 #include <utility>
 
@@ -9,6 +8,7 @@
 #include "python/src/Values.h"
 #include "structure/CDEStructureDataHelper.h"
 #include "structure/PackedFrame.h"
+#include "structure/detail/MsgpackErrors.h"
 
 namespace dataengine::python {
 namespace {

@@ -2,9 +2,10 @@
 
 #include <algorithm>
 #include <iterator>
-#include <msgpack.hpp>
 #include <new>
 #include <utility>
+
+#include "structure/detail/MsgpackErrors.h"
 
 namespace dataengine::detail {
 

@@ -1,9 +1,9 @@
 #include "structure/detail/DocumentBuilder.h"
 
 #include <algorithm>
-#include <msgpack.hpp>
 #include <new>
 
+#include "structure/detail/MsgpackErrors.h"
 #include "structure/detail/ValueDecoder.h"
 
 namespace dataengine::detail {

@@ -3,10 +3,11 @@
 #include <VxUtil/vxJson.h>
 
 #include <cstddef>
-#include <msgpack.hpp>
 #include <string>
 #include <string_view>
 #include <utility>
+
+#include "structure/detail/MsgpackErrors.h"
 
 namespace dataengine::detail {
 

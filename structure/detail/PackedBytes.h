@@ -4,7 +4,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <msgpack.hpp>
+
+#include "structure/detail/MsgpackErrors.h"
 
 namespace dataengine::detail {
 

@@ -1,7 +1,6 @@
 #include "structure/detail/PackedFault.h"
 
-#include <msgpack.hpp>
-
+#include "structure/detail/MsgpackErrors.h"
 #include "structure/detail/PackedBytes.h"
 
 namespace dataengine::detail {

@@ -1,10 +1,10 @@
 #include "structure/detail/PayloadLayout.h"
 
 #include <limits>
-#include <msgpack.hpp>
 
 #include "contracts/detail/JsonValues.h"
 #include "structure/detail/ItemList.h"
+#include "structure/detail/MsgpackErrors.h"
 #include "structure/detail/PackedFault.h"
 #include "structure/detail/PackedFormat.h"
 

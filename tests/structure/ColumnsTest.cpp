@@ -1,10 +1,9 @@
 #include <gtest/gtest.h>
 
-#include <msgpack.hpp>
-
 #include "structure/PackedFrameReader.h"
 #include "structure/PackedFrameWriter.h"
 #include "structure/PackedTable.h"
+#include "structure/detail/MsgpackErrors.h"
 #include "tests/support/RandomPacked.h"
 #include "tests/support/SameDocument.h"
 

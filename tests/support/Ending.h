@@ -3,9 +3,10 @@
 #include <VxUtil/vxJson.h>
 
 #include <exception>
-#include <msgpack.hpp>
 #include <string>
 #include <typeinfo>
+
+#include "structure/detail/MsgpackErrors.h"
 
 /// Runs `call`. Returns its result as text, or the class of its exception.
 template <typename Call>

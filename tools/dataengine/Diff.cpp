@@ -1,8 +1,8 @@
 // Prints the items, columns and rows in which two frames differ, one per line.
 #include <algorithm>
 #include <map>
-#include <msgpack.hpp>
 
+#include "structure/detail/MsgpackErrors.h"
 #include "structure/detail/PackedBytes.h"
 #include "tools/dataengine/Commands.h"
 #include "tools/dataengine/Exact.h"

@@ -8,9 +8,9 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
-#include <msgpack.hpp>
 #include <vector>
 
+#include "structure/detail/MsgpackErrors.h"
 #include "tools/dataengine/Text.h"
 
 namespace dataengine::tool {

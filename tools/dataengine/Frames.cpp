@@ -2,9 +2,9 @@
 
 #include <functional>
 #include <map>
-#include <msgpack.hpp>
 #include <sstream>
 
+#include "structure/detail/MsgpackErrors.h"
 #include "structure/detail/PackedBytes.h"
 #include "structure/detail/PackedFormat.h"
 #include "tools/dataengine/Failure.h"

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cmath>
 #include <map>
-#include <msgpack.hpp>
 
 #include "structure/CDEStructureDataHelper.h"
+#include "structure/detail/MsgpackErrors.h"
 #include "tools/dataengine/Commands.h"
 #include "tools/dataengine/Exact.h"
 #include "tools/dataengine/Failure.h"

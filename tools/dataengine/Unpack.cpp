@@ -1,6 +1,6 @@
 // Prints a frame as JSON text that loses nothing, which pack reads.
-#include <msgpack.hpp>
 
+#include "structure/detail/MsgpackErrors.h"
 #include "tools/dataengine/Commands.h"
 #include "tools/dataengine/Exact.h"
 #include "tools/dataengine/Failure.h"
