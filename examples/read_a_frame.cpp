@@ -10,7 +10,7 @@
 #include "structure/PackedFrameReader.h"
 #include "structure/PackedFrameWriter.h"
 
-// [a structured answer out of the store]
+// [quoted]
 /// Decodes the frames of one parser, one after the other. A reader is kept for all of them, since
 /// it remembers their header and what the selection comes to in its schema.
 class DeviceFrames {

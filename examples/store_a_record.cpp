@@ -8,7 +8,7 @@
 
 #include "records/CDEDataShowCommand.h"
 
-// [a record into the store]
+// [quoted]
 void Store(const CDeviceIdentifier& device, const std::string& command, const std::string& output,
            long long milliseconds) {
     CDEDataShowCommand record(device);

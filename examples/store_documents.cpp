@@ -14,6 +14,7 @@
 
 namespace {
 
+// [quoted]
 namespace MetaRecord = DataEngineNames::MetaRecord;
 namespace Operator = StoreNames::Operator;
 
@@ -24,6 +25,7 @@ vxJson::Value MakeFilter(CDEDataShowCommand& record) {
     filter[MetaRecord::md5][Operator::ne] = record.GetDataMD5();
     return filter;
 }
+// [end]
 
 vxJson::Value MakeUpdate(CDEDataShowCommand& record) {
     vxJson::Value update;
