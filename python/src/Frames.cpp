@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "python/src/Columns.h"
+#include "python/src/GilRelease.h"
 #include "python/src/Values.h"
 #include "structure/CDEStructureDataHelper.h"
 #include "structure/PackedFrame.h"
@@ -120,7 +121,7 @@ void Reader::Open(std::string_view frame, std::uint64_t id) {
 
 template <typename Step>
 void Reader::Run(std::string_view frame, std::uint64_t id, const Step& step) {
-    const py::gil_scoped_release release;
+    const GilRelease release;
     const std::lock_guard<std::mutex> guard(lock_);
     try {
         if (openedId_ != id) Open(frame, id);

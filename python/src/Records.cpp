@@ -6,6 +6,7 @@
 
 #include "bson/Bson.h"
 #include "python/src/Buffer.h"
+#include "python/src/GilRelease.h"
 #include "python/src/Module.h"
 #include "python/src/Values.h"
 #include "records/CDEDataConfigFile.h"
@@ -88,7 +89,7 @@ vxJson::Value StatusOf(CDEDataBase& record) {
 py::bytes Encode(const vxJson::Value& document) {
     std::string bytes;
     {
-        const py::gil_scoped_release release;
+        const GilRelease release;
         bytes = bson::Encode(document);
     }
     return bytes;
@@ -98,7 +99,7 @@ py::object Decode(const py::handle& data) {
     const Buffer buffer(data);
     vxJson::Value document;
     {
-        const py::gil_scoped_release release;
+        const GilRelease release;
         document = bson::Decode(buffer.Bytes().data(), buffer.Bytes().size());
     }
     return ToPython(document);

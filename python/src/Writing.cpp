@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "python/src/GilRelease.h"
 #include "python/src/Module.h"
 #include "python/src/Values.h"
 #include "structure/PackedFrameWriter.h"
@@ -20,7 +21,7 @@ class Writer {
     /// Calls `step` with the writer, without the GIL.
     template <typename Step>
     auto Run(const Step& step) {
-        const py::gil_scoped_release release;
+        const GilRelease release;
         const std::lock_guard<std::mutex> guard(lock_);
         return step(writer_);
     }

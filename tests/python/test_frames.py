@@ -6,6 +6,8 @@ import mmap
 import pickle
 import random
 import struct
+import subprocess
+import sys
 import threading
 
 import msgpack
@@ -310,6 +312,24 @@ def test_one_reader_for_many_frames_and_threads():
     for thread in threads:
         thread.join()
     assert wrong == []
+
+
+def test_the_interpreter_ends_while_daemon_threads_decode():
+    program = """
+import threading, time
+import dataengine as de
+writer = de.FrameWriter("u")
+writer.add_leaf("leaf", 1, ["text"] * 100_000)
+frame = de.FrameReader().open(writer.frame())
+def decode():
+    while True:
+        frame.check()
+for _ in range(2):
+    threading.Thread(target=decode, daemon=True).start()
+time.sleep(0.1)
+"""
+    ended = subprocess.run([sys.executable, "-c", program], capture_output=True, timeout=60)
+    assert (ended.returncode, ended.stderr) == (0, b"")
 
 
 def test_deep_values_do_not_overflow_the_stack():
