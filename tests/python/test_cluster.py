@@ -1,8 +1,11 @@
 """Reading a hundred thousand frames with a scheduler and two worker processes."""
 
 import os
+import pathlib
 import random
+import shutil
 import signal
+import tempfile
 import threading
 import time
 
@@ -22,10 +25,22 @@ MIB = 2**20
 
 
 @pytest.fixture(scope="module")
-def store(tmp_path_factory):
-    """Writes the frames into two folders: a fifth of them, and all others."""
+def store():
+    """Writes the frames into two folders: a fifth of them, and all others.
+
+    They are in memory where that is possible, and are removed at once: a disk may take minutes to
+    remove so many files, for which a later run of pytest would wait at its end.
+    """
+    memory = "/dev/shm"
+    if not os.path.isdir(memory) or shutil.disk_usage(memory).free < 1024 * MIB:
+        memory = None
+    with tempfile.TemporaryDirectory(dir=memory) as name:
+        write_store(pathlib.Path(name))
+        yield pathlib.Path(name)
+
+
+def write_store(root):
     draw = random.Random(5)
-    root = tmp_path_factory.mktemp("store")
     for part in ("first", "rest"):
         (root / part).mkdir()
     speeds = [draw.choice([None, 100, 1000, 10000]) for _ in range(1000)]
@@ -36,7 +51,6 @@ def store(tmp_path_factory):
                           "speed": speeds[first:first + 24]}).frame()
         with open(root / ("first" if i < FRAMES // 5 else "rest") / f"{i:06}", "wb") as file:
             file.write(data)
-    return root
 
 
 @pytest.fixture
