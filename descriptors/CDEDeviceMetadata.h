@@ -17,8 +17,9 @@
 ///
 /// Mirrors IJsonSerialize but does not derive from it. Loading and saving differ: "data" is loaded
 /// but never saved; the flag and the second checksum are neither loaded nor saved; "time" is saved
-/// as a plain integer, but a time value loads as well. A move copies. Setters copy their arguments.
-/// Returned references remain valid for the lifetime of the object.
+/// as a plain integer, but a time value loads as well. A move copies, so the source keeps its
+/// fields. Setters copy their arguments. Returned references remain valid for the lifetime of the
+/// object.
 ///
 /// Thread safety: not safe for concurrent use.
 class DATAENGINE_EXPORT CDEDeviceMetadata {

@@ -15,7 +15,7 @@ class DATAENGINE_EXPORT CDETimeRange {
 
     /// Constructs the range between two times, given in either order.
     CDETimeRange(long long a, long long b) : startTime_(std::min(a, b)), endTime_(std::max(a, b)) {}
-    /// Copies both times. A move copies as well. @{
+    /// Copies both times. A move copies, so the source keeps them. @{
     CDETimeRange(const CDETimeRange&) = default;
     CDETimeRange& operator=(const CDETimeRange&) = default;
     /// @}

@@ -43,7 +43,7 @@ bool CDEQueryResultStructureData::SaveToJson(vxJson::Value& target) const {
     dataengine::detail::JsonWriter writer(text);
     dataengine::detail::RenderJson(data_, writer);
     if (text.GetSize() > std::numeric_limits<int>::max())
-        throw std::length_error("the text of a document holds up to 2147483647 bytes");
+        throw std::length_error("the text of a document exceeds 2147483647 bytes");
     target["time"] = TimeValue(time_);
     target["data"] = vxJson::Value(text.GetString(), static_cast<int>(text.GetSize()));
     target["flag"] = flag_;

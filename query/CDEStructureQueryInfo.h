@@ -10,8 +10,9 @@
 /// A query for structured data at a location, with free-form parameters, a selection of the fields
 /// to return and a filter on device types.
 ///
-/// A load adds to the device types and replaces everything else. A move copies.
-/// Setters copy their arguments. Returned references remain valid for the lifetime of the object.
+/// A load adds to the device types and replaces everything else. A move copies, so the source keeps
+/// its fields. Setters copy their arguments. Returned references remain valid for the lifetime of
+/// the object.
 ///
 /// Thread safety: not safe for concurrent use; GetRtnFields gives write access to a const object.
 class DATAENGINE_EXPORT CDEStructureQueryInfo : public IJsonSerialize {

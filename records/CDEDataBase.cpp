@@ -9,6 +9,7 @@
 #include "contracts/detail/JsonValues.h"
 #include "records/detail/RecordChecksum.h"
 #include "schema/DataEngineNames.h"
+#include "schema/StoreNames.h"
 
 using dataengine::detail::BinaryValue;
 using dataengine::detail::NullValue;
@@ -49,12 +50,12 @@ CDEDataBase::CDEDataBase() = default;
 
 CDEDataBase::CDEDataBase(const CDeviceIdentifier& id, EnumDEDataType type)
     : deviceIdentifier_(id), type_(type) {
-    SettleIdentity();
+    IdentifyNode();
 }
 
 CDEDataBase::~CDEDataBase() = default;
 
-void CDEDataBase::SettleIdentity() {
+void CDEDataBase::IdentifyNode() {
     if (deviceIdentifier_.GetDeviceId().IsValid()) {
         nodeIdentify_.nodeId = GetDevId();
         return;
@@ -157,15 +158,16 @@ vxJson::Value CDEDataBase::GetODJson() {
 }
 
 vxJson::Value* CDEDataBase::GetDeviceDataJSon() {
+    namespace names = StoreNames::DeviceData;
     auto out = std::make_unique<vxJson::Value>(NullValue());
-    (*out)["devId"] = GetDevId();
-    (*out)["devName"] = deviceIdentifier_.GetHostName();
-    (*out)["type"] = TypeInt2Str(type_);
+    (*out)[names::devId] = GetDevId();
+    (*out)[names::devName] = deviceIdentifier_.GetHostName();
+    (*out)[names::type] = TypeInt2Str(type_);
     // The type of a system table is its own name, such as "arpTable".
-    (*out)[type_ == DEDataTypeSysTable ? "type" : "name"] = GetName();
-    (*out)["uploadDate"] = TimeValue(time_);
-    (*out)["subName"] = param_;
-    (*out)["content"] = data_;
-    (*out)["length"] = static_cast<unsigned long long>(data_.size());
+    (*out)[type_ == DEDataTypeSysTable ? names::type : names::name] = GetName();
+    (*out)[names::uploadDate] = TimeValue(time_);
+    (*out)[names::subName] = param_;
+    (*out)[names::content] = data_;
+    (*out)[names::length] = static_cast<unsigned long long>(data_.size());
     return out.release();
 }

@@ -195,7 +195,7 @@ class DATAENGINE_EXPORT CDEDataBase {
     /// @}
 
   private:
-    void SettleIdentity();
+    void IdentifyNode();
 
     CDeviceIdentifier deviceIdentifier_;
     NodeIdentify nodeIdentify_;  // used if the device identifier is invalid; no identity if

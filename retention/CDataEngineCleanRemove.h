@@ -10,7 +10,7 @@ class DATAENGINE_EXPORT CDataEngineCleanRemove : public IJsonSerialize {
   public:
     /// Constructs a rule that is not in force, with zeros.
     CDataEngineCleanRemove() = default;
-    /// Copies every field. A move copies as well. @{
+    /// Copies every field. A move copies, so the source keeps them. @{
     CDataEngineCleanRemove(const CDataEngineCleanRemove&) = default;
     CDataEngineCleanRemove& operator=(const CDataEngineCleanRemove&) = default;
     /// @}

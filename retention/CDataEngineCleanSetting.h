@@ -12,7 +12,7 @@ class DATAENGINE_EXPORT CDataEngineCleanSetting : public IJsonSerialize {
   public:
     /// Constructs two rules that are not in force, with zeros.
     CDataEngineCleanSetting() = default;
-    /// Copies every field. A move copies as well. @{
+    /// Copies every field. A move copies, so the source keeps them. @{
     CDataEngineCleanSetting(const CDataEngineCleanSetting&) = default;
     CDataEngineCleanSetting& operator=(const CDataEngineCleanSetting&) = default;
     /// @}

@@ -10,7 +10,7 @@ class DATAENGINE_EXPORT CDataEngineCleanShrink : public IJsonSerialize {
   public:
     /// Constructs a rule that is not in force, with zeros.
     CDataEngineCleanShrink() = default;
-    /// Copies every field. A move copies as well. @{
+    /// Copies every field. A move copies, so the source keeps them. @{
     CDataEngineCleanShrink(const CDataEngineCleanShrink&) = default;
     CDataEngineCleanShrink& operator=(const CDataEngineCleanShrink&) = default;
     /// @}

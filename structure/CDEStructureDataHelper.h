@@ -32,9 +32,11 @@ class DATAENGINE_EXPORT CDEStructureDataHelper {
   public:
     /// Reads the header of a packed buffer.
     ///
-    /// Bytes after the header are ignored. `name` receives the unit's name byte for byte and may be
-    /// the same string as `blob`; `schema` receives the items; `offset` receives the length of the
-    /// header in bytes, which is where the payload begins. `blob` may be a part of `schema`.
+    /// - `blob`: the buffer. Bytes after the header are ignored. It may be `name`, or a part of
+    ///   `schema`.
+    /// - `name`: receives the unit's name byte for byte.
+    /// - `schema`: receives the items.
+    /// - `offset`: receives the length of the header in bytes, which is where the payload begins.
     ///
     /// Returns false, with all three unchanged, if the version is an integer other than 1. A schema
     /// whose text is not JSON leaves `schema` null; the result is still true.
@@ -56,14 +58,15 @@ class DATAENGINE_EXPORT CDEStructureDataHelper {
     ///
     /// Floats are rounded to two decimals. A value that JSON text cannot express is null as a
     /// whole: one with an extension, a NaN, an infinity, a map key that is not a string or a `bin`
-    /// that makes the text invalid. The values are stored in the allocator of `out`.
+    /// that makes the text invalid. The name of an item may have one leading "$", which is removed.
     ///
-    /// `buf` and `len` are the bytes from which offsets count, and their number. `offsets` holds,
-    /// at the "index" of a leaf, the byte offset of its value, and at the "index" of a table the
-    /// array of the byte offsets of its columns and attributes, by their own "index". `fields` is
-    /// null for all items, or an array of names and of objects {"table": name, "column": names,
-    /// "attributes": names}, where null or absent names mean all. The name of an item may have one
-    /// leading "$", which is removed.
+    /// - `buf`, `len`: the bytes from which offsets count, and their number.
+    /// - `schema`: the items, as GetBinaryDataInfo returns them.
+    /// - `offsets`: holds at the "index" of a leaf the byte offset of its value, and at the "index"
+    ///   of a table the array of the byte offsets of its columns and attributes, by their "index".
+    /// - `fields`: null for all items, or an array of names and of objects {"table": name,
+    ///   "column": names, "attributes": names}, where null or absent names mean all.
+    /// - `out`: receives the items. Their values are stored in its allocator.
     ///
     /// Returns false, with `out` unchanged, if `schema` or `offsets` is not an array, if `fields`
     /// is neither null nor an array, and if it is null and the schema has no names.
@@ -90,11 +93,15 @@ class DATAENGINE_EXPORT CDEStructureDataHelper {
     /// Renames the items and table columns of a decoded document in place, and appends each item,
     /// renamed or not, to `items` as compact JSON text.
     ///
-    /// `mapping` maps wanted names to the parser variables that provide them; an entry applies if
-    /// the parser path of its variable is `parserPath`. A leaf is looked up by its name, a column
-    /// by table name, ".", column name. The wanted name of a column is split at its first "." into
-    /// the new names of table and column, and has no effect without one. Of several wanted names
-    /// for one variable, the greatest in the order of `mapping` wins.
+    /// - `mapping`: maps wanted names to the parser variables that provide them.
+    /// - `parserPath`: the parser. An entry applies if this is the parser path of its variable.
+    /// - `document`: an array of items, as ParseBinaryDataToJson produces it.
+    /// - `items`: receives one text for each item.
+    ///
+    /// A leaf is looked up by its name, a column by table name, ".", column name. The wanted name
+    /// of a column is split at its first "." into the new names of table and column, and has no
+    /// effect without one. Of several wanted names for one variable, the greatest in the order of
+    /// `mapping` wins.
     ///
     /// An item that the writer rejects (a NaN or infinity set by the caller) is appended up to that
     /// point. Nothing is appended if the root is not an array. Members of kinds that the decoder

@@ -49,7 +49,7 @@ namespace dataengine {
 /// A writer that was moved from may only be assigned to and destroyed.
 ///
 /// Thread safety: not safe for concurrent use; const operations may run concurrently.
-class PackedFrameWriter {
+class PackedFrameWriter {  // exported by function: Content would be exported with the class
   public:
     class Table;
 

@@ -11,7 +11,7 @@
 /// type. The library does not sort by it.
 ///
 /// A missing "order" loads as 0, not as the largest value that a new object has. There is no save,
-/// and a move copies.
+/// and a move copies, so the source keeps its content.
 ///
 /// Thread safety: not safe for concurrent use.
 class DATAENGINE_EXPORT ParserPriorityDAO {

@@ -34,8 +34,8 @@ struct DATAENGINE_EXPORT MappingInstance {
 ///
 /// A load converts stored names to the form of decoded documents: no leading '$', a table column as
 /// table name, '.', column name. It replaces the strings and the type and adds to the instances.
-/// There are no setters and no save; getters return copies; a move copies. Nothing sets the time
-/// stamp: do not rely on it.
+/// There are no setters and no save. Getters return copies. A move copies, so the source keeps its
+/// content. Nothing sets the time stamp: do not rely on it.
 ///
 /// Thread safety: not safe for concurrent use.
 class DATAENGINE_EXPORT VariableMappingDAO {

@@ -67,7 +67,8 @@ std::optional<std::string_view> ItemList::OwnName(Position position) {
     }
     const vxJson::Value& name = (*this)[position]["name"];
     if (!name.isString()) return std::nullopt;
-    return unread_ = name.asString();
+    unread_ = name.asString();
+    return unread_;
 }
 
 ItemHead ItemList::HeadOf(Position position, std::string_view name) const {

@@ -38,7 +38,7 @@ class PackedPrinter {
         return buffer_.Bytes();
     }
 
-    using Place = bool;  // unused: the printer keeps no state for a container
+    using Context = bool;  // unused: the printer keeps no state for a container
 
     std::uint64_t TakeScalars(PackedBytes&, std::uint64_t, bool) { return 0; }
     bool Element() { return Separate('['); }
@@ -62,10 +62,10 @@ class PackedPrinter {
     }
     bool Ext() { return Put("EXT"); }
 
-    Place BeginArray(std::uint32_t) { return Put("["); }
-    Place BeginMap(std::uint32_t) { return Put("{"); }
-    void EndArray(Place) { Put("]"); }
-    void EndMap(Place) { Put("}"); }
+    Context BeginArray(std::uint32_t) { return Put("["); }
+    Context BeginMap(std::uint32_t) { return Put("{"); }
+    void EndArray(Context) { Put("]"); }
+    void EndMap(Context) { Put("}"); }
 
   private:
     char* Reserve(std::size_t count) { return buffer_.Reserve(count); }

@@ -45,9 +45,9 @@ bool TakeScalar(PackedBytes& bytes, const PackedHead& head, Handler& handler) {
 ///   bool Value()               the value of a key follows
 ///   bool Nil(), Boolean(bool), Integer(PackedInteger), Float(double), Ext()
 ///   bool Str(const char* bytes, std::size_t size), Bin(const char* bytes, std::size_t size)
-///   Place BeginArray(std::uint32_t count), BeginMap(std::uint32_t count)
-///   void EndArray(Place), EndMap(Place)
-///   using Place                state of the handler that it gets back when the container ends
+///   Context BeginArray(std::uint32_t count), BeginMap(std::uint32_t count)
+///   void EndArray(Context), EndMap(Context)
+///   using Context                state of the handler that it gets back when the container ends
 ///
 /// The walk ends when one of them returns false. Declared counts are checked against the remaining
 /// bytes before they are reported: the elements, keys and values reported as declared never
@@ -81,12 +81,12 @@ class PackedWalk {
     }
 
   private:
-    using Place = typename Handler::Place;
+    using Context = typename Handler::Context;
 
     /// A container around the current one. Small, because a level of the input may be one byte.
     struct Level {
         std::uint64_t remaining;  // twice, plus one for a map
-        Place place;
+        Context context;
     };
 
     bool Announce(PackedKind kind) {
@@ -109,7 +109,11 @@ class PackedWalk {
 
     void Leave() {
         const Level& level = around_.back();
-        isMap_ ? handler_.EndMap(level.place) : handler_.EndArray(level.place);
+        if (isMap_) {
+            handler_.EndMap(level.context);
+        } else {
+            handler_.EndArray(level.context);
+        }
         remaining_ = level.remaining / 2;
         isMap_ = level.remaining % 2 == 1;
         remainingAround_ -= remaining_;

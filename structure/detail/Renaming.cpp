@@ -65,12 +65,12 @@ void Renaming::RenameTable(rapidjson::Value* name, rapidjson::Value& columns,
 }
 
 const WantedName* Renaming::Find(const Range& range, std::string_view name, std::size_t skipped) {
-    const auto isLess = [skipped](const WantedName& entry, std::string_view wanted) {
-        return entry.name.substr(skipped) < wanted;
+    const auto isLess = [skipped](const WantedName& other, std::string_view wanted) {
+        return other.name.substr(skipped) < wanted;
     };
-    const auto place = std::lower_bound(range.begin, range.end, name, isLess);
-    const bool found = place != range.end && place->name.substr(skipped) == name;
-    return found ? &*place : nullptr;
+    const auto entry = std::lower_bound(range.begin, range.end, name, isLess);
+    const bool found = entry != range.end && entry->name.substr(skipped) == name;
+    return found ? &*entry : nullptr;
 }
 
 Renaming::Range Renaming::ColumnsOf(std::string_view table) const {

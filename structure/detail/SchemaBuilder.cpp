@@ -37,12 +37,12 @@ bool SchemaBuilder::Str(const char* bytes, std::size_t size) {
     return true;
 }
 
-SchemaBuilder::Place SchemaBuilder::BeginArray(std::uint32_t count) {
+SchemaBuilder::Context SchemaBuilder::BeginArray(std::uint32_t count) {
     if (count == 0) *slot_ = EmptyArray();
     return std::exchange(container_, slot_);
 }
 
-SchemaBuilder::Place SchemaBuilder::BeginMap(std::uint32_t count) {
+SchemaBuilder::Context SchemaBuilder::BeginMap(std::uint32_t count) {
     if (count == 0) *slot_ = EmptyObject();
     return std::exchange(container_, slot_);
 }

@@ -26,7 +26,10 @@ class SchemaBuilder {
 
     std::uint64_t TakeScalars(PackedBytes&, std::uint64_t, bool) { return 0; }
     bool Element();
-    bool Key(PackedKind kind) { return isKey_ = kind == PackedKind::kStr; }
+    bool Key(PackedKind kind) {
+        isKey_ = kind == PackedKind::kStr;
+        return isKey_;
+    }
     bool Value() { return true; }
 
     bool Nil() { return true; }
@@ -37,11 +40,11 @@ class SchemaBuilder {
     bool Bin(const char*, std::size_t) { return false; }
     bool Ext() { return false; }
 
-    using Place = vxJson::Value*;  // the container around a container
-    Place BeginArray(std::uint32_t count);
-    Place BeginMap(std::uint32_t count);
-    void EndArray(Place around) { container_ = around; }
-    void EndMap(Place around) { container_ = around; }
+    using Context = vxJson::Value*;  // the container around a container
+    Context BeginArray(std::uint32_t count);
+    Context BeginMap(std::uint32_t count);
+    void EndArray(Context around) { container_ = around; }
+    void EndMap(Context around) { container_ = around; }
 
   private:
     vxJson::Value* slot_;  // a null value, which the next element becomes

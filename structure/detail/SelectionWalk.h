@@ -43,7 +43,11 @@ class SelectionWalk {
     bool Run(const vxJson::Value& fields) {
         const bool all = fields.isNull();
         if (all ? !HasName() : !fields.isArray()) return false;
-        all ? AllItems() : SelectedItems(fields);
+        if (all) {
+            AllItems();
+        } else {
+            SelectedItems(fields);
+        }
         return true;
     }
 
@@ -125,7 +129,11 @@ class SelectionWalk {
 
     void Children(const vxJson::Value& selection, const vxJson::Value& list) {
         ItemList children(list);
-        selection.isNull() ? AllChildren(children) : SelectedChildren(selection, children);
+        if (selection.isNull()) {
+            AllChildren(children);
+        } else {
+            SelectedChildren(selection, children);
+        }
         handler_.EndChildren();
     }
 

@@ -39,11 +39,15 @@ class ValueFiller {
     /// Returns the outcome of a walk that this handler ended.
     Outcome Ended() const { return ended_; }
 
-    using Place = rapidjson::Value*;  // where the next value after a container goes
+    using Context = rapidjson::Value*;  // where the next value after a container goes
 
     std::uint64_t TakeScalars(PackedBytes& bytes, std::uint64_t remaining, bool isMap) {
         ScalarFiller filler(bytes, slot_, slot_ + remaining, pool_);
-        isMap ? filler.FillMembers() : filler.FillElements();
+        if (isMap) {
+            filler.FillMembers();
+        } else {
+            filler.FillElements();
+        }
         bytes = filler.Bytes();
         return static_cast<std::uint64_t>(filler.Slot() - std::exchange(slot_, filler.Slot()));
     }
@@ -80,16 +84,16 @@ class ValueFiller {
     }
     bool Ext() { return false; }
 
-    Place BeginArray(std::uint32_t count) {
+    Context BeginArray(std::uint32_t count) {
         rapidjson::Value* const array = slot_++;
         return std::exchange(slot_, RawValues::MakeArray(*array, count, pool_));
     }
-    Place BeginMap(std::uint32_t count) {
+    Context BeginMap(std::uint32_t count) {
         rapidjson::Value* const object = slot_++;
         return std::exchange(slot_, RawValues::MakeObject(*object, count, pool_));
     }
-    void EndArray(Place next) { slot_ = next; }
-    void EndMap(Place next) { slot_ = next; }
+    void EndArray(Context next) { slot_ = next; }
+    void EndMap(Context next) { slot_ = next; }
 
   private:
     rapidjson::Value* slot_;  // where the next value goes

@@ -17,8 +17,7 @@ namespace dataengine::detail {
 
 /// Throws Error if `size` is more than the bytes that a frame may have.
 inline void RequireFrameSize(std::size_t size) {
-    if (size > std::numeric_limits<int>::max())
-        throw Error("the frame would exceed 2147483647 bytes");
+    if (size > std::numeric_limits<int>::max()) throw Error("the frame exceeds 2147483647 bytes");
 }
 
 /// Appends packed values to a buffer:

@@ -38,7 +38,7 @@ vxJson::Value DeviceData(CDEDataBase& record) {
     return *view;
 }
 
-TEST(Records, SettleTheirIdentityFromTheHostName) {
+TEST(Records, TakeTheNodeFromTheHostName) {
     for (const auto& row : RowsOf(TEST_DATA "/hosts.txt")) {
         SCOPED_TRACE(row[0]);
         const std::string devId = row[2] == "-" ? kNoGuid : row[2] == "empty" ? "" : row[2];

@@ -38,8 +38,8 @@ inline void ShrinkExponent(const char* text, const char* minus, std::string& buf
     if (buffer.empty()) buffer = text;
     const std::size_t digits = CountDigits(minus + 1);
     const std::size_t zeros = digits - kMaxExponentDigits;
-    const auto place = static_cast<std::size_t>(minus + 1 - text);
-    buffer.replace(place, digits, std::string(zeros, '0').append(kMaxExponentDigits, '9'));
+    const auto begin = static_cast<std::size_t>(minus + 1 - text);
+    buffer.replace(begin, digits, std::string(zeros, '0').append(kMaxExponentDigits, '9'));
 }
 
 /// Returns a text that a rapidjson reader reads without overflow, with the values of the
