@@ -114,4 +114,4 @@ dataengine pack ragged.json -o ragged
  head -c 150000 /dev/zero) > far-index
 # Two tables with a column shorter than the other, in the first one.
 for cells in 1 1,5; do echo '[{"type":11,"name":"t","column":[{"type":1,"name":"a","value":[1,2]},{"type":1,"name":"b","value":['$cells']}],"hashSort":true,"hashColumns":"null","attributes":[]}]'|dataengine pack - --name u -o short-$cells; done
-echo '{"version":1,"name":"n","schema":[{"name":"v","type":1,"index":0}],"payload":[{"$map":[["$a",1]]}]}'|dataengine pack - -o dollar
+echo '{"version":1,"name":"n","schema":[{"name":"v","type":1,"index":0}],"payload":[{"$a22461":1}]}'|dataengine pack - -o dollar

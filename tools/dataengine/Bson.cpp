@@ -1,17 +1,13 @@
 // Prints the BSON documents of a file as Extended JSON, one per line, or their elements with types
 // and sizes.
-#include "tools/dataengine/Commands.h"
-#include "tools/dataengine/Failure.h"
-#include "tools/dataengine/Files.h"
 #include "tools/dataengine/Table.h"
 
 #ifdef DATAENGINE_TOOL_BSON
 #include <bson/bson.h>
 
-#include <limits>
+#include <memory>
 
 #include "bson/Bson.h"
-#include "tools/dataengine/Exact.h"
 #endif
 
 namespace dataengine::tool {
@@ -19,58 +15,20 @@ namespace dataengine::tool {
 #ifdef DATAENGINE_TOOL_BSON
 namespace {
 
-/// The bytes of an element.
-std::string_view ElementOf(const bson_iter_t& at) {
-    return {reinterpret_cast<const char*>(at.raw) + at.off, at.next_off - at.off};
+std::string JsonOf(const bson_t& document) {
+    const std::unique_ptr<char, decltype(&bson_free)> text(
+        bson_as_relaxed_extended_json(&document, nullptr), &bson_free);
+    return text.get();
 }
 
-/// Returns the text of an element that is neither a document nor an array.
-std::string ScalarText(const bson_iter_t& at) {
-    const std::string_view element = ElementOf(at);
-    std::string document(4, '\0');
-    document.append(element).push_back('\0');
-    for (std::size_t i = 0; i < 4; ++i) document[i] = static_cast<char>(document.size() >> (8 * i));
-    std::string text =
-        bson::Decode(document.data(), document.size())[bson_iter_key(&at)].toString(false);
-    bson_subtype_t subtype = BSON_SUBTYPE_BINARY;
-    switch (bson_iter_type(&at)) {
-        case BSON_TYPE_OID:
-            return "{\"$oid\":" + text + "}";
-        case BSON_TYPE_SYMBOL:
-            return "{\"$symbol\":" + text + "}";
-        case BSON_TYPE_CODE:
-            return "{\"$code\":" + text + "}";
-        case BSON_TYPE_BINARY: {
-            const char number =
-                static_cast<char>((bson_iter_binary(&at, &subtype, nullptr, nullptr), subtype));
-            return text.replace(text.size() - 5, 2, HexOf({&number, 1}));
-        }
-        default:
-            return text;
-    }
-}
-
-bool HoldsElements(const bson_iter_t& at) {
-    return bson_iter_type(&at) == BSON_TYPE_DOCUMENT || bson_iter_type(&at) == BSON_TYPE_ARRAY;
-}
-
-/// Appends a document or an array. It has been checked, so it has at most 100 levels.
-// NOLINTNEXTLINE(misc-no-recursion)
-void AppendText(bson_iter_t at, bool isArray, std::string& text) {
-    char separator = isArray ? '[' : '{';
-    bool isEmpty = true;
-    for (; bson_iter_next(&at); separator = ',', isEmpty = false) {
-        text += separator;
-        if (!isArray) text += JsonString(bson_iter_key(&at)) + ":";
-        bson_iter_t child;
-        if (HoldsElements(at) && bson_iter_recurse(&at, &child)) {
-            AppendText(child, bson_iter_type(&at) == BSON_TYPE_ARRAY, text);
-        } else {
-            text += ScalarText(at);
-        }
-    }
-    if (isEmpty) text += separator;
-    text += isArray ? ']' : '}';
+/// Returns the text of an element.
+std::string ValueText(const bson_iter_t& at) {
+    bson_t document = BSON_INITIALIZER;
+    bson_append_iter(&document, "", 0, &at);
+    const std::string text = JsonOf(document);
+    bson_destroy(&document);
+    constexpr std::size_t kAround = sizeof "{ \"\" : " - 1;
+    return text.substr(kAround, text.size() - kAround - sizeof " }" + 1);
 }
 
 const char* TypeName(bson_type_t type) {
@@ -85,22 +43,25 @@ const char* TypeName(bson_type_t type) {
 
 /// Adds a row for each element of a document, and of the documents in it: at most 100 levels.
 // NOLINTNEXTLINE(misc-no-recursion)
-void AddRows(bson_iter_t at, const char* file, const std::string& indent, StringCells& cells) {
+void AddRows(bson_iter_t& at, const char* file, const std::string& indent, StringCells& cells) {
     while (bson_iter_next(&at)) {
-        const std::string_view element = ElementOf(at);
         const bson_type_t type = bson_iter_type(&at);
-        cells.rows.push_back({std::to_string(element.data() - file), std::to_string(element.size()),
+        const bool isContainer = type == BSON_TYPE_DOCUMENT || type == BSON_TYPE_ARRAY;
+        const auto offset = reinterpret_cast<const char*>(at.raw) + at.off - file;
+        cells.rows.push_back({std::to_string(offset), std::to_string(at.next_off - at.off),
                               TypeName(type), indent + bson_iter_key(&at),
-                              HoldsElements(at) ? "" : Cut(ScalarText(at), 60)});
+                              isContainer ? "" : Cut(ValueText(at), 60)});
         bson_iter_t child;
-        if (HoldsElements(at) && bson_iter_recurse(&at, &child))
+        if (isContainer && bson_iter_recurse(&at, &child))
             AddRows(child, file, indent + "  ", cells);
     }
 }
 
-/// Returns the size of the document that `bytes` begin with. Throws vxJson::Error with the offset
-/// of what is broken.
-std::size_t CheckedSize(std::string_view bytes) {
+/// Returns the document that `bytes` begin with. Throws vxJson::Error with the offset of what is
+/// broken.
+bson_t CheckedDocument(std::string_view bytes) {
+    constexpr auto kUtf8 =
+        static_cast<bson_validate_flags_t>(BSON_VALIDATE_UTF8 | BSON_VALIDATE_UTF8_ALLOW_NULL);
     std::size_t size = 0;
     for (std::size_t i = 0; i < 4 && i < bytes.size(); ++i)
         size |= static_cast<std::size_t>(static_cast<unsigned char>(bytes[i])) << (8 * i);
@@ -108,7 +69,12 @@ std::size_t CheckedSize(std::string_view bytes) {
         throw vxJson::Error("offset 0: not a document of " + std::to_string(size) + " bytes, " +
                             std::to_string(bytes.size()) + " are left");
     bson::Decode(bytes.data(), size);
-    return size;
+    bson_t document;
+    std::size_t offset = 0;
+    bson_init_static(&document, reinterpret_cast<const std::uint8_t*>(bytes.data()), size);
+    if (!bson_validate(&document, kUtf8, &offset))
+        throw vxJson::Error("offset " + std::to_string(offset) + ": a string is not UTF-8");
+    return document;
 }
 
 /// Returns an error of the BSON library with its offset counted from the start of the file.
@@ -122,46 +88,38 @@ std::string AbsoluteOffset(const std::string& error, std::size_t begin) {
 
 }  // namespace
 
-int Bson(const Options& options) {
-    const std::string& path = options.input;
-    CheckPaths({path}, {options.output});
-    const std::string bytes = ReadFile(path);
-    Output output(options.output, options.debug ? Content::kSafe : Content::kJson);
-    Sink sink([&](std::string_view text) { output.Write(text); });
-    std::string error;
+void Bson(const Options& options, Output& output) {
+    const std::string bytes = ReadFile(options.input);
+    if (options.debug) output.content = Content::kSafe;
     int count = 0;
-    for (std::size_t begin = 0, size = 0; begin < bytes.size(); begin += size, sink.Check()) {
+    bson_t document;
+    for (std::size_t begin = 0; begin < bytes.size(); begin += document.len, output.Check()) {
         const std::string number = std::to_string(++count);
         try {
-            size = CheckedSize(std::string_view(bytes).substr(begin));
+            document = CheckedDocument(std::string_view(bytes).substr(begin));
         } catch (const vxJson::Error& broken) {
-            error = "document " + number + ": " + AbsoluteOffset(broken.what(), begin);
-            break;
+            const std::string error = AbsoluteOffset(broken.what(), begin);
+            return output.Report(
+                Failure(options.input, "document " + number + ": " + error).what());
         }
         bson_iter_t at;
-        bson_iter_init_from_data(&at, reinterpret_cast<const std::uint8_t*>(&bytes[begin]), size);
+        bson_iter_init(&at, &document);
         if (options.debug) {
             StringCells cells;
             cells.rows = {{"offset", "size", "type", "name", "value"}};
             AddRows(at, bytes.data(), "", cells);
-            sink.text += (count == 1 ? "document " : "\ndocument ") + number + ", " +
-                         std::to_string(size) + " bytes\n\n";
-            DrawTable(cells, Screen::Of(options), sink);
+            output.text += (count == 1 ? "document " : "\ndocument ") + number + ", " +
+                           std::to_string(document.len) + " bytes\n\n";
+            DrawTable(cells, Screen(options), output);
         } else {
-            std::string text;
-            AppendText(at, false, text);
-            sink.text += text + '\n';
+            output.text += JsonOf(document) + '\n';
         }
     }
-    sink.Flush();
-    Output::Complete(output);
-    if (!error.empty()) PrintError(DisplayName(path) + ": " + error);
-    return error.empty() ? 0 : 1;
 }
 
 #else
 
-int Bson(const Options&) {
+void Bson(const Options&, Output&) {
     throw UsageError("this build has no BSON");
 }
 

@@ -3,9 +3,8 @@
 #include <string>
 #include <vector>
 
-/// The commands of the tool, each in its own source. A command takes its options from the command
-/// line, writes its output and returns the exit status: 0, or 1 if part of the work failed. Throws
-/// Failure for an error that ends the command.
+#include "tools/dataengine/Files.h"
+
 namespace dataengine::tool {
 
 /// The options of all commands. A path that is empty was not given.
@@ -14,15 +13,16 @@ struct Options {
     std::string other;                // the second frame of diff
     std::vector<std::string> inputs;  // the frames of decode
     std::string filesFrom;            // a list of more inputs
-    std::string offsets;              // read by show and decode, written by pack
+    std::string offsets;              // read by show and decode
+    std::string places;               // written by pack, in the same form
     std::vector<std::string> select;  // names, or one path; everything if empty
     std::string map;                  // no variable is renamed if empty
     std::string parser;               // the parser whose variables are renamed
-    std::string like;                 // a frame with the unit and the types of a CSV
+    std::string like;                 // a frame of which a CSV has the rows
     std::string name;                 // of a frame
     std::string format;
     std::string color = "auto";
-    std::string output = "-";
+    std::string output = kStandard;
     unsigned jobs = 1;
     bool safeCsv = false;
     bool debug = false;
@@ -35,13 +35,15 @@ struct Options {
     std::string text;  // part of a name or text of the vocabulary
 };
 
-int Show(const Options& options);
-int Decode(const Options& options);
-int Unpack(const Options& options);
-int Pack(const Options& options);
-int Diff(const Options& options);
-int Bson(const Options& options);
-int Record(const Options& options);
-int Names(const Options& options);
+/// The commands, each in its own source. A command throws Failure for an error that ends it. @{
+void Show(const Options& options, Output& output);
+void Decode(const Options& options, Output& output);
+void Unpack(const Options& options, Output& output);
+void Pack(const Options& options, Output& output);
+void Diff(const Options& options, Output& output);
+void Bson(const Options& options, Output& output);
+void Record(const Options& options, Output& output);
+void Names(const Options& options, Output& output);
+/// @}
 
 }  // namespace dataengine::tool

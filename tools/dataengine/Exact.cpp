@@ -3,14 +3,13 @@
 #include <VxUtil/vxJson.h>
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <cmath>
 #include <cstring>
-#include <limits>
+#include <msgpack/pack.hpp>
+#include <optional>
 #include <vector>
 
-#include "structure/detail/MsgpackErrors.h"
 #include "tools/dataengine/Text.h"
 
 namespace dataengine::tool {
@@ -19,340 +18,274 @@ namespace {
 using detail::PackedBytes;
 using detail::PackedHead;
 using detail::PackedKind;
+using JsonValue = rapidjson::Value;
 
-std::string FloatText(double value, std::string_view bits) {
-    std::array<char, 32> digits{};
-    const char* const end = std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr;
-    std::string number(digits.data(), static_cast<std::size_t>(end - digits.data()));
-    if (std::isnan(value)) {
-        const std::string hex = HexOf(bits);
-        number = hex == "7fc00000" || hex == "7ff8000000000000" ? "nan" : hex;
+std::string Tagged(const char* tag, const std::string& text) {
+    return std::string("{\"$") + tag + "\":" + text + "}";
+}
+
+std::string FloatText(double value, std::string_view packed) {
+    const bool isSingle = packed.size() == 5;
+    std::string text;
+    if (std::isfinite(value)) {
+        if (!isSingle) return vxJson::Value(value).toString(false);
+        char digits[32];
+        const char* const end =
+            std::to_chars(digits, digits + sizeof digits, static_cast<float>(value)).ptr;
+        text.append(digits, static_cast<std::size_t>(end - digits));
+    } else if (!std::isnan(value)) {
+        text = value < 0 ? "\"-inf\"" : "\"inf\"";
+    } else {
+        const std::string bits = HexOf(packed.substr(1));
+        if (bits != "7fc00000" && bits != "7ff8000000000000") return RawText(packed);
+        text = "\"nan\"";
     }
-    if (!std::isfinite(value)) {
-        number = '"' + number + '"';
-    } else if (number.find_first_of(".e") == number.npos) {
-        number += ".0";
-    }
-    if (bits.size() == 4) return "{\"$float32\":" + number + "}";
-    return std::isfinite(value) ? number : "{\"$float64\":" + number + "}";
+    return Tagged(isSingle ? "float32" : "float64", text);
 }
 
 /// Prints a value with an explicit stack of its open containers.
 class ExactPrinter {
   public:
-    ExactPrinter(PackedBytes& bytes, std::size_t limit) : bytes_(bytes), limit_(limit) {}
+    explicit ExactPrinter(PackedBytes& bytes) : bytes_(bytes) {}
 
     Exact Print() {
-        Scalar();
-        while (!levels_.empty()) {
-            Level& level = levels_.back();
-            if (level.remaining == 0) {
-                Put(!level.isMap ? "]" : level.hasPairs ? "]]}" : "}");
-                levels_.pop_back();
+        std::string& text = exact_.text;
+        std::vector<Level> open{{1, false}};
+        for (;;) {
+            while (open.back().remaining == 0) {
+                const bool isMap = open.back().isMap;
+                open.pop_back();
+                if (open.empty()) return std::move(exact_);
+                text += isMap ? '}' : ']';
+            }
+            Level& level = open.back();
+            const bool isKey = level.isMap && level.remaining % 2 == 0;
+            --level.remaining;
+            if (!text.empty() && std::strchr("[{:", text.back()) == nullptr) text += ',';
+            const PackedHead& head = bytes_.Head();
+            if (isKey) {
+                text += Key(head.kind) + ':';
+            } else if (head.kind == PackedKind::kArray || head.kind == PackedKind::kMap) {
+                const bool isMap = head.kind == PackedKind::kMap;
+                text += isMap ? '{' : '[';
+                open.push_back({bytes_.TakeLength(head) * (isMap ? 2 : 1), isMap});
             } else {
-                const bool isKey = level.isMap && level.remaining % 2 == 0;
-                Separate(level, isKey);
-                --level.remaining;
-                Scalar();
+                text += Scalar(head);
             }
         }
-        return std::move(exact_);
     }
 
   private:
     struct Level {
         std::uint64_t remaining;  // elements, or keys and values
         bool isMap;
-        bool isFirst = true;
-        bool hasPairs = false;  // the members from here on are pairs in "$map"
     };
 
-    /// Separates the next element, key or value from what is before it.
-    void Separate(Level& level, bool isKey) {
-        if (level.isMap && !isKey) return Put(level.hasPairs ? "," : ":");
-        const bool isPlain = !isKey || IsPlainKey();
-        if (level.hasPairs) return Put("],[");
-        if (!std::exchange(level.isFirst, false)) Put(",");
-        if (!isPlain) Put("\"$map\":[[");
-        level.hasPairs = !isPlain;
+    std::string Key(PackedKind kind) {
+        const char* const begin = bytes_.Next();
+        if (kind == PackedKind::kStr) {
+            const std::string_view key = String();
+            if (IsUtf8(key) && key.substr(0, 1) != "$") return JsonString(key);
+        } else {
+            if (kind != PackedKind::kBin) MakeNull("a map key that is not a string");
+            bytes_.Skip();
+        }
+        return "\"$" + HexOf(Since(begin)) + '"';
     }
 
-    /// Returns whether the key that follows can be the key of an object.
-    bool IsPlainKey() {
-        PackedBytes ahead = bytes_;
-        const PackedHead& head = ahead.Head();
-        if (head.kind != PackedKind::kStr && head.kind != PackedKind::kBin)
-            MakeNull("a map key that is not a string");
-        if (head.kind != PackedKind::kStr) return false;
-        const std::string_view key = Take(ahead, ahead.TakeLength(head));
-        return IsUtf8(key) && (key.empty() || key.front() != '$');
-    }
-
-    static std::string_view Take(PackedBytes& bytes, std::uint64_t size) {
-        return {bytes.TakeBytes(size), static_cast<std::size_t>(size)};
-    }
-
-    /// Prints a scalar, or opens a container.
-    void Scalar() {
-        const PackedHead& head = bytes_.Head();
+    std::string Scalar(const PackedHead& head) {
+        const char* const begin = bytes_.Next();
         switch (head.kind) {
             case PackedKind::kInteger: {
                 const detail::PackedInteger number = bytes_.TakeInteger(head);
-                return Put(number.isNegative
-                               ? std::to_string(static_cast<std::int64_t>(number.bits))
-                               : std::to_string(number.bits));
+                return number.isNegative ? std::to_string(static_cast<std::int64_t>(number.bits))
+                                         : std::to_string(number.bits);
             }
             case PackedKind::kFloat32:
             case PackedKind::kFloat64: {
-                const std::string_view bits(bytes_.Next() + 1, head.size - std::size_t{1});
                 const double value = bytes_.TakeFloat(head);
                 if (!std::isfinite(value)) MakeNull(std::isnan(value) ? "NaN" : "infinity");
-                return Put(FloatText(value, bits));
+                return FloatText(value, Since(begin));
             }
             case PackedKind::kStr:
-            case PackedKind::kBin:
-                return String(Take(bytes_, bytes_.TakeLength(head)),
-                              head.kind == PackedKind::kStr ? "str" : "bin");
-            case PackedKind::kExt: {
-                const std::string_view data = Take(bytes_, bytes_.TakeLength(head));
-                MakeNull("ext");
-                return Put("{\"$ext\":[" + std::to_string(static_cast<signed char>(data[0])) +
-                           ",\"" + HexOf(data.substr(1)) + "\"]}");
+            case PackedKind::kBin: {
+                const std::string_view text = String();
+                if (!IsUtf8(text)) return RawText(Since(begin));
+                return head.kind == PackedKind::kStr ? JsonString(text)
+                                                     : Tagged("bin", JsonString(text));
             }
-            case PackedKind::kArray:
-            case PackedKind::kMap: {
-                const bool isMap = head.kind == PackedKind::kMap;
-                levels_.push_back({bytes_.TakeLength(head) * (isMap ? 2 : 1), isMap});
-                return Put(isMap ? "{" : "[");
+            case PackedKind::kExt: {
+                MakeNull("ext");
+                const std::string_view data = String();
+                const int type = static_cast<signed char>(data[0]);
+                return Tagged("ext",
+                              '[' + std::to_string(type) + ",\"" + HexOf(data.substr(1)) + "\"]");
             }
             case PackedKind::kBoolean:
-                return Put(bytes_.TakeBoolean() ? "true" : "false");
+                return bytes_.TakeBoolean() ? "true" : "false";
             default:
                 bytes_.TakeNil();
-                return Put("null");
+                return "null";
         }
     }
 
-    void String(std::string_view text, const std::string& kind) {
-        const auto isOdd = [](char c) {
-            return c == '"' || c == '\\' || static_cast<unsigned char>(c) < ' ';
-        };
-        if (kind == "bin") exact_.hasOddBin |= std::any_of(text.begin(), text.end(), isOdd);
-        if (exact_.text.size() > limit_) return;
-        if (!IsUtf8(text)) return Put("{\"$" + kind + "Hex\":\"" + HexOf(text) + "\"}");
-        const std::string quoted = ForTerminal(JsonString(text), Content::kJson);
-        Put(kind == "str" ? quoted : "{\"$bin\":" + quoted + "}");
+    std::string_view String() {
+        const auto size = static_cast<std::size_t>(bytes_.TakeLength(bytes_.Head()));
+        return {bytes_.TakeBytes(size), size};
     }
-
-    void Put(std::string_view text) {
-        if (exact_.text.size() <= limit_) exact_.text += text;
+    std::string_view Since(const char* begin) const {
+        return {begin, static_cast<std::size_t>(bytes_.Next() - begin)};
     }
-    /// Records why documents hold null for the whole value.
     void MakeNull(const char* reason) {
         if (exact_.nullReason.empty()) exact_.nullReason = reason;
     }
 
     PackedBytes& bytes_;
-    std::size_t limit_;
-    std::vector<Level> levels_;
     Exact exact_;
 };
 
-}  // namespace
-
-Exact ReadExact(PackedBytes& bytes, std::size_t limit) {
-    return ExactPrinter(bytes, limit).Print();
-}
-
-std::string JsonString(std::string_view text) {
-    std::string quoted = "\"";
-    for (const char c : text) {
-        if (c == '"' || c == '\\') quoted += '\\';
-        if (static_cast<unsigned char>(c) >= ' ') {
-            quoted += c;
-        } else {
-            quoted += c == '\n' ? "\\n" : c == '\t' ? "\\t" : "\\u00" + HexOf({&c, 1});
-        }
-    }
-    return quoted + '"';
-}
-
-namespace {
-
-/// Appends to a string, for msgpack's packer.
-struct Appender {
-    std::string& bytes;
-    void write(const char* data, std::size_t size) { bytes.append(data, size); }
-};
-
-std::string_view StringOf(const rapidjson::Value& value) {
-    if (!value.IsString()) throw vxJson::Error("a \"$\" key is not followed by a string");
+std::string_view StringOf(const JsonValue& value) {
+    if (!value.IsString()) return {};
     return {value.GetString(), value.GetStringLength()};
 }
 
-/// Returns the bytes of hexadecimal digits.
-std::string BytesOf(const rapidjson::Value& value) {
-    const std::string_view hex = StringOf(value);
+/// Returns the bytes of hexadecimal digits; nothing for any other text.
+std::optional<std::string> BytesOf(std::string_view hex) {
     std::string bytes;
     for (std::size_t i = 0; i + 1 < hex.size(); i += 2) {
         unsigned byte = 0;
-        const auto result = std::from_chars(&hex[i], &hex[i] + 2, byte, 16);
-        if (result.ptr != &hex[i] + 2) break;
+        if (std::from_chars(&hex[i], &hex[i] + 2, byte, 16).ptr != &hex[i] + 2) break;
         bytes += static_cast<char>(byte);
     }
-    if (2 * bytes.size() != hex.size())
-        throw vxJson::Error("\"" + std::string(hex) + "\" is not hexadecimal");
-    return bytes;
+    return 2 * bytes.size() == hex.size() ? std::optional(bytes) : std::nullopt;
 }
 
 /// Packs a value with an explicit stack of its open containers.
 class Packing {
   public:
-    explicit Packing(std::string& bytes) : appender_{bytes}, packer_(appender_) {}
+    explicit Packing(std::string& bytes) : bytes_(bytes) {}
 
-    void Pack(const rapidjson::Value& root) {
-        Value(root);
-        while (!levels_.empty()) {
-            Level& level = levels_.back();
-            const rapidjson::Value& container = level.container;
-            const rapidjson::SizeType next = level.next++;
-            if (container.IsArray() && next < container.Size()) {
-                level.holdsPairs ? Pair(container[next]) : Value(container[next]);
-            } else if (container.IsObject() && next < 2 * container.MemberCount()) {
-                Member(container.MemberBegin()[next / 2], level);
-            } else {
-                levels_.pop_back();
+    void Pack(const JsonValue& root) {
+        std::vector<Level> open{{&root, &root + 1, false}};
+        while (!open.empty()) {
+            Level& level = open.back();
+            if (level.next == level.end) {
+                open.pop_back();
+                continue;
+            }
+            const JsonValue& value = *level.next++;
+            if (level.isMap && (level.end - level.next) % 2 == 1) {
+                Key(StringOf(value));
+            } else if (value.IsArray()) {
+                packer_.pack_array(value.Size());
+                open.push_back({value.Begin(), value.End(), false});
+            } else if (!value.IsObject()) {
+                Scalar(value);
+            } else if (value.MemberCount() != 1 || !Tag(*value.MemberBegin())) {
+                const rapidjson::SizeType count = value.MemberCount();
+                const JsonValue* const first = count == 0 ? nullptr : &value.MemberBegin()->name;
+                packer_.pack_map(count);
+                open.push_back({first, first + 2 * std::size_t{count}, true});
             }
         }
     }
+
+    void write(const char* data, std::size_t size) { bytes_.append(data, size); }  // for packer_
 
   private:
+    /// Values that are not yet packed: those of an array, or names and values of an object.
     struct Level {
-        const rapidjson::Value& container;
-        bool holdsPairs = false;       // the array of "$map"
-        rapidjson::SizeType next = 0;  // counts names and values of an object
+        const JsonValue* next;
+        const JsonValue* end;
+        bool isMap;
     };
 
-    void Value(const rapidjson::Value& value) {
-        if (value.IsArray()) {
-            packer_.pack_array(value.Size());
-            levels_.push_back({value});
-        } else if (value.IsObject()) {
-            Object(value);
-        } else if (value.IsString()) {
-            Str(StringOf(value));
-        } else if (value.IsNull()) {
-            packer_.pack_nil();
-        } else if (value.IsBool()) {
-            value.GetBool() ? packer_.pack_true() : packer_.pack_false();
-        } else if (value.IsUint64()) {
-            packer_.pack_uint64(value.GetUint64());
-        } else if (value.IsInt64()) {
-            packer_.pack_int64(value.GetInt64());
-        } else {
-            Float(value.GetDouble());
-        }
+    void Key(std::string_view key) {
+        if (key.substr(0, 1) != "$") return Str(key);
+        const std::optional<std::string> packed = BytesOf(key.substr(1));
+        if (!packed)
+            throw vxJson::Error('"' + std::string(key) + "\" is not the key of a packed value");
+        bytes_ += *packed;
     }
 
-    void Object(const rapidjson::Value& object) {
-        if (object.MemberCount() == 1 && Tagged(*object.MemberBegin())) return;
-        std::size_t count = object.MemberCount();
-        for (const auto& member : object.GetObject()) {
-            const std::string_view name = StringOf(member.name);
-            if (name == kMap && member.value.IsArray()) {
-                count += member.value.Size() - std::size_t{1};
-            } else if (!name.empty() && name.front() == '$') {
-                throw vxJson::Error("\"" + std::string(name) +
-                                    "\" is not the key of a packed value");
-            }
-        }
-        packer_.pack_map(static_cast<std::uint32_t>(count));
-        levels_.push_back({object});
+    void Scalar(const JsonValue& value) {
+        if (value.IsString()) return Str(StringOf(value));
+        if (value.IsUint64()) return void(packer_.pack_uint64(value.GetUint64()));
+        if (value.IsInt64()) return void(packer_.pack_int64(value.GetInt64()));
+        if (value.IsDouble()) return Float64(value.GetDouble());
+        if (value.IsNull()) return void(packer_.pack_nil());
+        value.GetBool() ? packer_.pack_true() : packer_.pack_false();
     }
 
-    void Member(const rapidjson::Value::Member& member, Level& level) {
-        if (StringOf(member.name) != kMap) {
-            Value(level.next % 2 == 1 ? member.name : member.value);
-        } else if (level.next % 2 == 1) {
-            levels_.push_back({member.value, true});
-        }
-    }
-
-    void Pair(const rapidjson::Value& pair) {
-        if (!pair.IsArray() || pair.Size() != 2) throw vxJson::Error("\"$map\" holds no pair");
-        levels_.push_back({pair});
-    }
-
-    bool Tagged(const rapidjson::Value::Member& member) {
+    /// Packs the value of an object with one member. Returns false if it is a map.
+    bool Tag(const JsonValue::Member& member) {
         const std::string_view tag = StringOf(member.name);
-        const rapidjson::Value& value = member.value;
-        if (tag == "$float32") {
-            value.IsDouble() ? Float(static_cast<float>(value.GetDouble())) : Special<float>(value);
-        } else if (tag == "$float64") {
-            Special<double>(value);
-        } else if (tag == "$bin") {
-            Bin(StringOf(value));
-        } else if (tag == "$binHex") {
-            Bin(BytesOf(value));
-        } else if (tag == "$strHex") {
-            Str(BytesOf(value));
-        } else if (tag == "$raw") {
-            appender_.bytes += BytesOf(value);
-        } else if (tag == "$ext") {
-            Ext(value);
+        const JsonValue& value = member.value;
+        const std::string_view text = StringOf(value);
+        const auto special = std::find(std::begin(kSpecial), std::end(kSpecial), text);
+        const bool isFloat = value.IsNumber() || special != std::end(kSpecial);
+        const double number = value.IsNumber() ? value.GetDouble()
+                              : isFloat        ? std::strtod(text.data(), nullptr)
+                                               : 0;
+        if (tag == "$float32" && isFloat) {
+            Float32(static_cast<float>(number));
+        } else if (tag == "$float64" && isFloat) {
+            Float64(number);
+        } else if (tag == "$bin" && value.IsString()) {
+            packer_.pack_bin(static_cast<std::uint32_t>(text.size()));
+            bytes_ += text;
+        } else if (tag == "$raw" && value.IsString()) {
+            bytes_ += Hexadecimal(text);
+        } else if (tag == "$ext" && value.IsArray() && value.Size() == 2 && value[0].IsInt()) {
+            const std::string data = Hexadecimal(StringOf(value[1]));
+            packer_.pack_ext(data.size(), static_cast<std::int8_t>(value[0].GetInt()));
+            bytes_ += data;
         } else {
             return false;
         }
         return true;
     }
 
+    static std::string Hexadecimal(std::string_view text) {
+        if (const auto bytes = BytesOf(text)) return *bytes;
+        throw vxJson::Error('"' + std::string(text) + "\" is not hexadecimal");
+    }
+
     void Str(std::string_view text) {
         packer_.pack_str(static_cast<std::uint32_t>(text.size()));
-        appender_.write(text.data(), text.size());
-    }
-    void Bin(std::string_view data) {
-        packer_.pack_bin(static_cast<std::uint32_t>(data.size()));
-        appender_.write(data.data(), data.size());
-    }
-    void Ext(const rapidjson::Value& value) {
-        if (!value.IsArray() || value.Size() != 2 || !value[0].IsInt())
-            throw vxJson::Error("\"$ext\" is not an array of type and bytes");
-        const std::string data = BytesOf(value[1]);
-        packer_.pack_ext(data.size(), static_cast<std::int8_t>(value[0].GetInt()));
-        appender_.write(data.data(), data.size());
+        bytes_ += text;
     }
 
-    /// Packs a NaN or an infinity, or the bits of a float.
-    template <typename Number>
-    void Special(const rapidjson::Value& value) {
-        const std::string_view text = StringOf(value);
-        const Number infinity = std::numeric_limits<Number>::infinity();
-        if (text == "nan") return Float(std::numeric_limits<Number>::quiet_NaN());
-        if (text == "inf") return Float(infinity);
-        if (text == "-inf") return Float(-infinity);
-        const std::string bits = BytesOf(value);
-        if (bits.size() != sizeof(Number))
-            throw vxJson::Error("a float has the wrong number of bytes");
-        appender_.bytes += (sizeof(Number) == 4 ? '\xca' : '\xcb') + bits;
+    // The packer would turn whole floats into integers, but packs integers of fixed width.
+    void Float32(float number) {
+        std::uint32_t bits;
+        std::memcpy(&bits, &number, sizeof bits);
+        packer_.pack_fix_uint32(bits);
+        bytes_[bytes_.size() - sizeof bits - 1] = '\xca';
+    }
+    void Float64(double number) {
+        std::uint64_t bits;
+        std::memcpy(&bits, &number, sizeof bits);
+        packer_.pack_fix_uint64(bits);
+        bytes_[bytes_.size() - sizeof bits - 1] = '\xcb';
     }
 
-    template <typename Number>
-    void Float(Number number) {
-        std::string bits(sizeof number, '\0');
-        std::memcpy(bits.data(), &number, sizeof number);
-        if (__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__) std::reverse(bits.begin(), bits.end());
-        appender_.bytes += (sizeof(Number) == 4 ? '\xca' : '\xcb') + bits;
-    }
-
-    static constexpr std::string_view kMap = "$map";
-    Appender appender_;
-    msgpack::packer<Appender> packer_;
-    std::vector<Level> levels_;
+    static constexpr std::string_view kSpecial[] = {"nan", "inf", "-inf"};
+    std::string& bytes_;
+    msgpack::packer<Packing> packer_{*this};
 };
 
 }  // namespace
 
-void PackExact(const rapidjson::Value& root, std::string& bytes) {
+Exact ReadExact(PackedBytes& bytes) {
+    return ExactPrinter(bytes).Print();
+}
+
+std::string RawText(std::string_view bytes) {
+    return Tagged("raw", '"' + HexOf(bytes) + '"');
+}
+
+void PackExact(const JsonValue& root, std::string& bytes) {
     Packing(bytes).Pack(root);
 }
 

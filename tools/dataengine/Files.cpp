@@ -5,26 +5,22 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
-#include <climits>
 #include <csignal>
+#include <cstdio>
 #include <cstring>
 #include <filesystem>
-#include <optional>
 #include <sstream>
 
 #include "contracts/detail/rapidjson/ParseJson.h"
-#include "tools/dataengine/Failure.h"
 
 namespace dataengine::tool {
 namespace {
 
-constexpr char kUnreadable[] = "cannot be read";
-constexpr char kUnwritable[] = "cannot be written";
+constexpr std::size_t kTooLarge = std::size_t{1} << 31;
 
-[[noreturn]] void FailSystem(const std::string& path, const char* what) {
-    throw Failure(path, std::string(what) + " (" + std::strerror(errno) + ")");
+[[noreturn]] void FailSystem(const std::string& path, const char* error) {
+    throw Failure(path, std::string(error) + " (" + std::strerror(errno) + ")");
 }
 
 /// Returns the path that `path` leads to by symbolic links. Its file need not exist.
@@ -39,84 +35,55 @@ std::string TargetOf(const std::string& path) {
     return target;
 }
 
-/// Returns the device and the number of a regular file; nothing for any other path.
-std::optional<std::pair<dev_t, ino_t>> IdentityOf(const std::string& path, int standard) {
-    struct stat status = {};
-    const int failed = path == kStandard ? fstat(standard, &status) : stat(path.c_str(), &status);
-    if (failed != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
-    return std::make_pair(status.st_dev, status.st_ino);
+/// Returns whether two paths are the same regular file, or will be. "-" is the file `standard`.
+bool IsSame(const std::string& path, const char* standard, const std::string& output) {
+    struct stat a = {}, b = {};
+    const bool isFile = stat(path == kStandard ? standard : path.c_str(), &a) == 0;
+    if (stat(output == kStandard ? "/dev/stdout" : output.c_str(), &b) != 0)
+        return !isFile && path != kStandard && !path.empty() && TargetOf(path) == TargetOf(output);
+    return isFile && S_ISREG(a.st_mode) && a.st_dev == b.st_dev && a.st_ino == b.st_ino;
 }
-
-/// An input, opened for reading.
-class Input {
-  public:
-    explicit Input(const std::string& path)
-        : path_(path),
-          file_(path == kStandard ? STDIN_FILENO : open(path.c_str(), O_RDONLY | O_CLOEXEC)) {
-        if (file_ < 0) FailSystem(path, kUnreadable);
-    }
-    Input(const Input&) = delete;
-    Input& operator=(const Input&) = delete;
-    ~Input() {
-        if (file_ != STDIN_FILENO) close(file_);
-    }
-
-    /// Returns the size of a regular file, otherwise 0.
-    std::size_t Size() const {
-        struct stat status = {};
-        const bool isRegular = fstat(file_, &status) == 0 && S_ISREG(status.st_mode);
-        return isRegular ? static_cast<std::size_t>(status.st_size) : 0;
-    }
-
-    std::size_t Read(char* to, std::size_t size) {
-        for (;;) {
-            const ssize_t count = read(file_, to, size);
-            if (count >= 0) return static_cast<std::size_t>(count);
-            if (errno != EINTR) FailSystem(path_, kUnreadable);
-        }
-    }
-
-  private:
-    const std::string& path_;
-    int file_;
-};
 
 }  // namespace
 
-bool IsFile(const std::string& path) {
-    return path == kStandard || std::filesystem::exists(path);
+void PrintError(const std::string& error) {
+    constexpr std::size_t kLongest = 1000;  // in columns; names may be long
+    std::fprintf(stderr, "dataengine: %s\n", Cut(Printable(error), kLongest).c_str());
 }
 
-void CheckPaths(const std::vector<std::string>& inputs, const std::vector<std::string>& outputs) {
-    for (const auto& paths : {inputs, outputs}) {
+void CheckPaths(std::vector<std::string> inputs, const std::vector<std::string>& outputs) {
+    for (const auto& paths : {inputs, outputs})
         if (std::count(paths.begin(), paths.end(), kStandard) > 1)
             throw UsageError("\"-\" can name only one file");
-    }
-    for (auto output = outputs.begin(); output != outputs.end(); ++output) {
-        const auto identity = IdentityOf(*output, STDOUT_FILENO);
-        const auto check = [&](const std::string& path, int standard, bool same) {
-            if (same || (identity && identity == IdentityOf(path, standard)))
-                throw UsageError(*output + ": is the same file as " + path);
-        };
-        for (const std::string& input : inputs)
-            check(input, STDIN_FILENO, input == *output && input != kStandard && !input.empty());
-        std::for_each(outputs.begin(), output, [&](const std::string& other) {
-            check(other, STDOUT_FILENO, !other.empty() && TargetOf(other) == TargetOf(*output));
-        });
+    const std::size_t count = inputs.size();
+    for (const std::string& output : outputs) {
+        for (std::size_t i = 0; i < inputs.size(); ++i)
+            if (IsSame(inputs[i], i < count ? "/dev/stdin" : "/dev/stdout", output))
+                throw UsageError(output + ": is the same file as " + inputs[i]);
+        inputs.push_back(output);
     }
 }
 
 void ReadFile(const std::string& path, std::string& bytes) {
-    Input input(path);
-    std::size_t size = 0;
-    const std::size_t known = input.Size();
+    const int file =
+        path == kStandard ? dup(STDIN_FILENO) : open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    struct stat status = {};
+    std::size_t known = 0;
+    if (file >= 0 && fstat(file, &status) == 0 && S_ISREG(status.st_mode))
+        known = std::min(static_cast<std::size_t>(status.st_size), kTooLarge);
     bytes.resize(known > 0 ? known : 65536);
-    while (const std::size_t count = input.Read(&bytes[size], bytes.size() - size)) {
-        size += count;
-        if (size > INT_MAX) throw Failure(path, "is 2 GiB or larger");
-        if (size == known) break;
+    std::size_t size = 0;
+    ssize_t count = file;
+    while (count >= 0 && (count = read(file, &bytes[size], bytes.size() - size)) > 0) {
+        size += static_cast<std::size_t>(count);
+        if (size == known || size >= kTooLarge) break;
         if (size == bytes.size()) bytes.resize(2 * size);
     }
+    const int error = errno;
+    if (file >= 0) close(file);
+    errno = error;
+    if (count < 0) FailSystem(path, "cannot be read");
+    if (size >= kTooLarge) throw Failure(path, "is 2 GiB or larger");
     bytes.resize(size);
 }
 
@@ -130,12 +97,12 @@ rapidjson::Document ParseJson(const std::string& path, const std::string& text) 
     rapidjson::Document document;
     const rapidjson::ParseResult result = detail::ParseJson<rapidjson::kParseFullPrecisionFlag>(
         text.c_str(), document, document.GetAllocator());
-    const bool cut = !result.IsError() && text.find('\0') != text.npos;
-    if (result.IsError() || cut)
-        throw Failure(path, "byte " + std::to_string(cut ? text.find('\0') : result.Offset()) +
-                                ": is not JSON (" +
-                                (cut ? "a zero byte" : rapidjson::GetParseError_En(result.Code())) +
-                                ")");
+    const std::size_t zero = text.find('\0');
+    const auto fail = [&](std::size_t byte, const char* error) {
+        throw Failure(path, "byte " + std::to_string(byte) + ": is not JSON (" + error + ")");
+    };
+    if (result.IsError()) fail(result.Offset(), rapidjson::GetParseError_En(result.Code()));
+    if (zero != text.npos) fail(zero, "a zero byte");
     return document;
 }
 
@@ -143,47 +110,26 @@ vxJson::Value ReadJson(const std::string& path) {
     const std::string text = ReadFile(path);
     std::istringstream stream(text);
     vxJson::Value value;
-    if (!vxJson::Reader().parse(stream, value, false)) {
-        ParseJson(path, text);  // reports the byte
-        throw Failure(path, "is not JSON");
-    }
-    return value;
+    if (vxJson::Reader().parse(stream, value, false)) return value;
+    ParseJson(path, text);  // names the byte
+    throw Failure(path, "is not JSON");
 }
 
-std::vector<std::string> ReadLines(const std::string& path) {
-    std::vector<std::string> lines;
-    std::istringstream stream(ReadFile(path));
-    for (std::string line; std::getline(stream, line);)
-        if (!line.empty()) lines.push_back(line);
-    return lines;
-}
-
-Output::Output(const std::string& path, Content content) : path_(path), content_(content) {
-    struct stat status = {};
-    if (path == kStandard) {
-        path_ = "standard output";
-        file_ = STDOUT_FILENO;
-    } else if (stat(path.c_str(), &status) != 0 || S_ISREG(status.st_mode)) {
-        Stage();
-    } else {
-        file_ = open(path.c_str(), O_WRONLY | O_CLOEXEC);
-    }
-    if (file_ < 0) FailSystem(path_, kUnwritable);
-    const bool isTerminal = isatty(file_) == 1;
-    isEscaped_ = isTerminal && content != Content::kSafe;
-    if (isTerminal && content == Content::kBinary)
-        throw UsageError(path_ + ": is a terminal, and the output is binary; use -o FILE");
-}
-
-void Output::Stage() {
-    target_ = TargetOf(path_);
-    temporary_ = target_ + "." + std::to_string(getpid()) + ".tmp";
-    file_ = open(temporary_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+Output::Output(const std::string& path) : name_(path == kStandard ? "standard output" : path) {
     struct stat old = {};
-    if (file_ >= 0 && stat(target_.c_str(), &old) == 0 && fchmod(file_, old.st_mode & 07777) != 0) {
-        unlink(temporary_.c_str());
-        FailSystem(path_, kUnwritable);
+    const bool exists = stat(path.c_str(), &old) == 0;
+    if (path == kStandard) {
+        file_ = STDOUT_FILENO;
+    } else if (exists && !S_ISREG(old.st_mode)) {
+        file_ = open(path.c_str(), O_WRONLY | O_CLOEXEC);
+    } else {
+        target_ = TargetOf(path);
+        temporary_ = target_ + "." + std::to_string(getpid()) + ".tmp";
+        file_ = open(temporary_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+        if (file_ >= 0 && exists) fchmod(file_, old.st_mode & 07777);
     }
+    if (file_ < 0) FailSystem(name_, "cannot be written");
+    isTerminal_ = isatty(file_) == 1;
 }
 
 Output::~Output() {
@@ -192,37 +138,35 @@ Output::~Output() {
 }
 
 void Output::Write(std::string_view bytes) {
-    const std::string safe = isEscaped_ ? ForTerminal(bytes, content_) : "";
-    if (isEscaped_) bytes = safe;
+    std::string safe;
+    if (isTerminal_ && content == Content::kBinary)
+        throw UsageError(name_ + ": is a terminal, and the output is binary; use -o FILE");
+    if (isTerminal_ && content != Content::kSafe) bytes = safe = Printable(bytes, content, '\n');
     while (!bytes.empty()) {
         const ssize_t count = write(file_, bytes.data(), bytes.size());
-        if (count < 0 && errno == EINTR) continue;
         if (count < 0 && errno == EPIPE) {
             std::signal(SIGPIPE, SIG_DFL);
             std::raise(SIGPIPE);
         }
-        if (count < 0) FailSystem(path_, kUnwritable);
+        if (count < 0) FailSystem(name_, "cannot be written");
         bytes.remove_prefix(static_cast<std::size_t>(count));
     }
 }
 
-void Output::Close() {
+void Output::Complete() {
+    Flush();
     if (file_ <= STDERR_FILENO) return;
-    const bool synced = temporary_.empty() || fsync(file_) == 0;
-    const int file = std::exchange(file_, -1);
-    if (close(file) != 0 || !synced) FailSystem(path_, kUnwritable);
-}
-
-void Output::Replace() {
+    const bool isStored = temporary_.empty() || fsync(file_) == 0;
+    if (close(std::exchange(file_, -1)) != 0 || !isStored) FailSystem(name_, "cannot be written");
     if (temporary_.empty()) return;
-    if (rename(temporary_.c_str(), target_.c_str()) != 0) FailSystem(path_, kUnwritable);
+    if (rename(temporary_.c_str(), target_.c_str()) != 0) FailSystem(name_, "cannot be written");
     temporary_.clear();
 }
 
-void WriteFile(const std::string& path, std::string_view bytes, Content content) {
-    Output output(path, content);
-    output.Write(bytes);
-    Output::Complete(output);
+void Output::Report(const std::string& error) {
+    Flush();
+    PrintError(error);
+    status = 1;
 }
 
 }  // namespace dataengine::tool

@@ -1,16 +1,11 @@
 #include "tools/dataengine/Formats.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <cmath>
 
 #include "contracts/detail/rapidjson/RenderJson.h"
 #include "structure/PackedFrame.h"
-#include "tools/dataengine/Csv.h"
-#include "tools/dataengine/Exact.h"
-#include "tools/dataengine/Failure.h"
-#include "tools/dataengine/Text.h"
 
 namespace dataengine::tool {
 namespace {
@@ -40,12 +35,7 @@ void AppendDouble(double value, Buffer& text) {
     if (count % 10 != 0) text += static_cast<char>('0' + count % 10);
 }
 
-std::string_view StringOf(const JsonValue& value) {
-    return {value.GetString(), value.GetStringLength()};
-}
-
-/// Appends a string as JSON. Returns false, with nothing appended, if it needs escapes.
-bool AppendPlain(std::string_view string, Buffer& text) {
+void AppendString(std::string_view string, Buffer& text) {
     char* at = text.Reserve(string.size() + 2);
     *at++ = '"';
     bool isPlain = true;
@@ -54,59 +44,80 @@ bool AppendPlain(std::string_view string, Buffer& text) {
         *at++ = c;
     }
     *at++ = '"';
-    if (isPlain) text.SetEnd(at);
-    return isPlain;
+    if (isPlain) return text.SetEnd(at);
+    text += JsonString(string);
 }
+
+std::string_view StringOf(const JsonValue& value) {
+    return {value.GetString(), value.GetStringLength()};
+}
+
+/// Prints the events of RenderJson.
+struct JsonPrinter {
+    Buffer& text;
+    Sink* sink = nullptr;  // of `text`, if it may be written meanwhile
+    bool isFirst = true;
+
+    bool Null() { return Put("null"); }
+    bool Bool(bool value) { return Put(value ? "true" : "false"); }
+    bool Int(int value) { return Int64(value); }
+    bool Uint(unsigned value) { return Uint64(value); }
+    bool Int64(std::int64_t value) { return AppendNumber(value, Next()), true; }
+    bool Uint64(std::uint64_t value) { return AppendNumber(value, Next()), true; }
+    bool Double(double value) { return AppendDouble(value, Next()), true; }
+    bool String(const char* bytes, std::size_t size, bool) {
+        return AppendString({bytes, size}, Next()), true;
+    }
+    bool Key(const char* bytes, std::size_t size, bool) {
+        AppendString({bytes, size}, Next());
+        return Open(':');
+    }
+    bool StartArray() { return Next(), Open('['); }
+    bool StartObject() { return Next(), Open('{'); }
+    bool EndArray(std::size_t) { return Close(']'); }
+    bool EndObject(std::size_t) { return Close('}'); }
+
+    Buffer& Next() {
+        if (sink != nullptr) sink->Check();
+        if (!std::exchange(isFirst, false)) text += ',';
+        return text;
+    }
+    bool Put(std::string_view value) { return Next() += value, true; }
+    bool Open(char c) { return text += c, isFirst = true; }
+    bool Close(char c) { return text += c, isFirst = false, true; }
+};
 
 void AppendJson(const JsonValue& value, Buffer& text) {
-    if (value.IsString() && AppendPlain(StringOf(value), text)) return;
-    if (value.IsUint64()) return AppendNumber(value.GetUint64(), text);
-    if (value.IsInt64()) return AppendNumber(value.GetInt64(), text);
-    if (value.IsDouble()) return AppendDouble(value.GetDouble(), text);
-    if (value.IsNull()) return text += "null";
-    if (value.IsBool()) return text += value.GetBool() ? "true" : "false";
-    detail::JsonBuffer buffer;
-    detail::JsonWriter writer(buffer);
-    detail::RenderJson(value, writer);
-    text += std::string_view(buffer.GetString(), buffer.GetSize());
-}
-
-/// Appends a value as the cell of a table: a string as it is, null empty, anything else as JSON.
-void AppendCell(const JsonValue& value, Buffer& text) {
-    if (value.IsString()) {
-        text += StringOf(value);
-    } else if (!value.IsNull()) {
-        AppendJson(value, text);
+    JsonPrinter printer{text};
+    if (value.IsArray() || value.IsObject()) {
+        detail::RenderJson(value, printer);
+    } else {
+        detail::RenderScalar(value, printer);
     }
 }
 
-std::string CellText(const JsonValue& value) {
-    Buffer text;
-    AppendCell(value, text);
-    return std::string(text.Bytes());
+void PrintLine(const JsonValue& value, Sink& sink) {
+    JsonPrinter printer{sink.text, &sink};
+    detail::RenderJson(value, printer);
+    sink.text += '\n';
 }
 
 bool IsTable(const JsonValue& item) {
     return item["type"].GetInt() == kTableType;
 }
 
-/// The value of an item; null for a table in a table, which has none.
-const JsonValue& ValueOf(const JsonValue& item) {
-    static const JsonValue null;
-    const auto value = item.FindMember("value");
-    return value == item.MemberEnd() ? null : value->value;
-}
-
-/// The columns of a decoded table as rows of values. Missing values are null.
+/// The columns of a decoded table as rows of values. Missing values are null. As cells they have a
+/// header, and a first column of row numbers.
 class Grid : public Cells {
   public:
-    explicit Grid(const JsonValue& table) : table_(table["column"]) {
-        for (const JsonValue& column : table_.GetArray()) {
-            const JsonValue& values = ValueOf(column);
+    explicit Grid(const JsonValue& table) {
+        for (const JsonValue& column : table["column"].GetArray()) {
+            const auto value = column.FindMember("value");  // a table in a table has none
+            const JsonValue& values = value == column.MemberEnd() ? kNull : value->value;
             // A value that is not an array belongs to the first row.
-            columns_.push_back(values.IsArray()  ? Column{values.Begin(), values.Size()}
-                               : values.IsNull() ? Column{&values, 0}
-                                                 : Column{&values, 1});
+            columns_.push_back({StringOf(column["name"]), &values, values.IsNull() ? 0u : 1u});
+            if (values.IsArray())
+                columns_.back() = {columns_.back().name, values.Begin(), values.Size()};
             count_ = std::max(count_, columns_.back().count);
         }
     }
@@ -119,127 +130,78 @@ class Grid : public Cells {
                           std::to_string(bytesOfRow) + " bytes; use --format json");
     }
 
-    const JsonValue& Name(std::size_t column) const {
-        return table_[static_cast<rapidjson::SizeType>(column)]["name"];
-    }
-    const JsonValue& At(std::size_t row, std::size_t column) const {
-        static const JsonValue null;
+    std::string_view Name(std::size_t column) const { return columns_[column].name; }
+    const JsonValue& Value(std::size_t row, std::size_t column) const {
         const Column& values = columns_[column];
-        return row < values.count ? values.values[row] : null;
+        return row < values.count ? values.values[row] : kNull;
     }
     std::size_t Count() const { return count_; }
 
-    // With a header, and a first column of row numbers.
     std::size_t Rows() const override { return count_ + 1; }
     std::size_t Columns() const override { return columns_.size() + 1; }
-    void Append(std::size_t row, std::size_t column, Buffer& text) const override {
-        if (column == 0) {
-            row == 0 ? static_cast<void>(text += '#') : AppendNumber(row, text);
-        } else {
-            AppendCell(row == 0 ? Name(column - 1) : At(row - 1, column - 1), text);
-        }
+    std::string_view At(std::size_t row, std::size_t column, Buffer& buffer) const override {
+        if (row == 0) return column == 0 ? "#" : Name(column - 1);
+        if (column != 0) return Text(Value(row - 1, column - 1), buffer);
+        buffer.Truncate(0);
+        AppendNumber(row, buffer);
+        return buffer.Bytes();
     }
 
-    std::optional<std::size_t> IntegerWidth(std::size_t row, std::size_t column) const override {
-        if (row == 0 || column == 0) return {};
-        const JsonValue& value = At(row - 1, column - 1);
-        if (value.IsNull()) return 0;
-        if (!value.IsUint64()) return {};
-        const std::uint64_t number = value.GetUint64();
-        std::size_t width = 1;
-        for (std::uint64_t limit = 10; width < 19 && number >= limit; limit *= 10) ++width;
-        return number >= 10'000'000'000'000'000'000u ? 20 : width;
+    /// Returns the text of a cell: a string as it is, null empty, anything else as JSON.
+    static std::string_view Text(const JsonValue& value, Buffer& buffer) {
+        if (value.IsString()) return StringOf(value);
+        buffer.Truncate(0);
+        if (!value.IsNull()) AppendJson(value, buffer);
+        return buffer.Bytes();
     }
 
   private:
     struct Column {
+        std::string_view name;
         const JsonValue* values;
         std::size_t count;
     };
-    const JsonValue& table_;
+    static const JsonValue kNull;
     std::vector<Column> columns_;
     std::size_t count_ = 0;
 };
-
-/// Prints a list with a comma after each element but the last.
-template <typename Print>
-// NOLINTNEXTLINE(misc-no-recursion)
-void PrintList(const JsonValue& list, Sink& sink, const Print& print) {
-    for (const JsonValue& element : list.GetArray()) {
-        if (&element != list.Begin()) sink.text += ',';
-        print(element);
-        sink.Check();
-    }
-}
-
-/// Prints an item, and the columns and attributes of a table, which have no children.
-// NOLINTNEXTLINE(misc-no-recursion)
-void PrintItem(const JsonValue& item, Sink& sink) {
-    char separator = '{';
-    for (const auto& member : item.GetObject()) {
-        sink.text += separator;
-        AppendJson(member.name, sink.text);
-        sink.text += ':';
-        if (member.value.IsArray()) {
-            const bool holdsItems = StringOf(member.name) != "value";
-            sink.text += '[';
-            // NOLINTNEXTLINE(misc-no-recursion)
-            PrintList(member.value, sink, [&](const JsonValue& element) {
-                holdsItems ? PrintItem(element, sink) : AppendJson(element, sink.text);
-            });
-            sink.text += ']';
-        } else {
-            AppendJson(member.value, sink.text);
-        }
-        separator = ',';
-    }
-    sink.text += '}';
-}
+const JsonValue Grid::kNull;
 
 /// Prints an object with the names and values of the items of a list that are not tables, after
 /// `prefix` and `key`; nothing if there are none.
 void PrintValues(std::string_view prefix, std::string_view key, const JsonValue& list, Sink& sink) {
-    char separator = '{';
+    bool isFirst = true;
     for (const JsonValue& item : list.GetArray()) {
         if (IsTable(item)) continue;
-        if (separator == '{') {
-            sink.text += prefix;
-            sink.text += key;
-        }
-        sink.text += separator;
-        AppendJson(item["name"], sink.text);
+        sink.text += isFirst ? prefix : ",";
+        if (std::exchange(isFirst, false)) sink.text += key;
+        AppendString(StringOf(item["name"]), sink.text);
         sink.text += ':';
         AppendJson(item["value"], sink.text);
-        separator = ',';
     }
-    if (separator == ',') sink.text += "}}\n";
+    if (!isFirst) sink.text += "}}\n";
 }
 
 void PrintTableRows(const Decoded& frame, const JsonValue& table, const std::string& prefix,
                     Sink& sink) {
-    Buffer start;
-    start += prefix;
-    start += ",\"table\":";
-    AppendJson(table["name"], start);
-    PrintValues(start.Bytes(), ",\"attributes\":", table["attributes"], sink);
+    std::string start = prefix + ",\"table\":" + JsonString(StringOf(table["name"]));
+    PrintValues(start, ",\"attributes\":{", table["attributes"], sink);
     start += ",\"row\":";
     const Grid rows(table);
-    std::vector<Buffer> keys;
-    std::size_t repeated = start.Size();
+    std::vector<std::string> keys;
+    std::size_t repeated = start.size();
     for (std::size_t i = 0; i + 1 < rows.Columns(); ++i) {
-        keys.emplace_back() += i == 0 ? "" : ",";
-        AppendJson(rows.Name(i), keys.back());
-        keys.back() += ':';
-        repeated += keys.back().Size() + 4;
+        keys.push_back((i == 0 ? "" : ",") + JsonString(rows.Name(i)) + ":");
+        repeated += keys.back().size() + 4;
     }
     rows.CheckRepetition(frame, repeated);
     for (std::size_t row = 0; row < rows.Count(); ++row) {
-        sink.text += start.Bytes();
+        sink.text += start;
         AppendNumber(row + 1, sink.text);
         sink.text += ",\"values\":{";
         for (std::size_t i = 0; i < keys.size(); ++i) {
-            sink.text += keys[i].Bytes();
-            AppendJson(rows.At(row, i), sink.text);
+            sink.text += keys[i];
+            AppendJson(rows.Value(row, i), sink.text);
         }
         sink.text += "}}\n";
         sink.Check();
@@ -250,75 +212,74 @@ void PrintTableRows(const Decoded& frame, const JsonValue& table, const std::str
 bool DrawValues(const JsonValue& list, const Screen& screen, Sink& sink) {
     StringCells cells;
     cells.rows = {{"name", "value"}};
-    for (const JsonValue& item : list.GetArray()) {
-        if (IsTable(item)) continue;
-        cells.rows.push_back({CellText(item["name"]), CellText(item["value"])});
-    }
-    if (cells.rows.size() == 1) return false;
-    DrawTable(cells, screen, sink);
-    return true;
+    Buffer buffer;
+    for (const JsonValue& item : list.GetArray())
+        if (!IsTable(item))
+            cells.rows.push_back({std::string(StringOf(item["name"])),
+                                  std::string(Grid::Text(item["value"], buffer))});
+    if (cells.rows.size() > 1) DrawTable(cells, screen, sink);
+    return cells.rows.size() > 1;
 }
 
-const JsonValue& OnlyTable(const Decoded& frame) {
-    const auto items = frame.document.GetArray();
-    if (CountTables(frame) != 1) throw UsageError(kOneTable);
-    return *std::find_if(items.begin(), items.end(), IsTable);
+void AppendCsv(std::string_view cell, const CsvStyle& style, Buffer& text) {
+    const bool isFormula = style.isSafe && cell.substr(0, 1).find_first_of("=+-@\t\r") == 0;
+    if (!cell.empty() && !isFormula && cell.find_first_of(",\"\r\n") == cell.npos) {
+        text += cell;
+    } else {
+        text += isFormula ? "\"'" : "\"";
+        for (const char c : cell) text.Fill(c == '"' ? 2 : 1, c);
+        text += '"';
+    }
 }
 
 }  // namespace
 
-std::ptrdiff_t CountTables(const Decoded& frame) {
-    const auto items = frame.document.GetArray();
-    return std::count_if(items.begin(), items.end(), IsTable);
-}
-
 void PrintJson(const Decoded& frame, Sink& sink) {
-    sink.text += '[';
-    PrintList(frame.document, sink, [&](const JsonValue& item) { PrintItem(item, sink); });
-    sink.text += "]\n";
+    PrintLine(frame.document, sink);
 }
 
 void PrintLines(const Decoded& frame, Sink& sink) {
-    for (const JsonValue& item : frame.document.GetArray()) {
-        PrintItem(item, sink);
-        sink.text += '\n';
-    }
+    for (const JsonValue& item : frame.document.GetArray()) PrintLine(item, sink);
 }
 
 void PrintRows(const Decoded& frame, Sink& sink) {
     const std::string prefix =
         "{\"file\":" + JsonString(frame.path) + ",\"unit\":" + JsonString(frame.unit);
-    PrintValues(prefix, ",\"values\":", frame.document, sink);
+    PrintValues(prefix, ",\"values\":{", frame.document, sink);
     for (const JsonValue& item : frame.document.GetArray())
         if (IsTable(item)) PrintTableRows(frame, item, prefix, sink);
 }
 
-std::string CsvHeader(const Decoded& frame, bool withFile, bool isSafe) {
-    const Grid rows(OnlyTable(frame));
-    Buffer line;
-    if (withFile) line += "file,";
-    for (std::size_t i = 0; i + 1 < rows.Columns(); ++i)
-        AppendCsv(StringOf(rows.Name(i)), isSafe, line);
-    return std::string(line.Bytes().substr(0, line.Size() - (line.Size() > 0))) + "\n";
+const JsonValue* OnlyTable(const Decoded& frame) {
+    const auto items = frame.document.GetArray();
+    return std::count_if(items.begin(), items.end(), IsTable) == 1
+               ? std::find_if(items.begin(), items.end(), IsTable)
+               : nullptr;
 }
 
-void PrintCsv(const Decoded& frame, bool withFile, bool isSafe, Sink& sink) {
-    const Grid rows(OnlyTable(frame));
+std::string CsvHeader(const JsonValue& table, const CsvStyle& style) {
+    const Grid rows(table);
+    Buffer line;
+    if (style.hasFile) line += "file";
+    for (std::size_t i = 0; i + 1 < rows.Columns(); ++i) {
+        if (i != 0 || style.hasFile) line += ',';
+        AppendCsv(rows.Name(i), style, line);
+    }
+    return std::string(line.Bytes()) + "\n";
+}
+
+void PrintCsv(const Decoded& frame, const JsonValue& table, const CsvStyle& style, Sink& sink) {
+    const Grid rows(table);
     Buffer file, cell;
-    if (withFile) AppendCsv(frame.path, isSafe, file);
+    if (style.hasFile) AppendCsv(frame.path, style, file);
     rows.CheckRepetition(frame, file.Size() + rows.Columns());
     for (std::size_t row = 0; row < rows.Count(); ++row) {
         sink.text += file.Bytes();
         for (std::size_t i = 0; i + 1 < rows.Columns(); ++i) {
-            cell.Truncate(0);
-            AppendCell(rows.At(row, i), cell);
-            if (rows.At(row, i).IsNull()) {
-                sink.text += ',';
-            } else {
-                AppendCsv(cell.Bytes(), isSafe, sink.text);
-            }
+            if (i != 0 || style.hasFile) sink.text += ',';
+            const JsonValue& value = rows.Value(row, i);
+            if (!value.IsNull()) AppendCsv(Grid::Text(value, cell), style, sink.text);
         }
-        sink.text.Truncate(sink.text.Size() - 1);  // the last comma
         sink.text += '\n';
         sink.Check();
     }

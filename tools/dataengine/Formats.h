@@ -27,16 +27,22 @@ void PrintLines(const Decoded& frame, Sink& sink);
 /// any, and one for each of its rows.
 void PrintRows(const Decoded& frame, Sink& sink);
 
-constexpr char kOneTable[] = "--format csv prints one table; name it with --select";
-std::ptrdiff_t CountTables(const Decoded& frame);
+/// How CSV is printed.
+struct CsvStyle {
+    bool hasFile;  // a column with the path of the frame before the others
+    bool isSafe;   // no cell is a formula for a spreadsheet
+};
 
-/// Returns the header of the only table as CSV. Throws UsageError unless there is exactly one.
-/// `withFile` puts a column with the path of the frame before the others.
-std::string CsvHeader(const Decoded& frame, bool withFile, bool isSafe);
+/// Returns the only table of a frame, or null if it has none or several.
+const rapidjson::Value* OnlyTable(const Decoded& frame);
 
-/// Prints the rows of that table. Null is an empty cell, an empty string is "", and arrays and
-/// objects are JSON text.
-void PrintCsv(const Decoded& frame, bool withFile, bool isSafe, Sink& sink);
+/// Returns the header of a table as CSV.
+std::string CsvHeader(const rapidjson::Value& table, const CsvStyle& style);
+
+/// Prints the rows of a table. Null is an empty cell, an empty string is "", and arrays and objects
+/// are JSON text.
+void PrintCsv(const Decoded& frame, const rapidjson::Value& table, const CsvStyle& style,
+              Sink& sink);
 
 /// Prints the leaves, then each table with its attributes, as aligned columns.
 void PrintTables(const Decoded& frame, const Screen& screen, Sink& sink);

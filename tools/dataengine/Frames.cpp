@@ -1,74 +1,52 @@
 #include "tools/dataengine/Frames.h"
 
-#include <functional>
+#include <algorithm>
+#include <filesystem>
 #include <map>
 #include <sstream>
 
 #include "structure/detail/MsgpackErrors.h"
 #include "structure/detail/PackedBytes.h"
 #include "structure/detail/PackedFormat.h"
-#include "tools/dataengine/Failure.h"
 #include "tools/dataengine/Files.h"
-#include "tools/dataengine/Text.h"
 
 namespace dataengine::tool {
 namespace {
 
-/// Returns what is known to begin as a file does.
-const char* FormatOf(std::string_view bytes) {
-    static constexpr std::pair<std::string_view, const char*> kFormats[] = {
-        {"\x1f\x8b", " (gzip)"},
-        {"PK\3\4", " (zip)"},
-        {"\x28\xb5\x2f\xfd", " (zstd)"},
-        {"\xfd"
-         "7zXZ",
-         " (xz)"},
-        {"BZh", " (bzip2)"},
-        {"{", " (JSON or text)"},
-        {"[", " (JSON or text)"},
-        {"<", " (XML or text)"},
-        {"\x89PNG", " (PNG)"},
-        {"\x7f"
-         "ELF",
-         " (ELF)"},
-        {"%PDF", " (PDF)"}};
-    for (const auto& [beginning, name] : kFormats)
-        if (bytes.substr(0, beginning.size()) == beginning) return name;
-    return IsPlain(bytes.substr(0, 8)) ? " (text)" : "";
+using detail::PackedBytes;
+using detail::PackedKind;
+
+/// Returns whether `bytes` begin with an integer and a name, as a frame of any version does.
+bool BeginsFrame(std::string_view bytes) {
+    PackedBytes packed(bytes.data(), bytes.size());
+    if (packed.PeekHead().kind != PackedKind::kInteger) return false;
+    if (packed.PeekHead().size >= bytes.size()) return true;
+    packed.Skip();
+    const PackedKind kind = packed.PeekHead().kind;
+    return kind == PackedKind::kStr || kind == PackedKind::kBin;
 }
 
-[[noreturn]] void FailNoFrame(const std::string& path, std::string_view bytes) {
-    std::string beginning;
-    for (const char byte : bytes.substr(0, 2)) beginning += " 0x" + HexOf({&byte, 1});
-    throw Failure(path, "not a packed frame: starts with" + beginning + FormatOf(bytes));
+std::string DescribeBeginning(std::string_view bytes) {
+    static const std::map<std::string, const char*> kFormats = {
+        {"1f8b", " (gzip)"},  {"504b", " (zip)"}, {"28b5", " (zstd)"}, {"fd37", " (xz)"},
+        {"425a", " (bzip2)"}, {"8950", " (PNG)"}, {"7f45", " (ELF)"}};
+    std::string text = "not a packed frame: starts with";
+    for (const char byte : bytes.substr(0, 2)) text += " 0x" + HexOf({&byte, 1});
+    const auto known = kFormats.find(HexOf(bytes.substr(0, 2)));
+    return text + (known != kFormats.end()       ? known->second
+                   : IsPlain(bytes.substr(0, 8)) ? " (text)"
+                                                 : "");
 }
 
-/// Throws Failure unless `bytes` begin with an integer and a name, as a frame of any version does.
-void CheckBeginning(const std::string& path, std::string_view bytes) {
-    if (bytes.empty()) throw Failure(path, "is empty");
-    detail::PackedBytes packed(bytes.data(), bytes.size());
-    try {
-        const bool isInteger = packed.Head().kind == detail::PackedKind::kInteger;
-        packed.Skip();
-        if (isInteger && packed.Remaining() == 0) return;
-        const detail::PackedKind kind = packed.Head().kind;
-        if (isInteger && (kind == detail::PackedKind::kStr || kind == detail::PackedKind::kBin))
-            return;
-    } catch (const msgpack::unpack_error&) {
-        // Reported below.
-    }
-    FailNoFrame(path, bytes);
-}
-
-std::optional<long long> IntegerOf(const vxJson::Value& value) {
-    return value.isInteger() ? std::optional(value.asInt64()) : std::nullopt;
+long long IntegerOf(const vxJson::Value& value, long long otherwise) {
+    return value.isInteger() ? value.asInt64() : otherwise;
 }
 
 /// Returns the position of an item's value: its index, and its index in the table or -1.
 std::pair<long long, long long> PlaceOf(const Item& item) {
-    const long long index = IntegerOf((*item.schema)["index"]).value_or(0);
+    const long long index = IntegerOf((*item.schema)["index"], 0);
     if (item.table == nullptr) return {index, -1};
-    return {IntegerOf((*item.table)["index"]).value_or(0), index};
+    return {IntegerOf((*item.table->schema)["index"], 0), index};
 }
 
 /// Returns the element of `list` at `index`; null if there is none.
@@ -76,55 +54,45 @@ const vxJson::Value& At(const vxJson::Value& list, long long index) {
     return list[index >= 0 && index < list.size() ? static_cast<int>(index) : -1];
 }
 
-/// Returns the first element of `list` with the name `name`, or null.
-const vxJson::Value* Find(const vxJson::Value& list, const std::string& name) {
-    if (!list.isArray()) return nullptr;
-    for (const vxJson::Value& item : list)
-        if (item["name"].isString() && item["name"].asString() == name) return &item;
-    return nullptr;
-}
-
 }  // namespace
 
 void OpenFrame(PackedFrameReader& reader, const std::string& path, std::string_view bytes) {
+    if (bytes.empty()) throw Failure(path, "is empty");
+    std::string error = "has a version other than 1";
     try {
         if (reader.Open(bytes)) {
             if (reader.Schema().isArray()) return;
-            throw Failure(path, "its schema is not an array");
+            error = "its schema is not an array";
         }
-    } catch (const msgpack::type_error&) {
-        FailNoFrame(path, bytes);
-    } catch (const msgpack::unpack_error& error) {
-        CheckBeginning(path, bytes);
-        throw Failure(path, error.what());
-    } catch (const vxJson::Error& error) {
-        throw Failure(path, error.what());
+    } catch (const std::bad_alloc&) {
+        throw;
+    } catch (const std::exception& exception) {
+        error = exception.what();
     }
-    CheckBeginning(path, bytes);
-    throw Failure(path, "has a version other than 1");
+    throw Failure(path, BeginsFrame(bytes) ? error : DescribeBeginning(bytes));
 }
 
 bool Item::HasValue() const {
-    return IntegerOf((*schema)["type"]) != kTableType;
-}
-
-std::string Item::Path() const {
-    const std::string name = (*schema)["name"].asString();
-    return table == nullptr ? name : (*table)["name"].asString() + "." + name;
+    return IntegerOf((*schema)["type"], 0) != kTableType;
 }
 
 std::vector<Item> ItemsOf(const PackedFrameReader& reader) {
+    std::size_t count = 0;
+    for (const vxJson::Value& item : reader.Schema())
+        count += std::size_t{1} + item["column"].size() + item["attributes"].size();
     std::vector<Item> items;
+    items.reserve(count);  // children refer to their table
     for (const vxJson::Value& item : reader.Schema()) {
         const bool isFiller = item["name"] == vxJson::Value("$") && reader.Payload().empty();
         if (!item["name"].isString() || isFiller) continue;
         items.push_back({&item, nullptr, "leaf"});
         if (items.back().HasValue()) continue;
         items.back().role = "table";
+        const Item* const table = &items.back();
         for (const auto& [list, role] :
              {std::pair("column", "column"), {"attributes", "attribute"}})
             for (const vxJson::Value& child : item[list])
-                if (child["name"].isString()) items.push_back({&child, &item, role});
+                if (child["name"].isString()) items.push_back({&child, table, role});
     }
     return items;
 }
@@ -139,114 +107,149 @@ void SetOffsets(std::vector<Item>& items, const vxJson::Value& offsets) {
     for (Item& item : items) {
         const auto [index, child] = PlaceOf(item);
         const vxJson::Value& entry = At(offsets, index);
-        const auto offset = IntegerOf(item.table == nullptr ? entry : At(entry, child));
-        if (item.HasValue() && offset && *offset >= 0) item.offset = *offset;
+        const long long offset = IntegerOf(item.table == nullptr ? entry : At(entry, child), -1);
+        if (item.HasValue() && offset >= 0) item.offset = offset;
     }
 }
 
-std::string FindOffsets(std::vector<Item>& items, const PackedFrameReader& reader) {
+Frame::Frame(const std::string& file, const std::string& offsets)
+    : path(file), bytes(ReadFile(file)) {
+    OpenFrame(reader, path, bytes);
+    items = ItemsOf(reader);
+    budget_ = 4 * reader.Payload().size();
+    offsets.empty() ? FindOffsets() : SetOffsets(items, ReadOffsets(offsets));
+}
+
+void Frame::FindOffsets() {
     std::map<std::pair<long long, long long>, std::vector<Item*>> places;
     for (Item& item : items)
         if (item.HasValue()) places[PlaceOf(item)].push_back(&item);
     const std::string_view payload = reader.Payload();
-    detail::PackedBytes bytes(payload.data(), payload.size());
+    PackedBytes packed(payload.data(), payload.size());
     for (const auto& [place, sharing] : places) {
-        const auto offset = static_cast<std::size_t>(bytes.Next() - payload.data());
+        const auto offset = static_cast<std::size_t>(packed.Next() - payload.data());
         try {
-            bytes.Skip();
-        } catch (const msgpack::unpack_error& error) {
-            try {
-                reader.FindOffsets();
-            } catch (const msgpack::unpack_error& located) {
-                return located.what();
-            }
-            return error.what();
+            packed.Skip();
+        } catch (const msgpack::unpack_error& broken) {
+            error = broken.what();
+            break;
         }
         for (Item* item : sharing) item->offset = offset;
     }
-    return "";
+    try {
+        if (!error.empty()) reader.FindOffsets();
+    } catch (const std::exception& located) {
+        error = located.what();
+    }
+}
+
+std::string_view Frame::Value(const Item& item) {
+    const std::string_view payload = reader.Payload();
+    const std::string_view rest = payload.substr(std::min(*item.offset, payload.size()));
+    PackedBytes packed(rest.data(), rest.size());
+    packed.Skip();
+    const std::size_t size = rest.size() - packed.Remaining();
+    if (size > budget_) throw Failure("the values overlap too often to show this one");
+    budget_ -= size;
+    return rest.substr(0, size);
 }
 
 namespace {
 
-/// Adds a column or an attribute to the selection. Returns whether the table has it.
-bool SelectChild(vxJson::Value& selection, const vxJson::Value& table, const std::string& name) {
-    const char* const list = Find(table["column"], name) != nullptr       ? "column"
-                             : Find(table["attributes"], name) != nullptr ? "attributes"
-                                                                          : nullptr;
-    if (list == nullptr) return false;
-    const vxJson::Value marked = "$" + table["name"].asString();
-    const vxJson::Value& last = At(selection, static_cast<long long>(selection.size()) - 1);
-    if (last["table"] != marked || !last.isMember("column")) {
-        vxJson::Value entry;
-        entry["table"] = marked;
-        for (const char* key : {"column", "attributes"})
-            entry[key] = vxJson::Value(vxJson::arrayKind, false);
-        selection.append(std::move(entry));
+/// The selection of the items of a frame by name.
+class Selecting {
+  public:
+    Selecting(const PackedFrameReader& reader, std::vector<std::string>& errors)
+        : items_(ItemsOf(reader)), errors_(errors) {
+        for (const Item& item : items_) byName_.emplace(std::pair(item.table, item.Name()), &item);
     }
-    selection[static_cast<int>(selection.size()) - 1][list].append(name);
-    return true;
-}
 
-/// Adds the item, column or attribute of a name. Returns whether the frame has it.
-bool Select(vxJson::Value& selection, const vxJson::Value& schema, const std::string& name) {
-    if (Find(schema, name) != nullptr) {
-        vxJson::Value entry;
-        entry["table"] = "$" + name;  // readers remove one '$'
-        selection.append(std::move(entry));
-        return true;
+    /// Returns the first item of this name, or of this table and name, or null.
+    const Item* Find(const std::string& name) const {
+        const Item* found = FindIn(nullptr, name);
+        for (std::size_t dot = name.find('.'); found == nullptr && dot != name.npos;
+             dot = name.find('.', dot + 1)) {
+            const Item* const table = FindIn(nullptr, name.substr(0, dot));
+            if (table != nullptr) found = FindIn(table, name.substr(dot + 1));
+        }
+        return found;
     }
-    for (std::size_t dot = name.find('.'); dot != name.npos; dot = name.find('.', dot + 1)) {
-        const vxJson::Value* const table = Find(schema, name.substr(0, dot));
-        if (table != nullptr && IntegerOf((*table)["type"]) == kTableType &&
-            SelectChild(selection, *table, name.substr(dot + 1)))
-            return true;
+    const Item* Require(const std::string& name) {
+        const Item* const found = Find(name);
+        if (found == nullptr) errors_.push_back("has no item named \"" + name + "\"");
+        return found;
     }
-    return false;
-}
 
-/// Reads a JSON selection and checks its names.
-vxJson::Value ReadSelection(const std::string& path, const vxJson::Value& schema,
-                            const std::function<void(const std::string&)>& missing) {
-    vxJson::Value selection = ReadJson(path);
-    if (!selection.isArray() && !selection.isNull())
-        throw Failure(path, "is neither an array nor null");
-    try {
-        for (const vxJson::Value& entry : std::as_const(selection)) {
+    /// Adds the item, column or attribute of a name.
+    void Add(const std::string& name) {
+        const Item* const found = Require(name);
+        if (found == nullptr) return;
+        const Item& item = *found;
+        const std::string table = item.table == nullptr ? name : item.table->Name();
+        const vxJson::Value marked = "$" + table;  // readers remove one '$'
+        if (item.table == nullptr || selection.empty() || !Last().isMember("column") ||
+            Last()["table"] != marked) {
+            selection.append(vxJson::Value());
+            Last()["table"] = marked;
+        }
+        if (item.table == nullptr) return;
+        for (const char* list : {"column", "attributes"})
+            if (Last()[list].isNull()) Last()[list] = vxJson::Value(vxJson::arrayKind, false);
+        Last()[item.role == "column" ? "column" : "attributes"].append(item.Name());
+    }
+
+    /// Checks the names of a JSON selection.
+    void Check(const vxJson::Value& entries) {
+        for (const vxJson::Value& entry : entries) {
             const std::string marked = (entry.isObject() ? entry["table"] : entry).asString();
             const std::string name(detail::WithoutMark(marked));
-            const vxJson::Value* const item = Find(schema, name);
-            if (item == nullptr) missing(name);
-            for (const char* key : {"column", "attributes"})
-                for (const vxJson::Value& child : entry[key])
-                    if (item != nullptr && Find((*item)[key], child.asString()) == nullptr)
-                        missing(name + "." + child.asString());
+            const Item* const item = Require(name);
+            for (const char* list : {"column", "attributes"})
+                for (const vxJson::Value& child : entry[list])
+                    if (item != nullptr) Require(name + "." + child.asString());
         }
-    } catch (const vxJson::Error& error) {
-        throw Failure(path, std::string("is not a selection (") + error.what() + ")");
     }
-    return selection;
-}
+
+    vxJson::Value selection = vxJson::Value(vxJson::arrayKind, false);
+
+  private:
+    const Item* FindIn(const Item* table, const std::string& name) const {
+        const auto found = byName_.find({table, name});
+        return found == byName_.end() ? nullptr : found->second;
+    }
+    vxJson::Value& Last() { return selection[static_cast<int>(selection.size()) - 1]; }
+
+    std::vector<Item> items_;
+    std::vector<std::string>& errors_;
+    std::map<std::pair<const Item*, std::string>, const Item*> byName_;
+};
 
 }  // namespace
 
-vxJson::Value SelectionOf(const std::vector<std::string>& words, const vxJson::Value& schema,
+vxJson::Value SelectionOf(const std::vector<std::string>& words, const PackedFrameReader& reader,
                           std::vector<std::string>& errors) {
-    vxJson::Value selection;
-    const auto missing = [&](const std::string& name) {
-        errors.push_back("has no item named \"" + name + "\"");
-    };
-    for (const std::string& word : words) {
-        if (selection.isNull()) selection = vxJson::Value(vxJson::arrayKind, false);
-        if (Select(selection, schema, word)) continue;
-        if (words.size() == 1 && IsFile(word)) return ReadSelection(word, schema, missing);
-        std::istringstream names(word);
-        for (std::string name; std::getline(names, name, ',');)
-            if (!Select(selection, schema, name)) missing(name);
-        if (words.size() == 1 && errors.size() == 1 && selection.empty())
-            errors.back() += ", and there is no such file";
+    Selecting selecting(reader, errors);
+    const std::string& path = words.front();
+    if (words.size() == 1 && selecting.Find(path) == nullptr && std::filesystem::exists(path)) {
+        vxJson::Value selection = ReadJson(path);
+        if (!selection.isArray() && !selection.isNull())
+            throw Failure(path, "is neither an array nor null");
+        try {
+            selecting.Check(selection);
+        } catch (const vxJson::Error& error) {
+            throw Failure(path, std::string("is not a selection (") + error.what() + ")");
+        }
+        return selection;
     }
-    return selection;
+    for (const std::string& word : words) {
+        std::istringstream names(word);
+        for (std::string name;
+             std::getline(names, name, selecting.Find(word) == nullptr ? ',' : '\0');)
+            selecting.Add(name);
+    }
+    if (words.size() == 1 && errors.size() == 1 && selecting.selection.empty())
+        errors.back() += ", and there is no such file";
+    return selecting.selection;
 }
 
 }  // namespace dataengine::tool

@@ -1,26 +1,17 @@
 // Reads the command line of the dataengine tool and runs the command that it names.
 #include <CLI/CLI.hpp>
-#include <cstdio>
-#include <exception>
 #include <new>
+#include <sstream>
 
 #include "contracts/DataEngineVersion.h"
 #include "tools/dataengine/Commands.h"
-#include "tools/dataengine/Failure.h"
-#include "tools/dataengine/Files.h"
-#include "tools/dataengine/Text.h"
 
 namespace dataengine::tool {
-
-void PrintError(const std::string& error) {
-    constexpr std::size_t kLongest = 1000;  // in columns; names may be long
-    std::fprintf(stderr, "dataengine: %s\n", Cut(Printable(error), kLongest).c_str());
-}
-
 namespace {
 
 constexpr int kFailed = 1;
 constexpr int kWrongUsage = 2;
+constexpr char kFrame[] = "The packed frame; - for standard input";
 
 /// Adds an option whose value help shows as `type`. It takes one value each time it is given.
 template <typename Value>
@@ -29,6 +20,10 @@ CLI::Option* Add(CLI::App& command, const char* name, const char* type, Value& v
     CLI::Option* const option = command.add_option(name, value, help);
     if (name[0] == '-') option->allow_extra_args(false);
     return option->type_name(type);
+}
+
+void AddInput(CLI::App& command, const char* name, std::string& input, const char* help) {
+    Add(command, name, "", input, help)->required();
 }
 
 void AddFormat(CLI::App& command, Options& options, std::vector<std::string> formats,
@@ -48,12 +43,8 @@ void AddOffsets(CLI::App& command, Options& options) {
         "The offsets of the values, as a JSON array; by default, values are consecutive");
 }
 
-void AddInput(CLI::App& command, const char* name, std::string& input, const char* help) {
-    Add(command, name, "", input, help)->required();
-}
-
 void AddShow(CLI::App& command, Options& options) {
-    AddInput(command, "FRAME", options.input, "The packed frame; - for standard input");
+    AddInput(command, "FRAME", options.input, kFrame);
     AddOffsets(command, options);
     AddColor(command, options);
 }
@@ -81,7 +72,7 @@ void AddDecode(CLI::App& command, Options& options) {
 }
 
 void AddUnpack(CLI::App& command, Options& options) {
-    AddInput(command, "FRAME", options.input, "The packed frame; - for standard input");
+    AddInput(command, "FRAME", options.input, kFrame);
 }
 
 void AddPack(CLI::App& command, Options& options) {
@@ -89,15 +80,15 @@ void AddPack(CLI::App& command, Options& options) {
              "The text of unpack, a JSON document or CSV table of decode, or a CSV sheet; - for "
              "standard input");
     Add(command, "-o,--output", "FRAME", options.output, "The frame to write")->required();
-    Add(command, "--offsets", "FILE", options.offsets, "The file to write the offsets to");
+    Add(command, "--offsets", "FILE", options.places, "The file to write the offsets to");
     Add(command, "--name", "NAME", options.name,
         "The name of the frame; the unit of the CSV, or the name of INPUT by default");
     Add(command, "--like", "FRAME", options.like,
-        "A frame that has the unit, the table and the types of a CSV table");
+        "A frame; the new one is like it, with the rows of a CSV table");
 }
 
 void AddDiff(CLI::App& command, Options& options) {
-    AddInput(command, "A", options.input, "A packed frame; - for standard input");
+    AddInput(command, "A", options.input, kFrame);
     AddInput(command, "B", options.other, "The packed frame to compare it with");
 }
 
@@ -108,15 +99,13 @@ void AddBson(CLI::App& command, Options& options) {
 }
 
 void AddRecord(CLI::App& command, Options& options) {
-    Add(command, "DEVICE", "", options.device, "A GUID, a host name, or N:type:id for a node")
-        ->required();
+    AddInput(command, "DEVICE", options.device, "A GUID, a host name, or N:type:id for a node");
     Add(command, "TYPE", "", options.type, "The kind of payload")
         ->required()
         ->check(
             CLI::IsMember({"config", "cmd", "sysTable", "nctTable", "parser", "pingtrace", "raw"}));
-    Add(command, "NAME", "", options.location,
-        "The command line for cmd, empty ('') for config, else the location")
-        ->required();
+    AddInput(command, "NAME", options.location,
+             "The command line for cmd, empty ('') for config, else the location");
     AddInput(command, "FILE", options.input, "The payload; - for standard input");
     Add(command, "--time", "T", options.time,
         "Milliseconds since 1970, or ISO 8601; the current time by default");
@@ -136,7 +125,7 @@ struct Command {
     const char* name;
     const char* description;
     void (*add)(CLI::App&, Options&);
-    int (*run)(const Options&);
+    void (*run)(const Options&, Output&);
     const char* example;
 };
 
@@ -157,11 +146,6 @@ constexpr Command kCommands[] = {
     {"names", "List the names of the document store", AddNames, Names, "names localIntf"},
 };
 
-int Print(const std::string& text) {
-    WriteFile(kStandard, text, Content::kSafe);
-    return 0;
-}
-
 /// Returns the error for arguments that no option or command takes.
 std::string UnexpectedArgument(const CLI::App& app) {
     const std::string argument = app.remaining(true).front();
@@ -170,7 +154,21 @@ std::string UnexpectedArgument(const CLI::App& app) {
                                          : "unexpected argument " + argument;
 }
 
-/// Runs the command of the command line. Sets `name` to its name if it has one.
+/// Checks the paths of a command, and reads the list of its inputs.
+void PreparePaths(Options& options) {
+    std::vector<std::string> inputs = {options.input,   options.other, options.filesFrom,
+                                       options.offsets, options.map,   options.like};
+    if (!options.filesFrom.empty()) {
+        std::istringstream lines(ReadFile(options.filesFrom));
+        for (std::string line; std::getline(lines, line);)
+            if (!line.empty()) options.inputs.push_back(line);
+    }
+    for (const auto* paths : {&options.inputs, &options.select})
+        inputs.insert(inputs.end(), paths->begin(), paths->end());
+    CheckPaths(inputs, {options.output, options.places});
+}
+
+/// Runs the command of the command line and returns its status. Sets `name` to its name.
 int RunCommand(int argc, char** argv, std::string& name) {
     CLI::App app("Reads and writes packed frames and the records of a data engine", "dataengine");
     app.set_version_flag("--version", std::string("dataengine ") + Version());
@@ -188,19 +186,25 @@ int RunCommand(int argc, char** argv, std::string& name) {
                 "The file to write; standard output by default");
         added.footer(std::string("Example: dataengine ") + command.example);
     }
+    std::string help;
     try {
         app.parse(argc, argv);
+        if (chosen == nullptr) throw UsageError("a command is required");
+        PreparePaths(options);
     } catch (const CLI::CallForHelp&) {
-        return Print(app.help());
+        help = app.help();
     } catch (const CLI::CallForVersion& version) {
-        return Print(std::string(version.what()) + "\n");
+        help = std::string(version.what()) + "\n";
     } catch (const CLI::ExtrasError&) {
         throw UsageError(UnexpectedArgument(app));
     } catch (const CLI::ParseError& error) {
         throw UsageError(error.what());
     }
-    if (chosen == nullptr) throw UsageError("a command is required");
-    return chosen->run(options);
+    Output output(help.empty() ? options.output : kStandard);
+    output.text += help;
+    if (help.empty()) chosen->run(options, output);
+    output.Complete();
+    return output.status;
 }
 
 int Run(int argc, char** argv) {

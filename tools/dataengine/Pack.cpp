@@ -12,29 +12,93 @@
 #include <charconv>
 #include <cmath>
 #include <filesystem>
-#include <functional>
 #include <map>
+#include <set>
 #include <sstream>
 
 #include "structure/PackedFrameWriter.h"
-#include "structure/detail/PackedBytes.h"
 #include "tools/dataengine/Commands.h"
-#include "tools/dataengine/Csv.h"
 #include "tools/dataengine/Exact.h"
-#include "tools/dataengine/Failure.h"
-#include "tools/dataengine/Files.h"
 #include "tools/dataengine/Frames.h"
 
 namespace dataengine::tool {
 namespace {
 
 using detail::PackedKind;
+
+/// A cell of a CSV file. An empty one is null; an empty string is a pair of quotation marks.
 using Cell = std::optional<std::string>;
 
-// 11 marks a table. The decoder copies all other type numbers unchanged.
-const std::map<std::string, int> kTypeOfKind = {
-    {"text", 1}, {"integer", 2}, {"number", 3}, {"boolean", 4}, {"bytes", 5}};
-const std::string kAny = "any";  // of a column of --like with values of several kinds, or none
+/// A CSV record and the number of its first line, counted from 1.
+struct CsvRecord {
+    int line;
+    std::vector<Cell> cells;
+};
+
+/// Reads the record at `at` with its line break, and sets `at` and `line` to the next one. A cell
+/// in quotation marks may contain commas, line breaks, and quotation marks written twice. Returns
+/// nothing if a quotation mark is not closed.
+std::optional<CsvRecord> ReadRecord(const std::string& text, std::size_t& at, int& line) {
+    CsvRecord record{line, {std::nullopt}};
+    bool isQuoted = false;
+    for (; at < text.size(); ++at) {
+        const char c = text[at], next = text[at + 1];
+        if (c == '\n') ++line;
+        Cell& cell = record.cells.back();
+        if (c == '"' && !(isQuoted && next == '"')) {
+            isQuoted = !isQuoted;
+            if (!cell) cell.emplace();
+        } else if (isQuoted) {
+            if (c == '"') ++at;  // a quotation mark is written twice
+            *cell += c;
+        } else if (c == ',') {
+            record.cells.emplace_back();
+        } else if (c == '\n') {
+            ++at;
+            break;
+        } else if (c != '\r' || next != '\n') {
+            if (!cell) cell.emplace();
+            *cell += c;
+        }
+    }
+    return isQuoted ? std::nullopt : std::optional(record);
+}
+
+/// Runs `read` with the cells of each record. Errors name its line. If `hasComments`, empty lines
+/// and lines that begin with '#' are skipped.
+template <typename Read>
+void ForEachRecord(const std::string& path, const std::string& text, bool hasComments,
+                   const Read& read) {
+    int line = 1;
+    for (std::size_t at = 0; at < text.size();) {
+        if (hasComments && (text[at] == '#' || text[at] == '\n')) {
+            at = std::min(text.find('\n', at), text.size() - 1) + 1;
+            ++line;
+            continue;
+        }
+        const int first = line;
+        const auto record = ReadRecord(text, at, line);
+        try {
+            if (!record) throw Failure("a quotation mark is not closed");
+            read(record->cells);
+        } catch (const Failure& failure) {
+            throw Failure(path, "line " + std::to_string(first) + ": " + failure.what());
+        }
+    }
+}
+
+/// The kinds that the values of a column may have; any if there are none.
+using Kinds = std::set<PackedKind>;
+
+struct NamedKind {
+    const char* name;
+    PackedKind kind;
+};
+constexpr NamedKind kKinds[] = {{"text", PackedKind::kStr},
+                                {"integer", PackedKind::kInteger},
+                                {"number", PackedKind::kFloat64},
+                                {"boolean", PackedKind::kBoolean},
+                                {"bytes", PackedKind::kBin}};
 
 /// Returns `text` as a number; nothing unless the whole text is one.
 template <typename Number>
@@ -45,49 +109,59 @@ std::optional<Number> Parse(const std::string& text) {
     return result.ec == std::errc() && result.ptr == end ? std::optional(number) : std::nullopt;
 }
 
-/// Returns the value of a cell. Throws Failure if it is not of this kind.
-vxJson::Value ValueOf(const std::string& kind, const Cell& cell) {
+/// Returns the value of a cell. Throws Failure if it is not of these kinds.
+vxJson::Value ValueOf(const Kinds& kinds, const Cell& cell) {
     if (!cell) return {};
-    if (kind == "text") return *cell;
-    if (kind == "bytes") return vxJson::Value::Binary(*cell);
-    const bool isAny = kind == kAny;
-    if ((isAny || kind == "boolean") && (cell == "true" || cell == "false")) return cell == "true";
-    if (isAny || kind == "integer") {
+    const auto has = [&](PackedKind kind) { return kinds.empty() || kinds.count(kind) != 0; };
+    if (has(PackedKind::kBoolean) && (cell == "true" || cell == "false")) return cell == "true";
+    if (has(PackedKind::kInteger)) {
         if (const auto number = Parse<long long>(*cell)) return *number;
         if (const auto number = Parse<unsigned long long>(*cell)) return *number;
     }
-    if (isAny || kind == "number") {
+    if (has(PackedKind::kFloat64)) {
         const auto number = Parse<double>(*cell);
         if (number && std::isfinite(*number)) return *number;
     }
-    if (!isAny) throw Failure("\"" + *cell + "\" is not of the kind " + kind);
     vxJson::Value value;
     std::istringstream stream(*cell);
-    const bool isJson =
-        cell->find_first_of("[{") == 0 && vxJson::Reader().parse(stream, value, false);
-    return isJson ? value : vxJson::Value(*cell);
+    if ((has(PackedKind::kArray) || has(PackedKind::kMap)) && cell->find_first_of("[{") == 0 &&
+        vxJson::Reader().parse(stream, value, false))
+        return value;
+    if (has(PackedKind::kStr)) return *cell;
+    if (has(PackedKind::kBin)) return vxJson::Value::Binary(*cell);
+    std::string names;
+    for (const auto& [name, kind] : kKinds)
+        if (has(kind)) names += (names.empty() ? "" : " or ") + std::string(name);
+    throw Failure("\"" + *cell + "\" is not of the kind " + names);
 }
 
-/// A leaf, a column or an attribute of the CSV.
+/// A leaf, a column or an attribute of a CSV file.
 struct Field {
-    std::string kind;
     std::string name;
     int type;
+    Kinds kinds;
     vxJson::Value value;
 };
 
-Field MakeField(const std::string& kind, const std::string& name) {
-    const auto type = kTypeOfKind.find(kind);
-    if (type == kTypeOfKind.end()) throw Failure("\"" + kind + "\" is not a kind of value");
-    return {kind, name, type->second, {}};
+Field MakeField(const std::string& kind, const std::string& name, vxJson::Value value) {
+    int type = 0;  // the decoder copies all numbers unchanged but 11, which marks a table
+    for (const auto& [known, packed] : kKinds)
+        if (++type; kind == known) return {name, type, {packed}, std::move(value)};
+    throw Failure("\"" + kind + "\" is not a kind of value");
 }
 
-/// The content of a frame, in its order.
+void AppendRow(std::vector<Field>& columns, const std::vector<Cell>& cells) {
+    if (cells.size() != columns.size())
+        throw Failure("has " + std::to_string(cells.size()) + " cells for " +
+                      std::to_string(columns.size()) + " columns");
+    for (std::size_t i = 0; i < cells.size(); ++i)
+        columns[i].value.append(ValueOf(columns[i].kinds, cells[i]));
+}
+
+/// The content of a sheet.
 struct Sheet {
     std::string unit;
     std::string table;
-    bool hashSort = true;
-    std::vector<std::string> hashColumns;
     std::vector<Field> leaves;
     std::vector<Field> columns;
     std::vector<Field> attributes;
@@ -95,67 +169,42 @@ struct Sheet {
     void Read(const std::vector<Cell>& cells) {
         const auto text = [&](std::size_t i) { return cells[i].value_or(""); };
         if (!columns.empty()) {
-            ReadRow(cells);
+            AppendRow(columns, cells);
         } else if (!table.empty()) {
-            ReadColumns(cells);
+            for (const Cell& cell : cells) AddColumn(cell.value_or(""));
         } else if (cells.size() == 2 && cells[0] == "unit") {
             unit = text(1);
         } else if (cells.size() == 2 && cells[0] == "table") {
             table = text(1);
         } else if (cells.size() == 4 && (cells[0] == "leaf" || cells[0] == "attribute")) {
-            auto& fields = cells[0] == "leaf" ? leaves : attributes;
-            fields.push_back(MakeField(text(1), text(2)));
-            fields.back().value = ValueOf(text(1), cells[3]);
+            Field field = MakeField(text(1), text(2), {});
+            field.value = ValueOf(field.kinds, cells[3]);
+            (cells[0] == "leaf" ? leaves : attributes).push_back(std::move(field));
         } else {
             throw Failure("is not a unit, leaf, attribute or table");
         }
     }
 
-    void ReadColumns(const std::vector<Cell>& cells) {
-        for (const Cell& cell : cells) {
-            const std::string text = cell.value_or("");
-            const std::size_t colon = text.find(':');
-            if (colon == text.npos) throw Failure("column \"" + text + "\" is not kind:name");
-            columns.push_back(MakeField(text.substr(0, colon), text.substr(colon + 1)));
-            columns.back().value = vxJson::Value(vxJson::arrayKind, false);
-        }
-        hashColumns = {columns.front().name};
-    }
-
-    void ReadRow(const std::vector<Cell>& cells) {
-        if (cells.size() != columns.size())
-            throw Failure("has " + std::to_string(cells.size()) + " cells for " +
-                          std::to_string(columns.size()) + " columns");
-        for (std::size_t i = 0; i < cells.size(); ++i)
-            columns[i].value.append(ValueOf(columns[i].kind, cells[i]));
+    void AddColumn(const std::string& text) {
+        const std::size_t colon = text.find(':');
+        if (colon == text.npos) throw Failure("column \"" + text + "\" is not kind:name");
+        columns.push_back(MakeField(text.substr(0, colon), text.substr(colon + 1),
+                                    vxJson::Value(vxJson::arrayKind, false)));
     }
 
     void AddTo(PackedFrameWriter& writer) const {
         for (const Field& leaf : leaves) writer.AddLeaf(leaf.name, leaf.type, leaf.value);
         if (columns.empty()) return;
-        PackedFrameWriter::Table added = writer.AddTable(table, hashSort, hashColumns);
+        PackedFrameWriter::Table added = writer.AddTable(table, true, {columns.front().name});
         for (const Field& column : columns) added.AddColumn(column.name, column.type, column.value);
         for (const Field& attribute : attributes)
             added.AddAttribute(attribute.name, attribute.type, attribute.value);
     }
 };
 
-/// Runs `read` with each record. Errors name its line.
-template <typename Records, typename Read>
-void ForEachRecord(const std::string& path, const Records& records, const Read& read) {
-    for (const CsvRecord& record : records) {
-        try {
-            read(record.cells);
-        } catch (const Failure& failure) {
-            throw Failure(path, "line " + std::to_string(record.line) + ": " + failure.what());
-        }
-    }
-}
-
 Sheet ReadSheet(const std::string& path, const std::string& text) {
     Sheet sheet;
-    ForEachRecord(path, ParseCsv(path, text, true),
-                  [&](const std::vector<Cell>& cells) { sheet.Read(cells); });
+    ForEachRecord(path, text, true, [&](const std::vector<Cell>& cells) { sheet.Read(cells); });
     if (!sheet.table.empty() && sheet.columns.empty())
         throw Failure(path, "the table has no columns");
     if (sheet.leaves.empty() && sheet.columns.empty())
@@ -165,136 +214,160 @@ Sheet ReadSheet(const std::string& path, const std::string& text) {
     return sheet;
 }
 
-/// Returns the kind of the values of a packed column.
-std::string KindOf(std::string_view packed) {
-    static const std::map<PackedKind, std::string> kKinds = {
-        {PackedKind::kStr, "text"},        {PackedKind::kInteger, "integer"},
-        {PackedKind::kFloat32, "number"},  {PackedKind::kFloat64, "number"},
-        {PackedKind::kBoolean, "boolean"}, {PackedKind::kBin, "bytes"}};
-    detail::PackedBytes bytes(packed.data(), packed.size());
-    if (bytes.Head().kind != PackedKind::kArray) return kAny;
-    std::string kind;
-    for (std::uint64_t rest = bytes.TakeLength(bytes.Head()); rest > 0; --rest, bytes.Skip()) {
-        const auto found = kKinds.find(bytes.Head().kind);
-        if (bytes.Head().kind == PackedKind::kNil) continue;
-        if (found == kKinds.end() || (!kind.empty() && kind != found->second)) return kAny;
-        kind = found->second;
-    }
-    return kind.empty() ? kAny : kind;
+std::string PackValue(const vxJson::Value& value) {
+    PackedFrameWriter writer("");
+    writer.AddLeaf("", 0, value);
+    return writer.Frame().substr(static_cast<std::size_t>(writer.HeaderLength()));
 }
 
-/// Sets unit, table and columns to those of the frame `like`, for a CSV with the header `names`:
-/// those of the first table that has all columns.
-Sheet SheetLike(const std::string& like, const std::vector<Cell>& names) {
-    const std::string bytes = ReadFile(like);
-    PackedFrameReader reader;
-    OpenFrame(reader, like, bytes);
-    std::vector<Item> items = ItemsOf(reader);
-    FindOffsets(items, reader);
-    Sheet sheet;
-    sheet.unit = reader.Name();
-    for (const vxJson::Value& table : reader.Schema()) {
-        std::map<std::string, const Item*> columns;
-        for (const Item& item : items)
-            if (item.table == &table && item.role == std::string("column"))
-                columns.emplace((*item.schema)["name"].asString(), &item);
-        sheet.columns.clear();
-        for (const Cell& name : names) {
-            const auto found = columns.find(name.value_or(""));
-            if (found == columns.end() || !found->second->offset) break;
-            sheet.columns.push_back({KindOf(reader.Payload().substr(*found->second->offset)),
-                                     found->first, (*found->second->schema)["type"].asInt(),
-                                     vxJson::Value(vxJson::arrayKind, false)});
+/// A frame with the rows of a CSV table in place of its own. Columns that the CSV does not have are
+/// left out; everything else is kept byte for byte.
+class Likeness {
+  public:
+    explicit Likeness(const std::string& path) : frame_(path, "") {
+        if (!frame_.error.empty()) throw Failure(path, frame_.error);
+    }
+
+    void Read(const std::vector<Cell>& cells) {
+        columns_.empty() ? SetColumns(cells) : AppendRow(columns_, cells);
+    }
+
+    std::string Pack(const std::string& name) {
+        std::map<std::size_t, std::string> values;  // by offset
+        for (std::size_t i = 0; i < columns_.size(); ++i)
+            values[*items_[i]->offset] = PackValue(columns_[i].value);
+        for (const Item& item : frame_.items)
+            if (item.offset && !IsLeftOut(item)) values.emplace(*item.offset, frame_.Value(item));
+        std::string frame =
+            PackValue(1) + PackValue(name.empty() ? frame_.reader.Name() : name) + Schema();
+        for (const auto& [offset, value] : values) frame += value;
+        return frame;
+    }
+
+  private:
+    /// Takes the first table that has all columns.
+    void SetColumns(const std::vector<Cell>& names) {
+        std::map<std::string, const Item*> byName;
+        for (auto item = frame_.items.rbegin(); item != frame_.items.rend(); ++item) {
+            if (item->role == "column" && item->offset) byName[item->Name()] = &*item;
+            if (item->table != nullptr) continue;
+            const bool hasAll = std::all_of(names.begin(), names.end(), [&](const Cell& name) {
+                return byName.count(name.value_or("")) != 0;
+            });
+            if (hasAll) items_.clear();
+            for (const Cell& name : names)
+                if (hasAll) items_.push_back(byName[name.value_or("")]);
+            byName.clear();
         }
-        if (sheet.columns.size() != names.size()) continue;
-        sheet.table = table["name"].asString();
-        sheet.hashSort = table["hashSort"].isBool() && table["hashSort"].asBool();
-        for (const vxJson::Value& column : table["hashColumns"])
-            if (column.isString()) sheet.hashColumns.push_back(column.asString());
-        return sheet;
+        if (items_.empty()) throw Failure(frame_.path, "has no table with the columns of the CSV");
+        for (const Item* item : items_)
+            columns_.push_back(
+                {item->Name(), 0, KindsOf(*item), vxJson::Value(vxJson::arrayKind, false)});
     }
-    throw Failure(like, "has no table with the columns of the CSV");
-}
 
-Sheet ReadTable(const std::string& path, const std::string& text, const std::string& like) {
-    std::vector<CsvRecord> records = ParseCsv(path, text, false);
-    Sheet sheet = SheetLike(like, records.front().cells);
-    records.erase(records.begin());
-    ForEachRecord(path, records, [&](const std::vector<Cell>& cells) { sheet.ReadRow(cells); });
-    return sheet;
-}
+    Kinds KindsOf(const Item& item) {
+        Kinds kinds;
+        const std::string_view value = frame_.Value(item);
+        detail::PackedBytes bytes(value.data(), value.size());
+        if (bytes.Head().kind != PackedKind::kArray) return {};
+        for (std::uint64_t rest = bytes.TakeLength(bytes.Head()); rest > 0; --rest, bytes.Skip())
+            kinds.insert(bytes.Head().kind);
+        kinds.erase(PackedKind::kNil);
+        if (kinds.erase(PackedKind::kFloat32) != 0) kinds.insert(PackedKind::kFloat64);
+        return kinds;
+    }
 
-/// A frame and its offsets.
-struct Packed {
-    std::string frame;
-    vxJson::Value offsets;
+    bool IsLeftOut(const Item& item) const {
+        return item.table == items_.front()->table && item.role == "column" &&
+               std::find(items_.begin(), items_.end(), &item) == items_.end();
+    }
+
+    /// Returns the packed schema without the columns that are left out.
+    std::string Schema() const {
+        vxJson::Value schema = frame_.reader.Schema();
+        vxJson::Value kept(vxJson::arrayKind, false);
+        for (const Item& item : frame_.items)
+            if (item.role == "column" && item.table == items_.front()->table && !IsLeftOut(item))
+                kept.append(*item.schema);
+        int position = 0;
+        while (&frame_.reader.Schema()[position] != items_.front()->table->schema) ++position;
+        schema[position]["column"] = kept;
+        return PackValue(schema);
+    }
+
+    Frame frame_;
+    std::vector<const Item*> items_;  // of the columns
+    std::vector<Field> columns_;
 };
 
-Packed PackText(const rapidjson::Document& text) {
-    Packed packed;
+std::string PackText(const rapidjson::Document& text) {
+    std::string frame;
     for (const char* key : {"version", "name", "schema"}) {
         if (!text.HasMember(key)) throw vxJson::Error(std::string("has no \"") + key + "\"");
-        PackExact(text[key], packed.frame);
+        PackExact(text[key], frame);
     }
     if (!text.HasMember("payload") || !text["payload"].IsArray())
         throw vxJson::Error("has no \"payload\" of values");
-    for (const rapidjson::Value& value : text["payload"].GetArray()) PackExact(value, packed.frame);
-    return packed;
+    for (const rapidjson::Value& value : text["payload"].GetArray()) PackExact(value, frame);
+    return frame;
 }
 
-Packed PackWith(const Options& options, const std::string& unit,
-                const std::function<void(PackedFrameWriter&)>& add) {
-    const std::string& name = options.name.empty() ? unit : options.name;
+/// Returns the frame of `content`, a sheet or a document, and its offsets.
+template <typename Add>
+std::string Write(const std::string& name, vxJson::Value& offsets, const Add& add) {
     if (name.empty()) throw vxJson::Error("has no unit, and there is no --name");
     PackedFrameWriter writer(name);
     add(writer);
-    return {writer.Frame(), options.offsets.empty() ? vxJson::Value() : writer.Offsets()};
+    offsets = writer.Offsets();
+    return writer.Frame();
 }
 
-Packed PackInput(const Options& options, const std::string& path, const std::string& text) {
+/// Returns the frame of the input. Sets `offsets` if they are known.
+std::string PackInput(const Options& options, const std::string& text, vxJson::Value& offsets) {
+    const std::string& path = options.input;
     const std::size_t first = text.find_first_not_of(" \t\r\n");
-    const char begin = first == text.npos ? '\0' : text[first];
-    if (begin != '[' && begin != '{') {
-        const Sheet sheet =
-            options.like.empty() ? ReadSheet(path, text) : ReadTable(path, text, options.like);
-        return PackWith(options, sheet.unit,
-                        [&](PackedFrameWriter& writer) { sheet.AddTo(writer); });
+    if (first == text.npos || (text[first] != '[' && text[first] != '{')) {
+        if (!options.like.empty()) {
+            Likeness likeness(options.like);
+            ForEachRecord(path, text, false,
+                          [&](const std::vector<Cell>& cells) { likeness.Read(cells); });
+            return likeness.Pack(options.name);
+        }
+        const Sheet sheet = ReadSheet(path, text);
+        return Write(options.name.empty() ? sheet.unit : options.name, offsets,
+                     [&](PackedFrameWriter& writer) { sheet.AddTo(writer); });
     }
     const rapidjson::Document document = ParseJson(path, text);
     if (document.IsObject() && document.HasMember("version")) return PackText(document);
     if (options.name.empty() && path == kStandard)
         throw UsageError("a document from standard input needs a --name");
-    return PackWith(options, std::filesystem::path(path).stem(),
-                    [&](PackedFrameWriter& writer) { writer.AddItems(document); });
+    const std::string stem = std::filesystem::path(path).stem();
+    return Write(options.name.empty() ? stem : options.name, offsets,
+                 [&](PackedFrameWriter& writer) { writer.AddItems(document); });
 }
 
 }  // namespace
 
-int Pack(const Options& options) {
+void Pack(const Options& options, Output& output) {
     const std::string& path = options.input;
-    CheckPaths({path, options.like}, {options.output, options.offsets});
     const std::string text = ReadFile(path);
     if (text.empty()) throw Failure(path, "is empty");
+    output.content = Content::kBinary;
+    vxJson::Value offsets;
     try {
-        Packed packed = PackInput(options, path, text);
-        Output frame(options.output, Content::kBinary);
-        frame.Write(packed.frame);
-        if (options.offsets.empty()) {
-            Output::Complete(frame);
-            return 0;
-        }
-        if (packed.offsets.isNull()) {
-            PackedFrameReader reader;
-            OpenFrame(reader, path, packed.frame);
-            packed.offsets = reader.FindOffsets();
-        }
-        Output offsets(options.offsets);
-        offsets.Write(packed.offsets.toString(false) + "\n");
-        Output::Complete(frame, offsets);
+        output.text += PackInput(options, text, offsets);
     } catch (const vxJson::Error& error) {
         throw Failure(path, error.what());
     }
-    return 0;
+    if (options.places.empty()) return;
+    if (offsets.isNull()) {
+        PackedFrameReader reader;
+        OpenFrame(reader, path, output.text.Bytes());
+        offsets = reader.FindOffsets();
+    }
+    Output places(options.places);
+    places.text += offsets.toString(false) + "\n";
+    places.Complete();
 }
 
 }  // namespace dataengine::tool

@@ -1,15 +1,8 @@
-// Prints the header of a frame and its schema as a tree, with the kind and the beginning of each
-// value as it is packed.
-#include <algorithm>
-#include <cmath>
-#include <map>
-
+// Prints a frame exactly: its header and schema as a tree with the kind and the beginning of each
+// value, or all of it as text that pack reads.
 #include "structure/CDEStructureDataHelper.h"
 #include "structure/detail/MsgpackErrors.h"
-#include "tools/dataengine/Commands.h"
 #include "tools/dataengine/Exact.h"
-#include "tools/dataengine/Failure.h"
-#include "tools/dataengine/Files.h"
 #include "tools/dataengine/Frames.h"
 #include "tools/dataengine/Table.h"
 
@@ -17,11 +10,8 @@ namespace dataengine::tool {
 namespace {
 
 using detail::PackedBytes;
-using detail::PackedKind;
 
-constexpr std::size_t kLongestBeginning = 60;  // in bytes
-
-/// Returns whether the complete value in `bytes` is null in documents.
+/// Returns whether a value is null in documents.
 bool DecodesToNull(std::string_view bytes) {
     vxJson::Value schema, offsets;
     schema[0]["name"] = "value";
@@ -32,118 +22,95 @@ bool DecodesToNull(std::string_view bytes) {
     return document[0]["value"].IsNull();
 }
 
-const char* NameOf(PackedKind kind) {
-    static constexpr const char* kNames[] = {"",    "nil", "bool", "int",   "float32", "float64",
+/// Returns the size, the kind and the beginning of a value.
+std::vector<std::string> Describe(std::string_view value) {
+    static constexpr const char* kKinds[] = {"",    "nil", "bool", "int",   "float32", "float64",
                                              "str", "bin", "ext",  "array", "map"};
-    return kNames[static_cast<std::size_t>(kind)];
+    constexpr std::size_t kLongest = 60;
+    PackedBytes bytes(value.data(), value.size());
+    const detail::PackedKind kind = bytes.Head().kind;
+    Exact exact = ReadExact(bytes);
+    if (exact.nullReason.empty() && kind != detail::PackedKind::kNil && DecodesToNull(value))
+        exact.nullReason = "a bin that is not JSON text";
+    const std::string null =
+        exact.nullReason.empty() ? "" : "null in documents (" + exact.nullReason + "): ";
+    return {std::to_string(value.size()), kKinds[static_cast<std::size_t>(kind)],
+            null + Cut(Printable(exact.text, Content::kJson), kLongest)};
 }
 
 /// Returns an entry of a schema as text; an entry that should be a number may be of any kind.
-std::string NumberText(const vxJson::Value& number) {
-    return number.isNull() ? "" : number.toString(false);
+std::string EntryText(const vxJson::Value& entry) {
+    return entry.isNull() ? "" : entry.toString(false);
 }
-
-class SchemaTree {
-  public:
-    explicit SchemaTree(const PackedFrameReader& reader)
-        : payload_(reader.Payload()), budget_(4 * payload_.size()) {
-        cells_.rows = {{"item", "role", "type", "index", "offset", "size", "kind", "value"}};
-    }
-
-    void Add(const Item& item, bool isLastChild) {
-        const vxJson::Value& schema = *item.schema;
-        const char* const branch = item.table == nullptr ? "" : isLastChild ? "└─ " : "├─ ";
-        std::vector<std::string> row = {branch + schema["name"].asString(), item.role,
-                                        NumberText(schema["type"]), NumberText(schema["index"])};
-        row.resize(8);
-        if (!item.HasValue() && item.table == nullptr)
-            row[7] = "hashSort " + schema["hashSort"].toString(false) + ", hashColumns " +
-                     schema["hashColumns"].toString(false);
-        if (item.offset) AddValue(item, row);
-        cells_.rows.push_back(std::move(row));
-    }
-    const Cells& Drawing() const { return cells_; }
-    const std::vector<std::string>& Errors() const { return errors_; }
-
-  private:
-    void AddValue(const Item& item, std::vector<std::string>& row) {
-        row[4] = std::to_string(*item.offset);
-        try {
-            const auto found = values_.find(*item.offset);
-            const auto& [kind, size, text] =
-                found != values_.end() ? found->second : Value(*item.offset);
-            row[5] = std::to_string(size);
-            row[6] = kind;
-            row[7] = text;
-        } catch (const msgpack::unpack_error& error) {
-            errors_.push_back(item.Path() + ": " + error.what());
-        } catch (const Failure& error) {
-            errors_.push_back(item.Path() + ": " + error.what());
-        }
-    }
-    struct Shown {
-        const char* kind;
-        std::size_t size;
-        std::string text;
-    };
-
-    /// Describes the value at `offset`. Items may share it.
-    const Shown& Value(std::size_t offset) {
-        const std::string_view rest = payload_.substr(std::min(offset, payload_.size()));
-        PackedBytes bytes(rest.data(), rest.size());
-        const PackedKind kind = bytes.Head().kind;
-        bytes.Skip();
-        const auto size = static_cast<std::size_t>(bytes.Next() - rest.data());
-        if (size > budget_) throw Failure("the values overlap too often to show this one");
-        budget_ -= size;
-        PackedBytes again(rest.data(), size);
-        Exact exact = ReadExact(again, 4 * kLongestBeginning);
-        if (exact.nullReason.empty() && exact.hasOddBin && DecodesToNull(rest.substr(0, size)))
-            exact.nullReason = "a bin that is not JSON text";
-        std::string text = Cut(exact.text, kLongestBeginning);
-        if (!exact.nullReason.empty())
-            text = "null in documents (" + exact.nullReason + "): " + text;
-        return values_[offset] = {NameOf(kind), size, std::move(text)};
-    }
-
-    std::string_view payload_;
-    std::size_t budget_;                   // bytes of values that may still be read
-    std::map<std::size_t, Shown> values_;  // by offset
-    std::vector<std::string> errors_;
-    StringCells cells_;
-};
 
 }  // namespace
 
-int Show(const Options& options) {
+void Show(const Options& options, Output& output) {
+    Frame frame(options.input, options.offsets);
+    const std::vector<Item>& items = frame.items;
+    std::vector<std::string> errors;
+    if (!frame.error.empty())
+        errors.push_back(frame.error + "; the values from here on are not found");
+    StringCells cells;
+    cells.rows = {{"item", "role", "type", "index", "offset", "size", "kind", "value"}};
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        const Item& item = items[i];
+        const vxJson::Value& schema = *item.schema;
+        const bool isLast = i + 1 == items.size() || items[i + 1].table == nullptr;
+        const std::string branch = item.table == nullptr ? "" : isLast ? "└─ " : "├─ ";
+        std::vector<std::string> row = {branch + item.Name(), item.role, EntryText(schema["type"]),
+                                        EntryText(schema["index"])};
+        if (item.role == "table")
+            row.insert(row.end(), {"", "", "",
+                                   "hashSort " + schema["hashSort"].toString(false) +
+                                       ", hashColumns " + schema["hashColumns"].toString(false)});
+        try {
+            if (item.offset) row.push_back(std::to_string(*item.offset));
+            if (item.offset)
+                for (std::string& text : Describe(frame.Value(item)))
+                    row.push_back(std::move(text));
+        } catch (const std::runtime_error& error) {
+            errors.push_back(item.Path() + ": " + error.what());
+        }
+        row.resize(8);
+        cells.rows.push_back(std::move(row));
+    }
+    output.content = Content::kSafe;
+    output.text += "name     " + Printable(frame.reader.Name()) + "\nheader   " +
+                   std::to_string(frame.reader.HeaderLength()) + " bytes\npayload  " +
+                   std::to_string(frame.reader.Payload().size()) + " bytes\n\n";
+    DrawTable(cells, Screen(options), output);
+    for (const std::string& error : errors) output.Report(Failure(frame.path, error).what());
+}
+
+void Unpack(const Options& options, Output& output) {
     const std::string& path = options.input;
-    CheckPaths({path, options.offsets}, {options.output});
     const std::string bytes = ReadFile(path);
     PackedFrameReader reader;
     OpenFrame(reader, path, bytes);
-    std::vector<Item> items = ItemsOf(reader);
-    std::vector<std::string> errors;
-    if (options.offsets.empty()) {
-        const std::string error = FindOffsets(items, reader);
-        if (!error.empty()) errors.push_back(error + "; the values from here on are not found");
-    } else {
-        SetOffsets(items, ReadOffsets(options.offsets));
-    }
-    SchemaTree tree(reader);
-    for (std::size_t i = 0; i < items.size(); ++i)
-        tree.Add(items[i], i + 1 == items.size() || items[i + 1].table == nullptr);
-    errors.insert(errors.end(), tree.Errors().begin(), tree.Errors().end());
 
-    Output output(options.output, Content::kSafe);
-    Sink sink([&](std::string_view text) { output.Write(text); });
-    sink.text += ("name     " + Printable(reader.Name()) + "\nheader   " +
-                  std::to_string(reader.HeaderLength()) + " bytes\npayload  " +
-                  std::to_string(reader.Payload().size()) + " bytes\n\n");
-    DrawTable(tree.Drawing(), Screen::Of(options), sink);
-    sink.Flush();
-    Output::Complete(output);
-    for (const std::string& error : errors) PrintError(DisplayName(path) + ": " + error);
-    return errors.empty() ? 0 : 1;
+    Buffer& text = output.text;
+    PackedBytes packed(bytes.data(), bytes.size());
+    text += "{\"version\":" + ReadExact(packed).text;
+    text += ",\n\"name\":" + ReadExact(packed).text + ",\n\"schema\":[";
+    const std::uint64_t items = packed.TakeLength(packed.Head());
+    for (std::uint64_t i = 0; i < items; ++i, output.Check())
+        text += (i == 0 ? "\n" : ",\n") + ReadExact(packed).text;
+    text += "],\n\"payload\":[";
+    std::string error;
+    for (const char* separator = "\n"; packed.Remaining() > 0; separator = ",\n", output.Check()) {
+        const PackedBytes begin = packed;
+        try {
+            text += separator + ReadExact(packed).text;
+        } catch (const msgpack::unpack_error&) {
+            text += separator + RawText({begin.Next(), begin.Remaining()});
+            error = "byte " + std::to_string(begin.Next() - bytes.data()) +
+                    ": is not a packed value; kept as \"$raw\"";
+            break;
+        }
+    }
+    text += "]}\n";
+    if (!error.empty()) output.Report(Failure(path, error).what());
 }
 
 }  // namespace dataengine::tool

@@ -7,12 +7,10 @@
 #include <cstdlib>
 #include <limits>
 
-#include "tools/dataengine/Failure.h"
-#include "tools/dataengine/Text.h"
-
 namespace dataengine::tool {
 namespace {
 
+constexpr std::size_t kUnlimited = std::numeric_limits<std::size_t>::max();
 constexpr std::size_t kGap = 2;     // blanks between columns
 constexpr std::size_t kNarrow = 8;  // columns are not cut below this to fit into a block
 
@@ -25,61 +23,59 @@ bool IsNumber(std::string_view cell) {
 class Drawing {
   public:
     Drawing(const Cells& cells, const Screen& screen, Sink& sink)
-        : cells_(cells),
-          screen_(screen),
-          sink_(sink),
-          widths_(cells.Columns()),
-          isNumeric_(cells.Columns(), 1) {
-        for (std::size_t row = 0; row < cells_.Rows(); ++row) {
-            for (std::size_t i = 0; i < widths_.size(); ++i) {
-                const auto integer = cells_.IntegerWidth(row, i);
-                const std::size_t width = integer ? *integer : Read(row, i);
-                widths_[i] = std::max(widths_[i], std::min(width, Widest()));
-                if (row != 0 && !integer && !IsNumber(cell_)) isNumeric_[i] = 0;
+        : cells_(cells), screen_(screen), sink_(sink), columns_(cells.Columns()) {
+        const std::size_t limit = screen.width == kUnlimited ? kWidestAligned : screen.width;
+        for (std::size_t i = 0; i < columns_.size(); ++i) {
+            Column& column = columns_[i];
+            for (std::size_t row = 0; row < cells_.Rows(); ++row) {
+                const Cell cell = Read(row, i);
+                column.width = std::max(column.width, std::min(cell.width, limit));
+                column.isNumeric = column.isNumeric && (row == 0 || IsNumber(cell.text));
             }
         }
     }
 
     void Draw() {
-        for (std::size_t first = 1; first == 1 || first < widths_.size();) {
-            const std::vector<std::size_t> block = NextBlock(first);
+        std::size_t next = 1;
+        do {
+            const std::vector<std::size_t> block = NextBlock(next);
             const std::size_t widest = WidestCell(block);
-            if (first > 1) sink_.text += '\n';
+            if (next > 1) sink_.text += '\n';
             for (std::size_t row = 0; row < cells_.Rows(); ++row) {
-                const bool isBold = row == 0 && screen_.color;
+                const bool isBold = row == 0 && screen_.hasColor;
                 if (isBold) sink_.text += "\033[1m";
                 DrawRow(row, block, widest);
                 sink_.text += isBold ? "\033[0m\n" : "\n";
                 sink_.Check();
             }
-            first = block.back() + 1;
-            if (block.size() == 1) break;
-        }
+            next = block.back() + 1;
+        } while (next > 1 && next < columns_.size());
     }
 
   private:
-    std::size_t Widest() const {
-        return screen_.width == kUnlimited ? kWidestAligned : screen_.width;
-    }
+    struct Column {
+        std::size_t width = 0;
+        bool isNumeric = true;  // such columns are aligned to the right
+    };
+    struct Cell {
+        std::string_view text;
+        std::size_t width;
+    };
 
-    /// Reads a cell and returns its width.
-    std::size_t Read(std::size_t row, std::size_t column) {
-        buffer_.Truncate(0);
-        cells_.Append(row, column, buffer_);
-        cell_ = buffer_.Bytes();
-        if (IsPlain(cell_)) return cell_.size();
-        escaped_ = Printable(cell_);
-        cell_ = escaped_;
-        return WidthOf(cell_);
+    /// Returns a cell with escapes.
+    Cell Read(std::size_t row, std::size_t column) {
+        const std::string_view text = cells_.At(row, column, buffer_);
+        if (IsPlain(text)) return {text, text.size()};
+        safe_ = Printable(text);
+        return {safe_, WidthOf(safe_)};
     }
 
     /// Returns the first column and as many from `first` on as fit next to it, but at least one.
     std::vector<std::size_t> NextBlock(std::size_t first) const {
-        const auto fewest = [&](std::size_t i) { return std::min(widths_[i], kNarrow); };
         std::vector<std::size_t> block{0};
-        std::size_t used = fewest(0);
-        for (std::size_t i = first; i < widths_.size(); ++i) {
-            used += kGap + fewest(i);
+        std::size_t used = std::min(columns_[0].width, kNarrow);
+        for (std::size_t i = first; i < columns_.size(); ++i) {
+            used += kGap + std::min(columns_[i].width, kNarrow);
             if (used > screen_.width && block.size() > 1) break;
             block.push_back(i);
         }
@@ -90,10 +86,10 @@ class Drawing {
     std::size_t WidestCell(const std::vector<std::size_t>& block) const {
         if (screen_.width == kUnlimited) return kUnlimited;
         std::size_t fits = 1;
-        for (std::size_t tooWide = Widest() + 1; fits + 1 < tooWide;) {
+        for (std::size_t tooWide = screen_.width + 1; fits + 1 < tooWide;) {
             const std::size_t widest = (fits + tooWide) / 2;
             std::size_t used = kGap * (block.size() - 1);
-            for (const std::size_t i : block) used += std::min(widths_[i], widest);
+            for (const std::size_t i : block) used += std::min(columns_[i].width, widest);
             (used <= screen_.width ? fits : tooWide) = widest;
         }
         return fits;
@@ -103,50 +99,43 @@ class Drawing {
         Buffer& line = sink_.text;
         const std::size_t begin = line.Size();
         for (const std::size_t i : block) {
-            std::size_t width = Read(row, i);
-            if (width > widest) {
-                escaped_ = Cut(cell_, widest);
-                cell_ = escaped_;
-                width = WidthOf(cell_);
+            Cell cell = Read(row, i);
+            if (cell.width > widest) {
+                cut_ = Cut(cell.text, widest);
+                cell = {cut_, WidthOf(cut_)};
             }
-            const std::size_t column = std::min(widths_[i], widest);
-            const std::size_t blanks = column > width ? column - width : 0;
-            if (i != block.front()) line.Fill(kGap);
-            if (isNumeric_[i] != 0) line.Fill(blanks);
-            line += cell_;
-            if (isNumeric_[i] == 0) line.Fill(blanks);
+            const std::size_t width = std::min(columns_[i].width, widest);
+            const std::size_t blanks = width - std::min(cell.width, width);
+            if (i != block.front()) line.Fill(kGap, ' ');
+            if (columns_[i].isNumeric) line.Fill(blanks, ' ');
+            line += cell.text;
+            if (!columns_[i].isNumeric) line.Fill(blanks, ' ');
         }
         line.Truncate(std::max(line.Bytes().find_last_not_of(' ') + 1, begin));
     }
 
-    static constexpr std::size_t kUnlimited = std::numeric_limits<std::size_t>::max();
     const Cells& cells_;
     const Screen& screen_;
     Sink& sink_;
-    std::vector<std::size_t> widths_;
-    std::vector<char> isNumeric_;  // such columns are aligned to the right
+    std::vector<Column> columns_;
     Buffer buffer_;
-    std::string escaped_;
-    std::string_view cell_;  // in one of the two
+    std::string safe_, cut_;
 };
 
 }  // namespace
 
-Screen Screen::Of(const Options& options) {
+Screen::Screen(const Options& options) : width(kUnlimited), hasColor(options.color == "always") {
     const bool isTerminal = options.output == kStandard && isatty(STDOUT_FILENO) == 1;
     const char* const noColor = std::getenv("NO_COLOR");
-    const bool isWanted = isTerminal && (noColor == nullptr || *noColor == '\0');
-    Screen screen{std::numeric_limits<std::size_t>::max(),
-                  options.color == "auto" ? isWanted : options.color == "always"};
+    if (options.color == "auto") hasColor = isTerminal && (noColor == nullptr || *noColor == '\0');
     const char* const columns = std::getenv("COLUMNS");
     const long given = columns == nullptr ? 0 : std::strtol(columns, nullptr, 10);
     winsize size = {};
     if (given > 0) {
-        screen.width = static_cast<std::size_t>(given);
+        width = static_cast<std::size_t>(given);
     } else if (isTerminal && ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0) {
-        screen.width = size.ws_col;
+        width = size.ws_col;
     }
-    return screen;
 }
 
 void DrawTable(const Cells& cells, const Screen& screen, Sink& sink) {

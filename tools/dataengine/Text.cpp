@@ -1,5 +1,7 @@
 #include "tools/dataengine/Text.h"
 
+#include <VxUtil/vxJson.h>
+
 #include <algorithm>
 #include <clocale>
 #include <cwchar>
@@ -7,101 +9,100 @@
 namespace dataengine::tool {
 namespace {
 
+/// One character of a string.
+struct Glyph {
+    std::string_view bytes;
+    char32_t code;  // 0xfffd for a byte that is not UTF-8
+    int width;      // in columns of a terminal; negative if it must be escaped
+};
+
 /// Returns whether a character is invisible or changes the direction of the text around it.
 bool IsFormatMark(wchar_t c) {
     return c == 0x061c || (c >= 0x200b && c <= 0x200f) || (c >= 0x2028 && c <= 0x202e) ||
            (c >= 0x2060 && c <= 0x206f) || c == 0xfeff;
 }
 
-std::string JsonEscape(char32_t code) {
-    const auto unit = [](std::uint32_t value) {
-        return "\\u" + HexOf(std::string{static_cast<char>(value >> 8), static_cast<char>(value)});
-    };
-    const auto value = static_cast<std::uint32_t>(code);
-    if (value < 0x10000) return unit(value);
-    return unit(0xd7c0 + (value >> 10)) + unit(0xdc00 + (value & 0x3ff));
+/// Takes the first character of `text`, which is not empty.
+Glyph TakeGlyph(std::string_view& text) {
+    wchar_t c = static_cast<unsigned char>(text.front());
+    std::size_t size = 1;
+    int width = 1;
+    if (c < ' ' || c > '~') {
+        // Set on first use: most runs meet ASCII only, and loading a locale takes time.
+        static const bool hasLocale = std::setlocale(LC_CTYPE, "C.UTF-8") != nullptr;
+        std::mbstate_t state = {};
+        size = hasLocale ? std::mbrtowc(&c, text.data(), text.size(), &state) : text.npos;
+        const bool isValid = size <= text.size();
+        if (!isValid) c = 0xfffd;
+        width = isValid && c != 0 && !IsFormatMark(c) ? wcwidth(c) : -1;
+        size = isValid && size > 0 ? size : 1;
+    }
+    const Glyph glyph{text.substr(0, size), static_cast<char32_t>(c), width};
+    text.remove_prefix(size);
+    return glyph;
 }
 
-std::string TextEscape(std::string_view bytes) {
-    if (bytes == "\n") return "\\n";
-    if (bytes == "\r") return "\\r";
-    if (bytes == "\t") return "\\t";
-    std::string text;
-    for (const char byte : bytes) text += "\\x" + HexOf({&byte, 1});
-    return text;
+std::string EscapeOf(const Glyph& glyph, Content content) {
+    std::string escape;
+    if (content == Content::kJson) {
+        const auto put = [&](char32_t unit) {
+            const char bytes[] = {static_cast<char>(unit >> 8), static_cast<char>(unit)};
+            escape += "\\u" + HexOf({bytes, 2});
+        };
+        if (glyph.code >= 0x10000) put(0xd7c0 + (glyph.code >> 10));
+        put(glyph.code < 0x10000 ? glyph.code : 0xdc00 + (glyph.code & 0x3ff));
+    } else if (const auto known = std::string_view("\n\r\t").find(glyph.bytes); known < 3) {
+        escape = std::string("\\") + "nrt"[known];
+    } else {
+        for (const char byte : glyph.bytes) escape += "\\x" + HexOf({&byte, 1});
+    }
+    return escape;
 }
 
 }  // namespace
 
-Glyph FirstGlyph(std::string_view text) {
-    const char first = text.front();
-    if (first >= ' ' && first <= '~') return {text.substr(0, 1), static_cast<wchar_t>(first), 1};
-    // Set on first use: most runs meet ASCII only, and loading a locale takes time.
-    static const bool hasLocale = std::setlocale(LC_CTYPE, "C.UTF-8") != nullptr;
-    wchar_t c = 0;
-    std::mbstate_t state = {};
-    const std::size_t size =
-        hasLocale ? std::mbrtowc(&c, text.data(), text.size(), &state) : text.npos;
-    if (size > text.size()) return {text.substr(0, 1), 0xfffd, -1};
-    return {text.substr(0, std::max<std::size_t>(size, 1)), c, IsFormatMark(c) ? -1 : wcwidth(c)};
-}
-
 bool IsPlain(std::string_view text) {
-    for (const char c : text)
-        if (c < ' ' || c > '~') return false;
-    return true;
+    return std::all_of(text.begin(), text.end(), [](char c) { return c >= ' ' && c <= '~'; });
 }
 
 bool IsUtf8(std::string_view text) {
     if (IsPlain(text)) return true;
-    for (; !text.empty(); text.remove_prefix(FirstGlyph(text).bytes.size()))
-        if (FirstGlyph(text).code == 0xfffd && text.front() != '\xef') return false;
+    while (!text.empty()) {
+        const Glyph glyph = TakeGlyph(text);
+        if (glyph.code == 0xfffd && glyph.bytes.size() == 1) return false;
+    }
     return true;
 }
 
 std::size_t WidthOf(std::string_view text) {
     if (IsPlain(text)) return text.size();
     std::size_t width = 0;
-    for (; !text.empty(); text.remove_prefix(FirstGlyph(text).bytes.size()))
-        width += static_cast<std::size_t>(std::max(FirstGlyph(text).width, 0));
+    while (!text.empty()) width += static_cast<std::size_t>(std::max(TakeGlyph(text).width, 0));
     return width;
 }
 
 std::string Cut(std::string_view text, std::size_t width) {
-    if (text.size() <= width || WidthOf(text) <= width) return std::string(text);
-    std::size_t size = 0;
+    if (WidthOf(text) <= width) return std::string(text);
+    std::string_view rest = text;
     std::size_t taken = 1;  // the ellipsis
     for (;;) {
-        const Glyph glyph = FirstGlyph(text.substr(size));
+        const Glyph glyph = TakeGlyph(rest);
         taken += static_cast<std::size_t>(std::max(glyph.width, 0));
-        if (taken > width) return std::string(text.substr(0, size)) + "…";
-        size += glyph.bytes.size();
+        if (taken > width)
+            return std::string(text.substr(0, text.size() - rest.size() - glyph.bytes.size())) +
+                   "…";
     }
 }
 
-std::string Printable(std::string_view text) {
+std::string Printable(std::string_view text, Content content, char kept) {
     if (IsPlain(text)) return std::string(text);
     std::string printable;
-    for (; !text.empty(); text.remove_prefix(FirstGlyph(text).bytes.size())) {
-        const Glyph glyph = FirstGlyph(text);
-        printable += glyph.width < 0 ? TextEscape(glyph.bytes) : std::string(glyph.bytes);
+    while (!text.empty()) {
+        const Glyph glyph = TakeGlyph(text);
+        const bool isKept = glyph.width >= 0 || (kept != '\0' && glyph.bytes[0] == kept);
+        printable += isKept ? std::string(glyph.bytes) : EscapeOf(glyph, content);
     }
     return printable;
-}
-
-std::string ForTerminal(std::string_view lines, Content content) {
-    std::string safe;
-    while (!lines.empty()) {
-        const Glyph glyph = FirstGlyph(lines);
-        if (glyph.width >= 0 || glyph.bytes == "\n") {
-            safe += glyph.bytes;
-        } else {
-            safe += content == Content::kJson ? JsonEscape(static_cast<char32_t>(glyph.code))
-                                              : TextEscape(glyph.bytes);
-        }
-        lines.remove_prefix(glyph.bytes.size());
-    }
-    return safe;
 }
 
 std::string HexOf(std::string_view bytes) {
@@ -109,6 +110,10 @@ std::string HexOf(std::string_view bytes) {
     std::string text;
     for (const char byte : bytes) text += {kDigits[(byte >> 4) & 15], kDigits[byte & 15]};
     return text;
+}
+
+std::string JsonString(std::string_view text) {
+    return vxJson::Value(std::string(text)).toString(false);
 }
 
 }  // namespace dataengine::tool

@@ -13,17 +13,6 @@ enum class Content {
     kBinary,  // not printed on a terminal at all
 };
 
-/// One character of a string.
-struct Glyph {
-    std::string_view bytes;
-    wchar_t code;  // 0xfffd for a byte that is not UTF-8
-    int width;     // in columns of a terminal; negative if it must be escaped
-};
-
-/// Returns the first character of `text`, which is not empty. Control characters, marks that
-/// reorder text and bytes that are not UTF-8 must be escaped.
-Glyph FirstGlyph(std::string_view text);
-
 /// Returns whether `text` consists of printable ASCII characters, which need no care.
 bool IsPlain(std::string_view text);
 
@@ -36,14 +25,14 @@ std::size_t WidthOf(std::string_view text);
 /// Returns `text`, cut to `width` columns with an ellipsis if it is wider.
 std::string Cut(std::string_view text, std::size_t width);
 
-/// Returns `text` with all characters escaped that a terminal must not get.
-std::string Printable(std::string_view text);
-
-/// Returns the lines of an output with all characters escaped that a terminal must not get, but for
-/// line feeds.
-std::string ForTerminal(std::string_view lines, Content content);
+/// Returns `text` with escapes for control characters, marks that reorder text and bytes that are
+/// not UTF-8, but for the character `kept`.
+std::string Printable(std::string_view text, Content content = Content::kText, char kept = '\0');
 
 /// Returns `bytes` as two hexadecimal digits each.
 std::string HexOf(std::string_view bytes);
+
+/// Returns `text` as a JSON string. Bytes that are not UTF-8 are kept.
+std::string JsonString(std::string_view text);
 
 }  // namespace dataengine::tool
