@@ -43,17 +43,17 @@ const char* TypeName(bson_type_t type) {
 
 /// Adds a row for each element of a document, and of the documents in it: at most 100 levels.
 // NOLINTNEXTLINE(misc-no-recursion)
-void AddRows(bson_iter_t& at, const char* file, const std::string& indent, StringCells& cells) {
+void AddRows(bson_iter_t& at, const char* file, const std::string& indent, Rows& rows) {
     while (bson_iter_next(&at)) {
         const bson_type_t type = bson_iter_type(&at);
         const bool isContainer = type == BSON_TYPE_DOCUMENT || type == BSON_TYPE_ARRAY;
         const auto offset = reinterpret_cast<const char*>(at.raw) + at.off - file;
-        cells.rows.push_back({std::to_string(offset), std::to_string(at.next_off - at.off),
-                              TypeName(type), indent + bson_iter_key(&at),
-                              isContainer ? "" : Cut(ValueText(at), 60)});
+        rows.push_back({std::to_string(offset), std::to_string(at.next_off - at.off),
+                        TypeName(type), indent + bson_iter_key(&at),
+                        isContainer ? "" : Cut(ValueText(at), 60)});
         bson_iter_t child;
         if (isContainer && bson_iter_recurse(&at, &child))
-            AddRows(child, file, indent + "  ", cells);
+            AddRows(child, file, indent + "  ", rows);
     }
 }
 
@@ -105,12 +105,11 @@ void Bson(const Options& options, Output& output) {
         bson_iter_t at;
         bson_iter_init(&at, &document);
         if (options.debug) {
-            StringCells cells;
-            cells.rows = {{"offset", "size", "type", "name", "value"}};
-            AddRows(at, bytes.data(), "", cells);
+            Rows rows = {{"offset", "size", "type", "name", "value"}};
+            AddRows(at, bytes.data(), "", rows);
             output.text += (count == 1 ? "document " : "\ndocument ") + number + ", " +
                            std::to_string(document.len) + " bytes\n\n";
-            DrawTable(cells, Screen(options), output);
+            DrawTable(rows, Screen(options), output);
         } else {
             output.text += JsonOf(document) + '\n';
         }

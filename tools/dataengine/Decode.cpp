@@ -156,8 +156,10 @@ class Worker : private Sink {
             rapidjson::MemoryPoolAllocator<> pool(block_.get(), kBlock);
             rapidjson::Document document(&pool);
             try {
-                work_.options.offsets.empty() ? reader.Decode(document)
-                                              : reader.Decode(work_.offsets, document);
+                const bool areFound = work_.options.offsets.empty();
+                const vxJson::Value found = areFound ? reader.FindOffsets() : vxJson::Value();
+                reader.Decode(areFound ? found : work_.offsets, document);
+                if (areFound) CheckEnd(path, reader, found);
             } catch (const std::exception& error) {
                 Report(path, error.what());
                 if (work_.options.format == "csv") return;  // the table is not complete
@@ -203,6 +205,22 @@ class Worker : private Sink {
         for (const Item& item : items)
             if (item.HasValue() && !item.offset)
                 throw Failure(work_.options.offsets, "has no offset of " + item.Path());
+    }
+
+    /// Reports bytes after the last of the values: these may not be consecutive.
+    void CheckEnd(const std::string& path, const PackedFrameReader& reader,
+                  const vxJson::Value& offsets) {
+        const std::string_view payload = reader.Payload();
+        long long last = -1;
+        for (const vxJson::Value& entry : offsets) {
+            if (entry.isInteger()) last = entry.asInt64();
+            for (const vxJson::Value& child : entry)
+                if (child.isInteger()) last = child.asInt64();
+        }
+        detail::PackedBytes bytes(payload.data(), payload.size());
+        if (last >= 0) bytes.TakeBytes(static_cast<std::uint64_t>(last));
+        if (last >= 0) bytes.Skip();
+        if (bytes.Remaining() > 0) Report(path, DescribeRest(bytes_.size(), bytes));
     }
 
     void Rename(const std::string& unit, rapidjson::Document& document) {

@@ -212,9 +212,12 @@ class Differences {
 void Diff(const Options& options, Output& output) {
     output.content = Content::kSafe;
     Frame a(options.input, ""), b(options.other, "");
-    for (const Frame* frame : {&a, &b})
-        if (!frame->error.empty()) throw Failure(frame->path, frame->error);
     Differences(a, b, output).Compare();
+    for (const Frame* frame : {&a, &b}) {
+        if (frame->error.empty()) continue;
+        output.Report(Failure(frame->path, frame->error).what());
+        output.status = 2;
+    }
 }
 
 }  // namespace dataengine::tool

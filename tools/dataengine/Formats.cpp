@@ -106,9 +106,8 @@ bool IsTable(const JsonValue& item) {
     return item["type"].GetInt() == kTableType;
 }
 
-/// The columns of a decoded table as rows of values. Missing values are null. As cells they have a
-/// header, and a first column of row numbers.
-class Grid : public Cells {
+/// The columns of a decoded table as rows of values. Missing values are null.
+class Grid {
   public:
     explicit Grid(const JsonValue& table) {
         for (const JsonValue& column : table["column"].GetArray()) {
@@ -137,15 +136,7 @@ class Grid : public Cells {
     }
     std::size_t Count() const { return count_; }
 
-    std::size_t Rows() const override { return count_ + 1; }
-    std::size_t Columns() const override { return columns_.size() + 1; }
-    std::string_view At(std::size_t row, std::size_t column, Buffer& buffer) const override {
-        if (row == 0) return column == 0 ? "#" : Name(column - 1);
-        if (column != 0) return Text(Value(row - 1, column - 1), buffer);
-        buffer.Truncate(0);
-        AppendNumber(row, buffer);
-        return buffer.Bytes();
-    }
+    std::size_t Columns() const { return columns_.size(); }
 
     /// Returns the text of a cell: a string as it is, null empty, anything else as JSON.
     static std::string_view Text(const JsonValue& value, Buffer& buffer) {
@@ -190,7 +181,7 @@ void PrintTableRows(const Decoded& frame, const JsonValue& table, const std::str
     const Grid rows(table);
     std::vector<std::string> keys;
     std::size_t repeated = start.size();
-    for (std::size_t i = 0; i + 1 < rows.Columns(); ++i) {
+    for (std::size_t i = 0; i < rows.Columns(); ++i) {
         keys.push_back((i == 0 ? "" : ",") + JsonString(rows.Name(i)) + ":");
         repeated += keys.back().size() + 4;
     }
@@ -210,15 +201,14 @@ void PrintTableRows(const Decoded& frame, const JsonValue& table, const std::str
 
 /// Draws the leaves of a document, or the attributes of a table. Returns whether there are any.
 bool DrawValues(const JsonValue& list, const Screen& screen, Sink& sink) {
-    StringCells cells;
-    cells.rows = {{"name", "value"}};
+    Rows rows = {{"name", "value"}};
     Buffer buffer;
     for (const JsonValue& item : list.GetArray())
         if (!IsTable(item))
-            cells.rows.push_back({std::string(StringOf(item["name"])),
-                                  std::string(Grid::Text(item["value"], buffer))});
-    if (cells.rows.size() > 1) DrawTable(cells, screen, sink);
-    return cells.rows.size() > 1;
+            rows.push_back({std::string(StringOf(item["name"])),
+                            std::string(Grid::Text(item["value"], buffer))});
+    if (rows.size() > 1) DrawTable(rows, screen, sink);
+    return rows.size() > 1;
 }
 
 void AppendCsv(std::string_view cell, const CsvStyle& style, Buffer& text) {
@@ -261,7 +251,7 @@ std::string CsvHeader(const JsonValue& table, const CsvStyle& style) {
     const Grid rows(table);
     Buffer line;
     if (style.hasFile) line += "file";
-    for (std::size_t i = 0; i + 1 < rows.Columns(); ++i) {
+    for (std::size_t i = 0; i < rows.Columns(); ++i) {
         if (i != 0 || style.hasFile) line += ',';
         AppendCsv(rows.Name(i), style, line);
     }
@@ -272,10 +262,10 @@ void PrintCsv(const Decoded& frame, const JsonValue& table, const CsvStyle& styl
     const Grid rows(table);
     Buffer file, cell;
     if (style.hasFile) AppendCsv(frame.path, style, file);
-    rows.CheckRepetition(frame, file.Size() + rows.Columns());
+    rows.CheckRepetition(frame, file.Size() + rows.Columns() + 1);
     for (std::size_t row = 0; row < rows.Count(); ++row) {
         sink.text += file.Bytes();
-        for (std::size_t i = 0; i + 1 < rows.Columns(); ++i) {
+        for (std::size_t i = 0; i < rows.Columns(); ++i) {
             if (i != 0 || style.hasFile) sink.text += ',';
             const JsonValue& value = rows.Value(row, i);
             if (!value.IsNull()) AppendCsv(Grid::Text(value, cell), style, sink.text);
@@ -290,11 +280,19 @@ void PrintTables(const Decoded& frame, const Screen& screen, Sink& sink) {
     for (const JsonValue& item : frame.document.GetArray()) {
         if (!IsTable(item)) continue;
         const Grid rows(item);
-        rows.CheckRepetition(frame, (kWidestAligned + 2) * rows.Columns());
+        const std::size_t columns = rows.Columns() + 1;
+        rows.CheckRepetition(frame, (kWidestAligned + 2) * columns);
+        const Cells cells = [&](std::size_t row, std::size_t column, Buffer& buffer) {
+            if (row == 0) return column == 0 ? "#" : rows.Name(column - 1);
+            if (column != 0) return Grid::Text(rows.Value(row - 1, column - 1), buffer);
+            buffer.Truncate(0);
+            AppendNumber(row, buffer);
+            return buffer.Bytes();
+        };
         if (!std::exchange(isFirst, false)) sink.text += '\n';
         sink.text += Printable(StringOf(item["name"])) + "\n\n";
         if (DrawValues(item["attributes"], screen, sink)) sink.text += '\n';
-        DrawTable(rows, screen, sink);
+        DrawTable(rows.Count() + 1, columns, cells, screen, sink);
     }
 }
 

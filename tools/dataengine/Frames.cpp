@@ -141,6 +141,12 @@ void Frame::FindOffsets() {
     } catch (const std::exception& located) {
         error = located.what();
     }
+    if (error.empty() && packed.Remaining() > 0) error = DescribeRest(bytes.size(), packed);
+}
+
+std::string DescribeRest(std::size_t size, const detail::PackedBytes& rest) {
+    return "byte " + std::to_string(size - rest.Remaining()) +
+           ": the last value ends before the frame; use --offsets if values are wrong";
 }
 
 std::string_view Frame::Value(const Item& item) {

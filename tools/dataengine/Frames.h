@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "structure/PackedFrameReader.h"
+#include "structure/detail/PackedBytes.h"
 
 namespace dataengine::tool {
 
@@ -35,6 +36,10 @@ vxJson::Value ReadOffsets(const std::string& path);
 
 /// Sets the offset of each item that has one in `offsets`.
 void SetOffsets(std::vector<Item>& items, const vxJson::Value& offsets);
+
+/// Returns the error for bytes after the last value of a frame of `size` bytes, which need not be
+/// consecutive then.
+std::string DescribeRest(std::size_t size, const detail::PackedBytes& rest);
 
 /// The frame in a file, and the places of its values. Not copied, as items refer to each other.
 class Frame {

@@ -11,114 +11,101 @@ namespace {
 
 constexpr int kFailed = 1;
 constexpr int kWrongUsage = 2;
-constexpr char kFrame[] = "The packed frame; - for standard input";
 
-/// Adds an option whose value help shows as `type`. It takes one value each time it is given.
+/// Adds an option whose value help shows as `type`, or a positional argument, which is required. An
+/// option takes one value each time it is given.
 template <typename Value>
 CLI::Option* Add(CLI::App& command, const char* name, const char* type, Value& value,
                  const char* help) {
-    CLI::Option* const option = command.add_option(name, value, help);
-    if (name[0] == '-') option->allow_extra_args(false);
-    return option->type_name(type);
+    CLI::Option* const option = command.add_option(name, value, help)->type_name(type);
+    return name[0] == '-' ? option->allow_extra_args(false) : option->required();
 }
 
-void AddInput(CLI::App& command, const char* name, std::string& input, const char* help) {
-    Add(command, name, "", input, help)->required();
-}
-
-void AddFormat(CLI::App& command, Options& options, std::vector<std::string> formats,
-               const char* help) {
-    options.format = formats.front();
-    Add(command, "--format", "FORMAT", options.format, help)
-        ->check(CLI::IsMember(std::move(formats)));
-}
-
-void AddColor(CLI::App& command, Options& options) {
-    Add(command, "--color", "WHEN", options.color, "auto (the default), always or never")
+void AddColor(CLI::App& command, Options& o) {
+    Add(command, "--color", "WHEN", o.color, "When to use color; auto by default")
         ->check(CLI::IsMember({"auto", "always", "never"}));
 }
 
-void AddOffsets(CLI::App& command, Options& options) {
-    Add(command, "--offsets", "FILE", options.offsets,
+void AddFormat(CLI::App& command, Options& o, std::vector<std::string> formats) {
+    o.format = formats.front();
+    Add(command, "--format", "FORMAT", o.format, "The output format; the first by default")
+        ->check(CLI::IsMember(std::move(formats)));
+}
+
+void AddFrame(CLI::App& command, Options& o) {
+    Add(command, "FRAME", "", o.input, "The packed frame; - for standard input");
+}
+
+void AddOffsets(CLI::App& command, Options& o) {
+    Add(command, "--offsets", "FILE", o.offsets,
         "The offsets of the values, as a JSON array; by default, values are consecutive");
 }
 
-void AddShow(CLI::App& command, Options& options) {
-    AddInput(command, "FRAME", options.input, kFrame);
-    AddOffsets(command, options);
-    AddColor(command, options);
+void AddShow(CLI::App& command, Options& o) {
+    AddFrame(command, o);
+    AddOffsets(command, o);
+    AddColor(command, o);
 }
 
-void AddDecode(CLI::App& command, Options& options) {
-    Add(command, "FRAME", "", options.inputs, "The packed frames; - for standard input");
-    Add(command, "--files-from", "FILE", options.filesFrom,
+void AddDecode(CLI::App& command, Options& o) {
+    Add(command, "FRAME", "", o.inputs, "The packed frames; - for standard input")->required(false);
+    Add(command, "--files-from", "FILE", o.filesFrom,
         "A file with the paths of more frames, one a line; - for standard input");
-    AddOffsets(command, options);
-    Add(command, "--select", "NAME", options.select,
-        "A name (hostname, ifTable, ifTable.ifName) or several, separated by commas; or a file "
-        "with a JSON selection; may be repeated");
-    Add(command, "--map", "FILE", options.map,
-        "Wanted names of variables: a JSON object {\"wanted\": \"variable\"}, or an array of "
-        "mapping documents");
-    Add(command, "--parser", "PATH", options.parser,
+    AddOffsets(command, o);
+    Add(command, "--select", "NAME", o.select,
+        "Names such as hostname or ifTable.ifName, separated by commas, or a file with a JSON "
+        "selection; may be repeated");
+    Add(command, "--map", "FILE", o.map,
+        "Wanted names of variables, as a JSON object, or mapping documents, as a JSON array");
+    Add(command, "--parser", "PATH", o.parser,
         "The parser whose variables are renamed; the name of the frame by default");
-    AddFormat(command, options, {"table", "json", "lines", "rows", "csv"},
-              "table (the default), json, lines, rows or csv");
-    Add(command, "--jobs", "N", options.jobs, "The number of threads; 1 by default")
+    AddFormat(command, o, {"table", "json", "lines", "rows", "csv"});
+    Add(command, "--jobs", "N", o.jobs, "The number of threads; 1 by default")
         ->check(CLI::Range(1, 256));
-    command.add_flag("--safe-csv", options.safeCsv,
-                     "Quote CSV cells that a spreadsheet would run as a formula");
-    AddColor(command, options);
+    command.add_flag("--safe-csv", o.safeCsv, "Quote cells that a spreadsheet would run");
+    AddColor(command, o);
 }
 
-void AddUnpack(CLI::App& command, Options& options) {
-    AddInput(command, "FRAME", options.input, kFrame);
-}
-
-void AddPack(CLI::App& command, Options& options) {
-    AddInput(command, "INPUT", options.input,
-             "The text of unpack, a JSON document or CSV table of decode, or a CSV sheet; - for "
-             "standard input");
-    Add(command, "-o,--output", "FRAME", options.output, "The frame to write")->required();
-    Add(command, "--offsets", "FILE", options.places, "The file to write the offsets to");
-    Add(command, "--name", "NAME", options.name,
+void AddPack(CLI::App& command, Options& o) {
+    Add(command, "INPUT", "", o.input,
+        "The text of unpack, JSON or CSV of decode, or a CSV sheet; - for standard input");
+    Add(command, "-o,--output", "FRAME", o.output, "The frame to write")->required();
+    Add(command, "--offsets", "FILE", o.places, "The file to write the offsets to");
+    Add(command, "--name", "NAME", o.name,
         "The name of the frame; the unit of the CSV, or the name of INPUT by default");
-    Add(command, "--like", "FRAME", options.like,
-        "A frame; the new one is like it, with the rows of a CSV table");
+    Add(command, "--like", "FRAME", o.like, "A frame to take all but the rows of a CSV table from");
 }
 
-void AddDiff(CLI::App& command, Options& options) {
-    AddInput(command, "A", options.input, kFrame);
-    AddInput(command, "B", options.other, "The packed frame to compare it with");
+void AddDiff(CLI::App& command, Options& o) {
+    Add(command, "A", "", o.input, "A packed frame; - for standard input");
+    Add(command, "B", "", o.other, "The packed frame to compare it with");
 }
 
-void AddBson(CLI::App& command, Options& options) {
-    AddInput(command, "FILE", options.input, "BSON documents; - for standard input");
-    command.add_flag("--debug", options.debug, "Show offset, size and type of each element");
-    AddColor(command, options);
+void AddBson(CLI::App& command, Options& o) {
+    Add(command, "FILE", "", o.input, "BSON documents; - for standard input");
+    command.add_flag("--debug", o.debug, "Show offset, size and type of each element");
+    AddColor(command, o);
 }
 
-void AddRecord(CLI::App& command, Options& options) {
-    AddInput(command, "DEVICE", options.device, "A GUID, a host name, or N:type:id for a node");
-    Add(command, "TYPE", "", options.type, "The kind of payload")
-        ->required()
+void AddRecord(CLI::App& command, Options& o) {
+    Add(command, "DEVICE", "", o.device, "A GUID, a host name, or N:type:id for a node");
+    Add(command, "TYPE", "", o.type, "The kind of payload")
         ->check(
             CLI::IsMember({"config", "cmd", "sysTable", "nctTable", "parser", "pingtrace", "raw"}));
-    AddInput(command, "NAME", options.location,
-             "The command line for cmd, empty ('') for config, else the location");
-    AddInput(command, "FILE", options.input, "The payload; - for standard input");
-    Add(command, "--time", "T", options.time,
+    Add(command, "NAME", "", o.location,
+        "The command line for cmd, empty ('') for config, else the location");
+    Add(command, "FILE", "", o.input, "The payload; - for standard input");
+    Add(command, "--time", "T", o.time,
         "Milliseconds since 1970, or ISO 8601; the current time by default");
-    Add(command, "--view", "VIEW", options.views,
-        "The views to print, separated by commas; store,keys by default")
+    Add(command, "--view", "VIEW", o.views, "The views to print; store,keys by default")
         ->delimiter(',')
         ->check(CLI::IsMember({"store", "status", "device", "keys"}));
-    AddFormat(command, options, {"json", "bson"}, "json (the default) or bson");
+    AddFormat(command, o, {"json", "bson"});
 }
 
-void AddNames(CLI::App& command, Options& options) {
-    Add(command, "TEXT", "", options.text,
-        "List only names that contain TEXT in name or text, in upper or lower case");
+void AddNames(CLI::App& command, Options& o) {
+    Add(command, "TEXT", "", o.text, "Only names with TEXT in name or text, in any case")
+        ->required(false);
 }
 
 struct Command {
@@ -134,7 +121,7 @@ constexpr Command kCommands[] = {
      "show interfaces.frame --offsets interfaces.offsets"},
     {"decode", "Decode the values of packed frames", AddDecode, Decode,
      "decode interfaces.frame --select ifTable --format csv"},
-    {"unpack", "Print a packed frame as JSON text that loses nothing", AddUnpack, Unpack,
+    {"unpack", "Print a packed frame as JSON text that loses nothing", AddFrame, Unpack,
      "unpack interfaces.frame -o interfaces.json"},
     {"pack", "Pack text or CSV into a frame", AddPack, Pack,
      "pack interfaces.csv -o interfaces.frame"},

@@ -49,10 +49,8 @@ void Show(const Options& options, Output& output) {
     Frame frame(options.input, options.offsets);
     const std::vector<Item>& items = frame.items;
     std::vector<std::string> errors;
-    if (!frame.error.empty())
-        errors.push_back(frame.error + "; the values from here on are not found");
-    StringCells cells;
-    cells.rows = {{"item", "role", "type", "index", "offset", "size", "kind", "value"}};
+    if (!frame.error.empty()) errors.push_back(frame.error);
+    Rows rows = {{"item", "role", "type", "index", "offset", "size", "kind", "value"}};
     for (std::size_t i = 0; i < items.size(); ++i) {
         const Item& item = items[i];
         const vxJson::Value& schema = *item.schema;
@@ -73,13 +71,13 @@ void Show(const Options& options, Output& output) {
             errors.push_back(item.Path() + ": " + error.what());
         }
         row.resize(8);
-        cells.rows.push_back(std::move(row));
+        rows.push_back(std::move(row));
     }
     output.content = Content::kSafe;
     output.text += "name     " + Printable(frame.reader.Name()) + "\nheader   " +
                    std::to_string(frame.reader.HeaderLength()) + " bytes\npayload  " +
                    std::to_string(frame.reader.Payload().size()) + " bytes\n\n";
-    DrawTable(cells, Screen(options), output);
+    DrawTable(rows, Screen(options), output);
     for (const std::string& error : errors) output.Report(Failure(frame.path, error).what());
 }
 

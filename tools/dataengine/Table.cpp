@@ -22,12 +22,13 @@ bool IsNumber(std::string_view cell) {
 
 class Drawing {
   public:
-    Drawing(const Cells& cells, const Screen& screen, Sink& sink)
-        : cells_(cells), screen_(screen), sink_(sink), columns_(cells.Columns()) {
+    Drawing(std::size_t rows, std::size_t columns, const Cells& cells, const Screen& screen,
+            Sink& sink)
+        : rows_(rows), cells_(cells), screen_(screen), sink_(sink), columns_(columns) {
         const std::size_t limit = screen.width == kUnlimited ? kWidestAligned : screen.width;
         for (std::size_t i = 0; i < columns_.size(); ++i) {
             Column& column = columns_[i];
-            for (std::size_t row = 0; row < cells_.Rows(); ++row) {
+            for (std::size_t row = 0; row < rows_; ++row) {
                 const Cell cell = Read(row, i);
                 column.width = std::max(column.width, std::min(cell.width, limit));
                 column.isNumeric = column.isNumeric && (row == 0 || IsNumber(cell.text));
@@ -41,7 +42,7 @@ class Drawing {
             const std::vector<std::size_t> block = NextBlock(next);
             const std::size_t widest = WidestCell(block);
             if (next > 1) sink_.text += '\n';
-            for (std::size_t row = 0; row < cells_.Rows(); ++row) {
+            for (std::size_t row = 0; row < rows_; ++row) {
                 const bool isBold = row == 0 && screen_.hasColor;
                 if (isBold) sink_.text += "\033[1m";
                 DrawRow(row, block, widest);
@@ -64,7 +65,7 @@ class Drawing {
 
     /// Returns a cell with escapes.
     Cell Read(std::size_t row, std::size_t column) {
-        const std::string_view text = cells_.At(row, column, buffer_);
+        const std::string_view text = cells_(row, column, buffer_);
         if (IsPlain(text)) return {text, text.size()};
         safe_ = Printable(text);
         return {safe_, WidthOf(safe_)};
@@ -114,6 +115,7 @@ class Drawing {
         line.Truncate(std::max(line.Bytes().find_last_not_of(' ') + 1, begin));
     }
 
+    const std::size_t rows_;
     const Cells& cells_;
     const Screen& screen_;
     Sink& sink_;
@@ -138,8 +140,16 @@ Screen::Screen(const Options& options) : width(kUnlimited), hasColor(options.col
     }
 }
 
-void DrawTable(const Cells& cells, const Screen& screen, Sink& sink) {
-    Drawing(cells, screen, sink).Draw();
+void DrawTable(std::size_t rows, std::size_t columns, const Cells& cells, const Screen& screen,
+               Sink& sink) {
+    Drawing(rows, columns, cells, screen, sink).Draw();
+}
+
+void DrawTable(const Rows& rows, const Screen& screen, Sink& sink) {
+    const Cells cells = [&](std::size_t row, std::size_t column, Buffer&) {
+        return std::string_view(rows[row][column]);
+    };
+    DrawTable(rows.size(), rows.front().size(), cells, screen, sink);
 }
 
 }  // namespace dataengine::tool

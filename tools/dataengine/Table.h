@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,33 +20,19 @@ struct Screen {
     bool hasColor;
 };
 
-/// The cells of a table. Row 0 is the header.
-class Cells {
-  public:
-    virtual ~Cells() = default;
-    virtual std::size_t Rows() const = 0;
-    virtual std::size_t Columns() const = 0;
-
-    /// Returns the text of a cell, which may be stored in `buffer`.
-    virtual std::string_view At(std::size_t row, std::size_t column, Buffer& buffer) const = 0;
-};
+/// Returns the text of a cell, which may be stored in the buffer. Row 0 is the header.
+using Cells = std::function<std::string_view(std::size_t row, std::size_t column, Buffer& buffer)>;
 
 /// Cells that are kept as strings.
-struct StringCells : Cells {
-    std::vector<std::vector<std::string>> rows;
-
-    std::size_t Rows() const override { return rows.size(); }
-    std::size_t Columns() const override { return rows.front().size(); }
-    std::string_view At(std::size_t row, std::size_t column, Buffer&) const override {
-        return rows[row][column];
-    }
-};
+using Rows = std::vector<std::vector<std::string>>;
 
 /// Draws a table of aligned columns, with escapes for what a terminal must not get. Cells are cut
 /// to the width of the screen; columns that do not fit side by side follow in further blocks, each
 /// of which repeats the first column. On an unlimited screen, a cell wider than kWidestAligned
 /// columns pushes the rest of its row to the right.
-void DrawTable(const Cells& cells, const Screen& screen, Sink& sink);
+void DrawTable(std::size_t rows, std::size_t columns, const Cells& cells, const Screen& screen,
+               Sink& sink);
+void DrawTable(const Rows& rows, const Screen& screen, Sink& sink);
 constexpr std::size_t kWidestAligned = 100;
 
 }  // namespace dataengine::tool
