@@ -5,6 +5,8 @@ from __future__ import annotations
 from collections.abc import Iterable
 from typing import Any
 
+import numpy as np
+
 from . import _core
 
 
@@ -44,6 +46,8 @@ class FrameWriter:
         """Adds a table, and returns it for its columns and attributes to be added, until the next
         item is.
         """
+        if isinstance(hash_columns, str):
+            raise TypeError("hash_columns is a list of names, not one of them")
         return TableWriter(name, self._core.add_table(name, hash_sort, list(hash_columns)))
 
     def add_items(self, items: list[Any]) -> None:
@@ -101,9 +105,9 @@ class TableWriter:
 
 
 def plain(values: Any) -> Any:
-    """Returns the list of an array, masked array or Series, with None where a value is missing."""
-    if hasattr(values, "to_numpy"):
-        values = values.astype(object).where(values.notna(), None)
+    """Returns the list of an array or Series, with None where a value is missing."""
+    if hasattr(values, "isna") and values.ndim == 1:
+        values = np.where(values.isna(), None, values.astype(object))
     if hasattr(values, "tolist") and not isinstance(values, memoryview):
         if getattr(values, "dtype", None) is not None and values.dtype.kind in "mM":
             raise TypeError(f"values of type {values.dtype} have no counterpart")

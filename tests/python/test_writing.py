@@ -63,6 +63,9 @@ def test_takes_columns_of_any_kind():
         (pandas.Series([True, None], dtype="boolean"), [True, None]),
         (pandas.Series([1, 2], index=[5, 6]), [1, 2]),
         (pandas.Series(["x", "y", "x"], dtype="category"), ["x", "y", "x"]),
+        (pandas.array([1, None]), [1, None]),
+        (pandas.Index(["a", None]), ["a", None]),
+        (pandas.Series([pandas.NA, 1], dtype=object), [None, 1]),
         (None, None),
     ]:
         writer = de.FrameWriter("u")
@@ -70,7 +73,7 @@ def test_takes_columns_of_any_kind():
         assert de.FrameReader().open(writer.frame()).decode() == {"t": {"c": wanted}}
     table = de.FrameWriter("u").add_table("t")
     for values in (np.array(["2024-01-01"], "M8[ns]"), pandas.Series(pandas.to_datetime(["2024"])),
-                   1, "text", {"a": 1}):
+                   pandas.DataFrame({"a": [1]}), 1, "text", {"a": 1}):
         with pytest.raises((TypeError, ValueError)):
             table.add_column("c", 1, values)
 
@@ -102,7 +105,8 @@ def test_rejects_names_and_types():
     writer = de.FrameWriter("u")
     for call in (lambda: de.FrameWriter(b"u"), lambda: writer.add_leaf(1, 1, 1),
                  lambda: writer.add_leaf("a", "1", 1), lambda: writer.add_leaf("a", 2**40, 1),
-                 lambda: writer.add_table("t", True, [1]), lambda: writer.add_table("t", True, 1)):
+                 lambda: writer.add_table("t", True, [1]), lambda: writer.add_table("t", True, 1),
+                 lambda: writer.add_table("t", True, "name")):
         with pytest.raises(TypeError):
             call()
     with pytest.raises(ValueError, match="11"):
