@@ -50,8 +50,8 @@ class FrameReader:
             parser: The parser whose variables are renamed, by default the name of the frame. A
                 variable without a parser belongs to it.
         """
-        if isinstance(select, (str, bytes)):
-            raise TypeError("select is a list of items, not one name")
+        if isinstance(select, (str, bytes, Mapping)):
+            raise TypeError("select is a list of items, not one of them")
         self._select = None if select is None else [
             item if isinstance(item, str) else dict(item) for item in select]
         self._mapping = dict(mapping or {})
@@ -221,7 +221,7 @@ class Table:
         from ._pandas import to_series
         import pandas
 
-        series = {name: to_series(column) for name, column in self.columns.items()}
+        series = {name: to_series(column, len(self)) for name, column in self.columns.items()}
         return pandas.DataFrame(series, index=pandas.RangeIndex(len(self)))
 
     def __repr__(self) -> str:

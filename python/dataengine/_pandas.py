@@ -15,10 +15,13 @@ _NULLABLE = {"i": pandas.arrays.IntegerArray, "u": pandas.arrays.IntegerArray,
              "b": pandas.arrays.BooleanArray}
 
 
-def to_series(column: Array) -> Any:
-    """Returns a Series of the dtype that fits."""
+def to_series(column: Array, rows: int) -> Any:
+    """Returns a Series of the dtype that fits. A shorter column ends in missing values."""
     values, mask = _masked.getdata(column), _masked.getmaskarray(column)
     kind = values.dtype.kind
+    if missing := rows - len(values):
+        values = np.append(values, np.full(missing, None if kind == "O" else 0, values.dtype))
+        mask = np.append(mask, np.ones(missing, dtype=bool))
     if kind == "O":
         return _from_objects(values, mask)
     if kind == "b" or (kind in "iu" and mask.any()):

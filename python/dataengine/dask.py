@@ -45,6 +45,7 @@ from ._pandas import to_series
 __all__ = ["BrokenFrame", "read_frames", "read_tables"]
 
 PARTITION = "64 MiB"
+DEPTH = 100  # of values: those that nest much deeper cannot be sent between processes
 # These have no types, or not in all versions.
 _bags: Any = dask.bag
 _dataframes: Any = dask.dataframe
@@ -89,6 +90,7 @@ class _Task:
              take: Callable[[Frame, Any], Any]) -> Iterator[tuple[str, Any]]:
         """Yields the name of each frame and what `take` makes of it, or a BrokenFrame."""
         reader = FrameReader(self.select, self.mapping, self.parser)
+        reader._core.set_depth(DEPTH)
         for name, data in frames:
             try:
                 if isinstance(data, OSError):
@@ -106,6 +108,9 @@ def read_frames(source: Source, *, select: Selection = None,
                 offsets: Offsets = None, errors: str = "collect",
                 partition: int | str = PARTITION) -> Any:
     """Returns a dask.bag of the decoded frames, in the order of the source.
+
+    A frame whose values nest deeper than 100 levels cannot be read: they could not be sent between
+    processes.
 
     Args:
         source: A path or URL, of a file, of a folder or with wildcards, a list of these, or a
@@ -285,7 +290,8 @@ def _first_table(task: _Task, parts: list[Any], bags: list[Any], table: str) -> 
                 columns = found[0].table(table, found[1]).columns
             except (KeyError, TypeError, FrameError):
                 continue
-            series = {name: to_series(column).iloc[:0] for name, column in columns.items()}
+            series = {name: to_series(column, len(column)).iloc[:0]
+                      for name, column in columns.items()}
             return pandas.DataFrame({name: column.astype(_NULLABLE.get(str(column.dtype), column.dtype))
                                      for name, column in series.items()})
     return pandas.DataFrame()
@@ -325,8 +331,11 @@ def _fits_exactly(values: Array, dtype: Any) -> bool:
     """Returns whether numbers keep their values in another NumPy type."""
     if any(isinstance(value, bool) or not isinstance(value, (int, float)) for value in values.tolist()):
         return False
-    with np.errstate(all="ignore"):
-        return bool(values.astype(dtype).tolist() == values.tolist())
+    try:
+        with np.errstate(all="ignore"):
+            return bool(values.astype(dtype).tolist() == values.tolist())
+    except OverflowError:
+        return False
 
 
 def _joined(parts: list[tuple[Array, Array]], dtype: str) -> Any:

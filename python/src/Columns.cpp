@@ -59,7 +59,7 @@ class TextPool {
     std::array<Entry, 256> entries_;
 };
 
-py::object ValuesOf(PackedColumn& column) {
+py::object ValuesOf(PackedColumn& column, std::size_t depth) {
     if (auto* const values = std::get_if<std::vector<std::int64_t>>(&column.values))
         return Adopt(*values, py::dtype::of<std::int64_t>());
     if (auto* const values = std::get_if<std::vector<std::uint64_t>>(&column.values))
@@ -76,9 +76,9 @@ py::object ValuesOf(PackedColumn& column) {
         });
     }
     const auto& value = std::get<rapidjson::Value>(column.values);
-    if (!value.IsArray()) return ToPython(value);
+    if (!value.IsArray()) return ToPython(value, depth);
     return NewObjects(value.Size(), [&](std::size_t i) {
-        return ToPython(value[static_cast<rapidjson::SizeType>(i)]);
+        return ToPython(value[static_cast<rapidjson::SizeType>(i)], depth);
     });
 }
 
@@ -100,10 +100,10 @@ py::object MaskOf(PackedColumn& column) {
 
 }  // namespace
 
-py::list ToArrays(PackedTable& table) {
+py::list ToArrays(PackedTable& table, std::size_t depth) {
     py::list columns;
     for (PackedColumn& column : table.columns) {
-        const py::object values = ValuesOf(column);
+        const py::object values = ValuesOf(column, depth);
         columns.append(py::make_tuple(ToText(column.name), values, MaskOf(column)));
     }
     return columns;

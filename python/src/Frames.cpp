@@ -1,12 +1,12 @@
 #include "python/src/Frames.h"
 
+#include <algorithm>
 #include <atomic>
 #include <unordered_map>
 #include <utility>
 
 #include "python/src/Columns.h"
 #include "python/src/GilRelease.h"
-#include "python/src/Values.h"
 #include "structure/CDEStructureDataHelper.h"
 #include "structure/PackedFrame.h"
 #include "structure/detail/MsgpackErrors.h"
@@ -59,26 +59,37 @@ rapidjson::Document NamesOnly(const rapidjson::Document& document) {
     return names;
 }
 
+/// Returns whether the names are those of a document of this shape. The bytes of a header do not
+/// answer that: Python code may change them after the frame was opened.
+bool Fit(const std::vector<WantedNames>& names, const rapidjson::Document& document) {
+    return std::equal(names.begin(), names.end(), document.Begin(), document.End(),
+                      [](const WantedNames& wanted, const rapidjson::Value& item) {
+                          return wanted.columns.size() ==
+                                 (IsTable(item) ? Member(item, "column").Size() : 0);
+                      });
+}
+
 /// Adds an entry unless the dict has the name already: the first of equal names is kept.
-void AddFirst(py::dict& dict, const py::object& name, const rapidjson::Value& item) {
+void AddFirst(py::dict& dict, const py::object& name, const rapidjson::Value& item,
+              std::size_t depth) {
     const auto value = item.FindMember("value");
     if (value == item.MemberEnd()) return;  // a table within a table
     const int has = PyDict_Contains(dict.ptr(), name.ptr());
     if (has < 0) throw py::error_already_set();
-    if (has == 0) dict[name] = ToPython(value->value);
+    if (has == 0) dict[name] = ToPython(value->value, depth);
 }
 
-py::dict TableToDict(const rapidjson::Value& table, const WantedNames* names) {
+py::dict TableToDict(const rapidjson::Value& table, const WantedNames* names, std::size_t depth) {
     py::dict dict;
     const rapidjson::Value& columns = Member(table, "column");
     for (rapidjson::SizeType i = 0; i < columns.Size(); ++i) {
         const rapidjson::Value& column = columns[i];
         AddFirst(dict,
                  ToText(names == nullptr ? TextOf(Member(column, "name")) : names->columns[i]),
-                 column);
+                 column, depth);
     }
     for (const rapidjson::Value& attribute : Member(table, "attributes").GetArray())
-        AddFirst(dict, ToText(TextOf(Member(attribute, "name"))), attribute);
+        AddFirst(dict, ToText(TextOf(Member(attribute, "name"))), attribute, depth);
     return dict;
 }
 
@@ -137,7 +148,7 @@ void Reader::Run(std::string_view frame, std::uint64_t id, const Step& step) {
 
 const std::vector<WantedNames>& Reader::NamesFor(const rapidjson::Document& document) {
     const auto header = opened_.substr(0, static_cast<std::size_t>(reader_.HeaderLength()));
-    if (header == namesHeader_) return names_;
+    if (header == namesHeader_ && Fit(names_, document)) return names_;
     const std::string& parser = parser_ ? *parser_ : reader_.Name();
     std::map<DDKey, DDKey> mapping;
     for (const Mapped& mapped : mapping_) {
@@ -210,9 +221,9 @@ py::dict Frame::Decode(const py::object& offsets) const {
         const rapidjson::Value& item = document[i];
         const py::object name = ToText(rename ? names[i].item : TextOf(Member(item, "name")));
         if (!IsTable(item)) {
-            AddFirst(dict, name, item);
+            AddFirst(dict, name, item, reader_->Depth());
         } else if (!dict.contains(name)) {
-            dict[name] = TableToDict(item, rename ? &names[i] : nullptr);
+            dict[name] = TableToDict(item, rename ? &names[i] : nullptr, reader_->Depth());
         }
     }
     return dict;
@@ -248,8 +259,9 @@ py::object Frame::Table(const std::string& name, const py::object& offsets) cons
     if (!found) return py::none();
     py::dict attributes;
     for (const rapidjson::Value& attribute : table.document.GetArray())
-        AddFirst(attributes, ToText(TextOf(Member(attribute, "name"))), attribute);
-    return py::make_tuple(ToArrays(table), attributes);
+        AddFirst(attributes, ToText(TextOf(Member(attribute, "name"))), attribute,
+                 reader_->Depth());
+    return py::make_tuple(ToArrays(table, reader_->Depth()), attributes);
 }
 
 void Frame::Check(const py::object& offsets) const {

@@ -12,18 +12,13 @@
 #include <vector>
 
 #include "python/src/Buffer.h"
+#include "python/src/Values.h"
 #include "structure/PackedFrameReader.h"
 #include "variables/DDKey.h"
 
 namespace dataengine::python {
 
 namespace py = pybind11;
-
-/// Thrown for frames that cannot be read; becomes dataengine.FrameError.
-class FrameFailure : public std::runtime_error {
-  public:
-    using std::runtime_error::runtime_error;
-};
 
 /// The names that a mapping gives to an item of a document and to its columns.
 struct WantedNames {
@@ -43,6 +38,10 @@ class Reader {
 
     bool HasMapping() const { return !mapping_.empty(); }
 
+    /// The number of levels that values may nest.
+    std::size_t Depth() const { return depth_; }
+    void SetDepth(std::size_t depth) { depth_ = depth; }
+
     /// Calls `step` with the reader after it has opened `frame`, whose number is `id`. Releases the
     /// GIL meanwhile. Throws FrameFailure for whatever is wrong with the frame.
     template <typename Step>
@@ -60,6 +59,7 @@ class Reader {
 
     void Open(std::string_view frame, std::uint64_t id);
 
+    std::size_t depth_ = kAnyDepth;
     std::vector<Mapped> mapping_;
     std::optional<std::string> parser_;
     std::mutex lock_;  // guards the following

@@ -36,6 +36,7 @@ void BindReading(py::module_& module) {
     reader.def("open", [](const std::shared_ptr<Reader>& self, const py::object& data) {
         return std::make_unique<Frame>(self, data);
     });
+    reader.def("set_depth", &Reader::SetDepth);
     module.def("new_reader",
                [](const py::object& selection, const py::dict& mapping, const py::object& parser) {
                    return std::make_shared<Reader>(selection, mapping, parser);

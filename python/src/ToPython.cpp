@@ -137,7 +137,7 @@ struct Level {
 };
 
 template <typename Value>
-py::object Convert(const Value& root) {
+py::object Convert(const Value& root, std::size_t depth) {
     py::object result = Own(NewObject(root));
     if (!IsContainer(root)) return result;
     using Entries = decltype(EntriesOf(root));
@@ -160,8 +160,10 @@ py::object Convert(const Value& root) {
         } else if (PyDict_SetItem(level.object, key.ptr(), borrowed) != 0) {
             throw py::error_already_set();
         }
-        if (IsContainer(value))
-            open.push_back({EntriesOf(value), borrowed, IsArray(value) ? 0 : -1});
+        if (!IsContainer(value)) continue;
+        if (open.size() == depth)
+            throw FrameFailure("a value nests deeper than " + std::to_string(depth) + " levels");
+        open.push_back({EntriesOf(value), borrowed, IsArray(value) ? 0 : -1});
     }
     return result;
 }
@@ -169,11 +171,11 @@ py::object Convert(const Value& root) {
 }  // namespace
 
 py::object ToPython(const vxJson::Value& value) {
-    return Convert(value);
+    return Convert(value, kAnyDepth);
 }
 
-py::object ToPython(const rapidjson::Value& value) {
-    return Convert(value);
+py::object ToPython(const rapidjson::Value& value, std::size_t depth) {
+    return Convert(value, depth);
 }
 
 }  // namespace dataengine::python

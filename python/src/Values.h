@@ -4,6 +4,8 @@
 #include <pybind11/pybind11.h>
 #include <rapidjson/document.h>
 
+#include <limits>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 
@@ -29,10 +31,19 @@ py::object ToTime(long long milliseconds);
 /// zone.
 long long FromTime(const py::handle& time);
 
-/// Convert a value to dict, list, str, int, float, bool, None, bytes and datetime. Depth is bounded
-/// by memory only. @{
+/// Thrown for frames that cannot be read; becomes dataengine.FrameError.
+class FrameFailure : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
+};
+
+constexpr std::size_t kAnyDepth = std::numeric_limits<std::size_t>::max();
+
+/// Convert a value to dict, list, str, int, float, bool, None, bytes and datetime. Throw
+/// FrameFailure if it nests deeper than `depth` levels, which is otherwise bounded by memory only.
+/// @{
 py::object ToPython(const vxJson::Value& value);
-py::object ToPython(const rapidjson::Value& value);
+py::object ToPython(const rapidjson::Value& value, std::size_t depth = kAnyDepth);
 /// @}
 
 /// Converts an object of the above types, or a tuple, or a scalar of NumPy. Bytes-like objects

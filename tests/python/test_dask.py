@@ -76,6 +76,26 @@ def test_uses_offsets(tmp_path):
     assert de.dask.read_frames(tmp_path, offsets=[0, 0]).compute()[2] == {"a": 2, "b": 2}
 
 
+@pytest.mark.parametrize("items, rows", [
+    (lambda deep: {"leaf": deep, "t": {}}, [False, False, False]),
+    (lambda deep: {"t": {"column": deep}}, [False, False, True]),  # its values are one level less
+    (lambda deep: {"t": {"attribute": tuple(deep)}}, [False, True, True]),
+])
+def test_values_that_nest_too_deep_to_be_sent_break_their_frame(items, rows):
+    frames = []
+    for levels in (100, 101, 100_000):
+        deep = []
+        for _ in range(levels - 1):
+            deep = [deep]
+        frames.append(write(**items(deep)).frame())
+    bag = dask.bag.from_sequence(frames)
+    read = de.dask.read_frames(bag).compute()
+    assert [isinstance(frame, de.dask.BrokenFrame) for frame in read] == [False, True, True]
+    assert "deeper than 100 levels" in str(read[2].error)
+    errors = de.dask.read_tables(bag, table="t").compute().groupby("file")["error"].first()
+    assert errors.reindex([f"{i}:0" for i in range(3)]).notna().tolist() == rows
+
+
 def test_raises_if_asked_to(folder):
     for read in (de.dask.read_frames(folder, errors="raise"),
                  de.dask.read_tables(folder, table="t", errors="raise")):
@@ -115,10 +135,11 @@ TYPES = [([1], "Int64"), ([2**63], "UInt64"), ([0.5], "float64"), ([True], "bool
 
 @pytest.mark.parametrize("first, dtype", TYPES)
 def test_values_must_fit(first, dtype):
-    given = [[2**63, None], [2.5], [-1], [True], ["y"], [None], [1, 0.25], [3.0], [{"a": 1}]]
+    given = [[2**63, None], [2.5], [-1], [True], ["y"], [None], [1, 0.25], [3.0], [{"a": 1}],
+             [2**63, -1], [1e20, 1]]
     fits = {"Int64": [[-1], [3.0]], "UInt64": [[2**63, None], [3.0]],
-            "float64": [[2**63, None], [2.5], [-1], [1, 0.25], [3.0]], "boolean": [[True]],
-            "string": [["y"]], "object": given}[dtype]
+            "float64": [[2**63, None], [2.5], [-1], [1, 0.25], [3.0], [2**63, -1], [1e20, 1]],
+            "boolean": [[True]], "string": [["y"]], "object": given}[dtype]
     for values in given:
         bag = dask.bag.from_sequence([write(t={"c": first}).frame(), write(t={"c": values}).frame()])
         rows = de.dask.read_tables(bag, table="t").compute()
