@@ -62,8 +62,8 @@ class DATAENGINE_EXPORT CDEQueryResultMetaDataOnly : public IJsonSerialize {
     bool SaveToJson(vxJson::Value& target) const override;
 
     /// Returns true if this day is earlier; otherwise compares device, type, name and parameter as
-    /// if the days were equal. One-sided by design: of two objects with different days, each may be
-    /// less than the other. Only objects of the same day are strictly ordered.
+    /// if the days were equal. Not a strict weak order; do not use as a key: of two objects with
+    /// different days, each may be less than the other.
     bool operator<(const CDEQueryResultMetaDataOnly& other) const;
 
   private:

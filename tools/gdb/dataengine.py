@@ -171,7 +171,7 @@ class KeyPrinter:
 
 
 class RecordPrinter:
-    """A CDEDataBase or a kind of it: name of the class, device, and the fields that are set."""
+    """A CDEDataBase, shown as its dynamic type: device and the fields that are set."""
 
     TYPES = ("none", "config", "cmd", "sysTable", "nctTable", "parser", "pingtrace", "raw")
     OWN_FIELDS = ("dataMD5_", "command_", "location_")
