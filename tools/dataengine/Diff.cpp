@@ -49,7 +49,6 @@ Texts NamesOf(const Items& items) {
 
 /// Returns the exact text of a value, or of each element of a column.
 Texts TextsOf(Frame& frame, const Item& item) {
-    if (!item.offset) return {};
     const std::string_view value = frame.Value(item);
     detail::PackedBytes bytes(value.data(), value.size());
     const bool isColumn = item.role == "column" && bytes.Head().kind == detail::PackedKind::kArray;
@@ -148,6 +147,7 @@ class Differences {
             for (const char* key : {"type", "hashSort", "hashColumns"})
                 Append(changes[i], Change(std::string(key) + " ", (*a.schema)[key].toString(false),
                                           (*b.schema)[key].toString(false)));
+            if (!a.offset || !b.offset) continue;
             Column values{namesA[i], TextsOf(a_, a), TextsOf(b_, b)};
             if (a.role == "column" && b.role == "column") {
                 columns.push_back(std::move(values));

@@ -35,14 +35,14 @@ std::string TargetOf(const std::string& path) {
     return target;
 }
 
-/// Returns whether two paths are the same regular file, or will be. "-" is the file `standard`.
-bool IsSame(const std::string& path, const char* standard, const std::string& output) {
-    struct stat a = {}, b = {};
-    const bool isFile = stat(path == kStandard ? standard : path.c_str(), &a) == 0;
-    if (stat(output == kStandard ? "/dev/stdout" : output.c_str(), &b) != 0)
-        return !isFile && path != kStandard && !path.empty() && TargetOf(path) == TargetOf(output);
-    return isFile && S_ISREG(a.st_mode) && a.st_dev == b.st_dev && a.st_ino == b.st_ino;
-}
+/// The file of a path; "-" is the file `standard`.
+struct Identity {
+    Identity(const std::string& path, const char* standard) {
+        exists = stat(path == kStandard ? standard : path.c_str(), &status) == 0;
+    }
+    struct stat status = {};
+    bool exists;
+};
 
 }  // namespace
 
@@ -57,9 +57,16 @@ void CheckPaths(std::vector<std::string> inputs, const std::vector<std::string>&
             throw UsageError("\"-\" can name only one file");
     const std::size_t count = inputs.size();
     for (const std::string& output : outputs) {
-        for (std::size_t i = 0; i < inputs.size(); ++i)
-            if (IsSame(inputs[i], i < count ? "/dev/stdin" : "/dev/stdout", output))
-                throw UsageError(output + ": is the same file as " + inputs[i]);
+        const Identity b(output, "/dev/stdout");
+        const bool isNew = !b.exists && !output.empty();
+        for (std::size_t i = 0; i < inputs.size() && (isNew || S_ISREG(b.status.st_mode)); ++i) {
+            const std::string& path = inputs[i];
+            const Identity a(path, i < count ? "/dev/stdin" : "/dev/stdout");
+            if (isNew ? !a.exists && TargetOf(path) == TargetOf(output)
+                      : a.exists && a.status.st_dev == b.status.st_dev &&
+                            a.status.st_ino == b.status.st_ino)
+                throw UsageError(output + ": is the same file as " + path);
+        }
         inputs.push_back(output);
     }
 }

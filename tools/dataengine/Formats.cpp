@@ -88,6 +88,8 @@ struct JsonPrinter {
 };
 
 void AppendJson(const JsonValue& value, Buffer& text) {
+    if (value.IsString()) return AppendString(StringOf(value), text);
+    if (value.IsInt64()) return AppendNumber(value.GetInt64(), text);
     JsonPrinter printer{text};
     if (value.IsArray() || value.IsObject()) {
         detail::RenderJson(value, printer);
@@ -213,7 +215,10 @@ bool DrawValues(const JsonValue& list, const Screen& screen, Sink& sink) {
 
 void AppendCsv(std::string_view cell, const CsvStyle& style, Buffer& text) {
     const bool isFormula = style.isSafe && cell.substr(0, 1).find_first_of("=+-@\t\r") == 0;
-    if (!cell.empty() && !isFormula && cell.find_first_of(",\"\r\n") == cell.npos) {
+    const bool isPlain = std::none_of(cell.begin(), cell.end(), [](char c) {
+        return c == ',' || c == '"' || c == '\r' || c == '\n';
+    });
+    if (!cell.empty() && !isFormula && isPlain) {
         text += cell;
     } else {
         text += isFormula ? "\"'" : "\"";

@@ -28,11 +28,14 @@ class Drawing {
         const std::size_t limit = screen.width == kUnlimited ? kWidestAligned : screen.width;
         for (std::size_t i = 0; i < columns_.size(); ++i) {
             Column& column = columns_[i];
+            bool isPlain = true;
             for (std::size_t row = 0; row < rows_; ++row) {
                 const Cell cell = Read(row, i);
                 column.width = std::max(column.width, std::min(cell.width, limit));
                 column.isNumeric = column.isNumeric && (row == 0 || IsNumber(cell.text));
+                isPlain = isPlain && cell.text.data() != safe_.data();
             }
+            column.isPlain = isPlain;
         }
     }
 
@@ -57,6 +60,7 @@ class Drawing {
     struct Column {
         std::size_t width = 0;
         bool isNumeric = true;  // such columns are aligned to the right
+        bool isPlain = false;   // whether it is known that no cell needs escapes
     };
     struct Cell {
         std::string_view text;
@@ -66,7 +70,7 @@ class Drawing {
     /// Returns a cell with escapes.
     Cell Read(std::size_t row, std::size_t column) {
         const std::string_view text = cells_(row, column, buffer_);
-        if (IsPlain(text)) return {text, text.size()};
+        if (columns_[column].isPlain || IsPlain(text)) return {text, text.size()};
         safe_ = Printable(text);
         return {safe_, WidthOf(safe_)};
     }
