@@ -6,13 +6,13 @@
 #include "structure/detail/MsgpackErrors.h"
 #include "tests/support/RandomPacked.h"
 #include "tests/support/SameDocument.h"
+#include "tests/support/SameReading.h"
 
 namespace {
 
 using dataengine::PackedColumn;
 using dataengine::PackedFrameReader;
 using dataengine::PackedTable;
-using Pool = rapidjson::Document::AllocatorType;
 
 /// Returns a frame of the table "t", whose column "c" has this packed value.
 std::string FrameOf(const std::string& packed) {
@@ -20,40 +20,6 @@ std::string FrameOf(const std::string& packed) {
     auto table = writer.AddTable("t", false, {});
     table.AddColumn("c", 3, vxJson::Value());
     return writer.Frame().substr(0, static_cast<std::size_t>(writer.HeaderLength())) + packed;
-}
-
-rapidjson::Value Make(std::int64_t value, Pool&) {
-    return rapidjson::Value(value);
-}
-rapidjson::Value Make(std::uint64_t value, Pool&) {
-    return rapidjson::Value(value);
-}
-rapidjson::Value Make(double value, Pool&) {
-    return rapidjson::Value(value);
-}
-rapidjson::Value Make(std::uint8_t value, Pool&) {
-    return rapidjson::Value(value != 0);
-}
-rapidjson::Value Make(std::string_view value, Pool& pool) {
-    return rapidjson::Value(value.data(), static_cast<rapidjson::SizeType>(value.size()), pool);
-}
-
-/// Returns the value that a document holds for a column.
-rapidjson::Value DocumentValue(const PackedColumn& column, Pool& pool) {
-    if (const auto* value = std::get_if<rapidjson::Value>(&column.values))
-        return rapidjson::Value(*value, pool);
-    rapidjson::Value list(rapidjson::kArrayType);
-    std::visit(
-        [&](const auto& values) {
-            if constexpr (!std::is_same_v<std::decay_t<decltype(values)>, rapidjson::Value>) {
-                for (std::size_t i = 0; i < values.size(); ++i) {
-                    const bool isNull = !column.isNull.empty() && column.isNull[i] != 0;
-                    list.PushBack(isNull ? rapidjson::Value() : Make(values[i], pool), pool);
-                }
-            }
-        },
-        column.values);
-    return list;
 }
 
 std::string ArrayHead(std::uint64_t count) {
