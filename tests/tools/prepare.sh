@@ -115,3 +115,7 @@ dataengine pack ragged.json -o ragged
 # Two tables with a column shorter than the other, in the first one.
 for cells in 1 1,5; do echo '[{"type":11,"name":"t","column":[{"type":1,"name":"a","value":[1,2]},{"type":1,"name":"b","value":['$cells']}],"hashSort":true,"hashColumns":"null","attributes":[]}]'|dataengine pack - --name u -o short-$cells; done
 echo '{"version":1,"name":"n","schema":[{"name":"v","type":1,"index":0}],"payload":[{"$a22461":1}]}'|dataengine pack - -o dollar
+# Names with dots, and a zero byte in a cell.
+table() { echo '{"type":11,"name":"'$1'","column":[{"type":1,"name":"'$2'","value":['$3']},{"type":1,"name":"x.y","value":["p\u0000q"]}],"hashSort":true,"hashColumns":"null","attributes":[]}'; }
+echo "[$(table a b 2),{\"type\":1,\"name\":\"a.b\",\"value\":1},$(table c.d e 3)]" > dots.json
+dataengine pack dots.json -o dots

@@ -1,6 +1,7 @@
 #include "tools/dataengine/Frames.h"
 
 #include <algorithm>
+#include <climits>
 #include <filesystem>
 #include <map>
 #include <sstream>
@@ -108,7 +109,7 @@ void SetOffsets(std::vector<Item>& items, const vxJson::Value& offsets) {
         const auto [index, child] = PlaceOf(item);
         const vxJson::Value& entry = At(offsets, index);
         const long long offset = IntegerOf(item.table == nullptr ? entry : At(entry, child), -1);
-        if (item.HasValue() && offset >= 0) item.offset = offset;
+        if (item.HasValue() && offset >= 0 && offset <= INT_MAX) item.offset = offset;
     }
 }
 
