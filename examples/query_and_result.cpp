@@ -2,7 +2,6 @@
 #include <VxUtil/vxJson.h>
 
 #include <iostream>
-#include <sstream>
 
 #include "query/CDEQueryResultStructureData.h"
 #include "query/CDEStructureQueryInfo.h"
@@ -17,10 +16,7 @@ std::string Send(const IJsonSerialize& message) {
 
 /// Loads received JSON text into `message`.
 void Receive(const std::string& text, IJsonSerialize& message) {
-    std::istringstream stream(text);
-    vxJson::Value json;
-    if (!vxJson::Reader().parse(stream, json, true)) throw std::runtime_error("not JSON: " + text);
-    message.LoadFromJson(json);
+    message.LoadFromJson(vxJson::Parse(text));
 }
 
 /// Runs in the store: answers the query in `text` with the text of a result.

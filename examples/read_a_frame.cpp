@@ -4,7 +4,6 @@
 
 #include <iostream>
 #include <msgpack.hpp>
-#include <sstream>
 #include <string>
 
 #include "structure/PackedFrameReader.h"
@@ -41,9 +40,8 @@ int main() {
     table.AddColumn("rate", 3, rates);
 
     // Null selects everything; this selects the leaf and one column.
-    vxJson::Value selection;
-    std::istringstream text(R"(["hostname", {"table": "ifTable", "column": ["rate"]}])");
-    vxJson::Reader().parse(text, selection, true);
+    const vxJson::Value selection =
+        vxJson::Parse(R"(["hostname", {"table": "ifTable", "column": ["rate"]}])");
 
     DeviceFrames frames(selection);
     frames.Print(writer.Frame(), writer.Offsets());

@@ -8,7 +8,6 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -39,10 +38,11 @@ inline std::vector<std::string> SplitAtZeros(const std::string& input, std::size
 
 /// Returns the value of a JSON text, or null if it is not JSON.
 inline vxJson::Value JsonOrNull(const std::string& text) {
-    std::istringstream stream(text);
-    vxJson::Value value;
-    vxJson::Reader().parse(stream, value, true);
-    return value;
+    try {
+        return vxJson::Parse(text);
+    } catch (const vxJson::Error&) {
+        return {};
+    }
 }
 
 /// Returns whether `text` is shallow enough for rapidjson's recursive operations.

@@ -3,6 +3,7 @@
 
 #include <cmath>
 #include <random>
+#include <sstream>
 #include <streambuf>
 
 #include "tests/support/RandomValue.h"
@@ -26,7 +27,14 @@ bool Parse(std::istream& input, Value& value, bool extended) {
 std::string Reprint(const std::string& text, bool extended = false) {
     std::istringstream input(text);
     Value value;
-    return Parse(input, value, extended) ? value.toString(false) : "-";
+    const bool done = Parse(input, value, extended);
+    try {
+        EXPECT_EQ(vxJson::Parse(text, extended), value);
+        EXPECT_TRUE(done);
+    } catch (const vxJson::Error&) {
+        EXPECT_FALSE(done);
+    }
+    return done ? value.toString(false) : "-";
 }
 
 TEST(JsonText, ReadsAndPrintsEveryForm) {
@@ -48,6 +56,24 @@ TEST(JsonText, RejectsInvalidText) {
         EXPECT_EQ(Reprint(row[0]), "-") << row[0];
         EXPECT_EQ(Reprint("{\"k\":" + row[0] + "}"), "-") << row[0];
     }
+}
+
+TEST(JsonText, ErrorsNameTheByte) {
+    const std::pair<std::string, const char*> rows[] = {
+        {"", "byte 0: is not JSON (The document is empty.)"},
+        {"[1, tru]", "byte 7: is not JSON (Invalid value.)"},
+        {"[1]\0[2]"s,
+         "byte 3: is not JSON (The document root must not be followed by other values.)"},
+        {"[2e308]", "byte 1: is not JSON (A number or a string is too large.)"}};
+    for (const auto& [text, message] : rows) {
+        try {
+            vxJson::Parse(std::string_view(text));
+            ADD_FAILURE() << "no error: " << message;
+        } catch (const vxJson::Error& error) {
+            EXPECT_STREQ(error.what(), message);
+        }
+    }
+    EXPECT_EQ(vxJson::Parse(std::string_view("[1]2").substr(0, 3)), Json("[1]"));
 }
 
 TEST(JsonText, ConvertsExtendedFormsOfExactShape) {

@@ -5,6 +5,7 @@
 #include <limits>
 #include <map>
 #include <random>
+#include <sstream>
 #include <vector>
 
 #include "tests/support/Rows.h"
@@ -29,6 +30,7 @@ template <typename... T>
 constexpr bool kCanStore = (... || (std::is_constructible_v<Value, T> ||
                                     std::is_assignable_v<Value&, T> || kCanAppend<T>));
 static_assert(kCanStore<short> && kCanStore<char*> && kCanStore<char[2]>);
+static_assert(std::is_assignable_v<Value&, std::string_view>);
 static_assert(!kCanStore<char, signed char, unsigned char, wchar_t, char16_t, char32_t>);
 static_assert(!kCanStore<std::nullptr_t, void*, int*, vxJson::ValueType>);
 static_assert(!std::is_assignable_v<Value&, const Value*>);
@@ -42,6 +44,11 @@ constexpr bool kTakesList = false;
 template <typename T>
 constexpr bool kTakesList<T, std::void_t<decltype(std::declval<Value&>() = {T(), T()})>> = true;
 static_assert(!kTakesList<char> && !kTakesList<const char*>);
+template <typename T, typename = void>
+constexpr bool kTakesEmptyList = false;
+template <typename T>
+constexpr bool kTakesEmptyList<T, std::void_t<decltype(std::declval<T&>() = {})>> = true;
+static_assert(!kTakesEmptyList<Value>, "null, an empty array or an empty object");
 static_assert(std::is_nothrow_move_constructible_v<Value> &&
               std::is_nothrow_move_assignable_v<Value>);
 
@@ -105,7 +112,7 @@ TEST(JsonValue, ErrorsSayWhatIsWrong) {
         {[&] { Value("x", -1); }, "Value: negative length -1"},
         {[&] { Value("x", beyond); }, "Value: length 3 exceeds the array of 2 bytes"},
         {[&] { Value(static_cast<vxJson::ValueType>(99), false); }, "Value: 99 is not a kind"},
-        {[&] { Value("", vxJson::timeKind); }, "Value: bytes cannot be of kind time"},
+        {[&] { Value("", vxJson::timeKind); }, "Value: bytes are a string or a binary"},
     };
     std::string left;
     for (const auto& [call, message] : rows) {
@@ -136,6 +143,7 @@ TEST(JsonValue, MeansWhatIsStored) {
     EXPECT_EQ(
         store("text", pointer, array, std::string("s"), true, std::vector<bool>{true}[0], 1.5),
         R"(["text","pointer","array","s",true,true,1.5])");
+    EXPECT_EQ(store(std::string_view("view", 2)), R"(["vi"])");
     EXPECT_EQ(store(0, 5u, -7L, 7UL, int64Min, ~0ULL, short{-3}, plainThree),
               "[0,5,-7,7,-9223372036854775808,18446744073709551615,-3,3]");
     EXPECT_EQ(store(Value::Time(-7), Value::Binary("ab")),
@@ -143,6 +151,7 @@ TEST(JsonValue, MeansWhatIsStored) {
     EXPECT_EQ(Value(5), Value(5ULL));
     EXPECT_EQ(Value("a\0b", 3), Value(std::string("a\0b", 3), vxJson::binaryKind));
     EXPECT_EQ(Value(nullptr, 0), Value("", vxJson::binaryKind));
+    EXPECT_EQ(Value(std::string_view("abc", 2), vxJson::binaryKind), Value("ab", 2));
 }
 
 TEST(JsonValue, LooksUpWithoutFailing) {
@@ -181,7 +190,11 @@ TEST(JsonValue, CreatesWhatIsWritten) {
     Value object;
     object["k"]["inner"];
     object[std::string("a\0b", 3)] = 1;
-    EXPECT_EQ(object.toString(false), R"({"a\u0000b":1,"k":{"inner":null}})");
+    object[std::string_view("key", 1)]["outer"] = 0;
+    EXPECT_EQ(object.toString(false), R"({"a\u0000b":1,"k":{"inner":null,"outer":0}})");
+    EXPECT_EQ(std::as_const(object)[std::string_view("a\0bc", 3)], 1);
+    EXPECT_TRUE(object.isMember(std::string_view("key", 1)) && object.removeMember("k"));
+    EXPECT_FALSE(object.isMember("k") || object.isMember(static_cast<const char*>(nullptr)));
     Value array;
     array[1] = "x";
     array.append(Value()) = "first";
@@ -206,6 +219,15 @@ TEST(JsonValue, IsWalkedByRangeFor) {
     for (auto [key, value] : object.members()) value = key;
     EXPECT_EQ(object.toString(false), R"({"a":"a","b":"b","c":"c"})");
     EXPECT_EQ(std::find(object.begin(), object.end(), Value("b")).key(), "b");
+    const auto members = std::as_const(object).members();
+    EXPECT_EQ(std::distance(members.begin(), members.end()), 3);
+    EXPECT_EQ(std::count_if(members.begin(), members.end(),
+                            [](const auto& member) { return member.key > "a"; }),
+              2);
+    auto member = members.begin();
+    EXPECT_EQ((member++)->key, "a");
+    EXPECT_EQ(member->value, "b");
+    EXPECT_TRUE(member == std::next(members.begin()));
     const Value array = Json("[1,2]");
     EXPECT_EQ(std::next(array.begin())++->asInt(), 2);
     EXPECT_EQ(array.begin().key(), "");

@@ -10,7 +10,6 @@
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
-#include <sstream>
 
 #include "contracts/detail/rapidjson/ParseJson.h"
 
@@ -114,12 +113,11 @@ rapidjson::Document ParseJson(const std::string& path, const std::string& text) 
 }
 
 vxJson::Value ReadJson(const std::string& path) {
-    const std::string text = ReadFile(path);
-    std::istringstream stream(text);
-    vxJson::Value value;
-    if (vxJson::Reader().parse(stream, value, false)) return value;
-    ParseJson(path, text);  // names the byte
-    throw Failure(path, "is not JSON");
+    try {
+        return vxJson::Parse(ReadFile(path), false);
+    } catch (const vxJson::Error& error) {
+        throw Failure(path, error.what());
+    }
 }
 
 Output::Output(const std::string& path) : name_(path == kStandard ? "standard output" : path) {

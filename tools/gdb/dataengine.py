@@ -107,8 +107,8 @@ class ValuePrinter:
     def elements(self):
         """The elements of an array, which follow it, and their number."""
         array = self.container("Array")
-        slot = gdb.lookup_type("vxJson::detail::Slot")
-        return (array.address + 1).cast(slot.pointer()), int(array["size"])
+        element = gdb.lookup_type("vxJson::Value")
+        return (array.address + 1).cast(element.pointer()), int(array["size"])
 
     def to_string(self):
         plain = self.value["plain_"]
@@ -137,13 +137,13 @@ class ValuePrinter:
 
     def children(self):
         if self.tag == "array":
-            slots, count = self.elements()
+            elements, count = self.elements()
             for index in range(count):
-                yield "[%d]" % index, slots[index]["value"]
+                yield "[%d]" % index, elements[index]
         elif self.tag == "object":
             for index, member in enumerate(members_of(self.container("Object"))):
                 yield "key %d" % index, lazy_text(member["key"])
-                yield "value %d" % index, member["slot"]["value"]
+                yield "value %d" % index, member["value"]
 
     def display_hint(self):
         return {"string": "string", "array": "array", "object": "map"}.get(self.tag)

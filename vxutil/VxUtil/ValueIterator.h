@@ -95,15 +95,29 @@ class MemberRange {
         typename Iterator::reference value;
     };
 
-    /// A position in the range.
+    /// A position in the range. An input iterator, since it returns members by value.
     class iterator {
       public:
+        using iterator_category = std::input_iterator_tag;
+        using value_type = Member;
+        using difference_type = std::ptrdiff_t;
+        using reference = Member;
+        /// Keeps a member while operator-> is applied to it.
+        struct pointer {
+            Member member;
+            const Member* operator->() const noexcept { return &member; }
+        };
+
+        iterator() noexcept = default;
         explicit iterator(Iterator at) noexcept : at_(at) {}
-        Member operator*() const noexcept { return {at_.key(), *at_}; }
+        reference operator*() const noexcept { return {at_.key(), *at_}; }
+        pointer operator->() const noexcept { return {**this}; }
         iterator& operator++() noexcept {
             ++at_;
             return *this;
         }
+        iterator operator++(int) noexcept { return iterator(at_++); }
+        bool operator==(const iterator& other) const noexcept { return at_ == other.at_; }
         bool operator!=(const iterator& other) const noexcept { return at_ != other.at_; }
 
       private:

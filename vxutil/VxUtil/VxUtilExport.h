@@ -5,7 +5,8 @@
 #include <VxUtil/VxUtilStandardLibrary.h>
 #endif
 
-// Marks the symbols that libVxUtil.so exports; everything else in it is hidden. The static library
+// Marks the symbols that libVxUtil.so exports: a class as a whole, since its inline operations call
+// private ones, or a function outside classes. Everything else in it is hidden. The static library
 // exports nothing from the program or the library that it is linked into.
 #ifdef VXUTIL_STATIC
 #define VXUTIL_EXPORT

@@ -23,8 +23,7 @@ class MemberRange;
 namespace detail {
 struct Container;
 class Array;
-class Object;
-struct Slot;
+struct Member;
 class ParseHandler;
 class Printer;
 
@@ -98,8 +97,8 @@ class VXUTIL_EXPORT Error : public std::runtime_error {
 ///   text regardless of insertion order.
 /// - A reference to a member stays valid while other members are added or removed. A reference to
 ///   an array element is invalidated by append.
-/// - Missing entries are no error: a const lookup returns the null value, and every conversion of
-///   the null value returns an empty result.
+/// - A const lookup of a missing entry returns the null value, which converts to an empty string, 0
+///   or false.
 /// - An operation that throws leaves the value, and an argument to be moved from, as they were.
 /// - Nesting depth is limited by memory only; no operation recurses.
 ///
@@ -111,20 +110,26 @@ class VXUTIL_EXPORT Error : public std::runtime_error {
 class VXUTIL_EXPORT Value {
   public:
     /// Creates the null value.
-    Value() noexcept : tag_(Tag::null), plain_() {}
+    constexpr Value() noexcept : tag_(Tag::null), plain_() {}
 
     /// Creates the empty value of a kind: null, false, 0, "", no elements. The flag is ignored.
+    ///
     /// Throws Error if `type` is not a kind.
     Value(ValueType type, bool flag);
 
-    /// Creates a string or, with binaryKind, a binary value. Throws Error on any other kind.
+    /// Creates a string or, with binaryKind, a binary value. A `const char*` ends at its first zero
+    /// byte.
+    ///
+    /// Throws Error on any other kind. @{
     Value(const std::string& bytes, ValueType type);
-    /// The same for the bytes up to the first zero byte.
+    Value(std::string_view bytes, ValueType type) : Value(std::string(bytes), type) {}
     Value(const char* bytes, ValueType type) : Value(std::string(bytes), type) {}
+    /// @}
 
-    /// Creates a binary value of exactly `length` bytes. Throws Error if `length` is negative, or
-    /// greater than the size of an array. A constant that is greater does not compile where the
-    /// compiler sees it. @{
+    /// Creates a binary value of exactly `length` bytes.
+    ///
+    /// Throws Error if `length` is negative, or greater than the size of an array. A constant that
+    /// is greater does not compile where the compiler sees it. @{
     template <typename Pointer,
               std::enable_if_t<std::is_convertible_v<Pointer, const char*>, int> = 0>
     Value(Pointer bytes, int length) : Value(FromBytes(bytes, length, kUnknownSize)) {}
@@ -177,7 +182,9 @@ class VXUTIL_EXPORT Value {
     /// @}
     /// Creates a string; a `const char*` ends at its first zero byte. @{
     Value(const char* text) : Value(std::string(text)) {}
-    template <typename Text, std::enable_if_t<std::is_same_v<Text, std::string>, int> = 0>
+    template <typename Text, std::enable_if_t<std::is_same_v<Text, std::string> ||
+                                                  std::is_same_v<Text, std::string_view>,
+                                              int> = 0>
     Value(const Text& text) : Value(std::string(text)) {}
     template <typename Text, std::enable_if_t<std::is_same_v<Text, std::string>, int> = 0>
     Value(Text&& text) noexcept : tag_(Tag::string), text_(std::forward<Text>(text)) {}
@@ -193,7 +200,9 @@ class VXUTIL_EXPORT Value {
     Value(std::nullptr_t) = delete;
     Value(ValueType) = delete;
 
-    /// Copies deeply. Complexity: linear in the size of `other`.
+    /// Copies deeply.
+    ///
+    /// Complexity: linear in the size of `other`.
     Value(const Value& other);
 
     /// Takes over the content of `other` and leaves it null.
@@ -208,7 +217,9 @@ class VXUTIL_EXPORT Value {
         }
     }
 
-    /// Replaces kind and content. A move leaves `other` null. Returns the value itself. @{
+    /// Replaces kind and content. A move leaves `other` null.
+    ///
+    /// Returns the value itself. @{
     Value& operator=(const Value& other) { return *this = Value(other); }
     Value& operator=(Value&& other) noexcept;
     Value& operator=(bool value) noexcept { return Assign(Value(value)); }
@@ -221,55 +232,70 @@ class VXUTIL_EXPORT Value {
     Value& operator=(unsigned long long value) noexcept { return Assign(Value(value)); }
     Value& operator=(const char* text) { return Assign(Value(text)); }
     Value& operator=(const std::string& text) { return Assign(Value(text)); }
+    Value& operator=(std::string_view text) { return Assign(Value(text)); }
     Value& operator=(std::string&& text) noexcept { return Assign(Value(std::move(text))); }
     /// @}
     template <typename T, std::enable_if_t<!std::is_same_v<std::remove_cv_t<T>, char>, int> = 0>
     Value& operator=(T*) = delete;
     template <typename T, std::enable_if_t<detail::kIsCharacter<T>, int> = 0>
     Value& operator=(T) = delete;
-    Value& operator=(std::nullptr_t) = delete;
     Value& operator=(ValueType) = delete;
-    // A list in braces would become the bytes of a string. `= {}` is ambiguous, also on purpose: it
-    // could mean null, an empty array or an empty object.
-    template <typename T>
-    Value& operator=(std::initializer_list<T>) = delete;
+    Value& operator=(std::nullptr_t) = delete;
+    // A list in braces would become the bytes of a string, and {} could mean null, an empty array
+    // or an empty object.
+    Value& operator=(std::initializer_list<Value>) = delete;
 
     /// Finds the member for `key`, and adds it as null if it is absent; a null value becomes an
-    /// object first. Returns the member. Throws Error on a value that is neither null nor an
-    /// object, and if `key` is a null pointer. Complexity: logarithmic. @{
+    /// object first.
+    ///
+    /// Returns the member.
+    ///
+    /// Throws Error on a value that is neither null nor an object, and if `key` is a null pointer.
+    ///
+    /// Complexity: logarithmic. @{
     [[gnu::always_inline]] Value& operator[](const char* key) {
         if (key == nullptr) FailNullKey();
-        return Member(key);
+        return FindOrAdd(key);
     }
-    Value& operator[](const std::string& key) { return Member(key); }
+    Value& operator[](const std::string& key) { return FindOrAdd(key); }
+    Value& operator[](std::string_view key) { return FindOrAdd(key); }
     /// @}
 
     /// Returns the member for `key`, or the null value if there is none; so does a value of any
-    /// other kind, and a null pointer. Complexity: logarithmic. @{
+    /// other kind, and a null pointer.
+    ///
+    /// Complexity: logarithmic. @{
     // Always inline, so that the length of a literal is known to the compiler.
     [[gnu::always_inline]] const Value& operator[](const char* key) const noexcept {
-        if (key == nullptr) return Nothing();
+        if (key == nullptr) return Absent();
         const std::size_t size = __builtin_strlen(key);
         if (!__builtin_constant_p(size)) return Find({key, size});
         return Find(detail::HeadOfLiteral(key, size), {key, size});
     }
     const Value& operator[](const std::string& key) const noexcept { return Find(key); }
+    const Value& operator[](std::string_view key) const noexcept { return Find(key); }
     /// @}
 
     /// Returns whether the value is an object with a member for `key`. @{
-    bool isMember(const char* key) const noexcept;
-    bool isMember(const std::string& key) const noexcept;
+    bool isMember(const char* key) const noexcept { return &(*this)[key] != &Absent(); }
+    bool isMember(std::string_view key) const noexcept { return &Find(key) != &Absent(); }
     /// @}
 
-    /// Removes the member for `key`. References to other members stay valid. Returns whether the
-    /// value was an object with such a member. @{
-    bool removeMember(const char* key) noexcept;
-    bool removeMember(const std::string& key) noexcept;
+    /// Removes the member for `key`. References to other members stay valid.
+    ///
+    /// Returns whether the value was an object with such a member. @{
+    bool removeMember(const char* key) noexcept {
+        return key != nullptr && removeMember(std::string_view(key));
+    }
+    bool removeMember(std::string_view key) noexcept;
     /// @}
 
     /// Finds the element at `index`. An array that is too short is extended with nulls, and a null
-    /// value becomes an array first. Returns the element. Throws Error if `index` is negative, and
-    /// on a value that is neither null nor an array.
+    /// value becomes an array first.
+    ///
+    /// Returns the element.
+    ///
+    /// Throws Error if `index` is negative, and on a value that is neither null nor an array.
     Value& operator[](int index);
 
     /// Returns the element at `index`, or the null value if there is none or the value is of
@@ -341,7 +367,10 @@ class VXUTIL_EXPORT Value {
     bool operator!=(const Value& other) const { return Compare(other) != 0; }
     /// @}
 
-    /// Adds a value at the end; a null value becomes an array first. Returns the new element.
+    /// Adds a value at the end; a null value becomes an array first.
+    ///
+    /// Returns the new element.
+    ///
     /// Throws Error on a value that is neither null nor an array. @{
     Value& append(const Value& value) { return append(Value(value)); }
     Value& append(Value&& value);
@@ -354,7 +383,10 @@ class VXUTIL_EXPORT Value {
     /// @}
 
     /// Adds a value created with `new` at the end. Takes ownership of it, also if this throws.
-    /// Returns the new element. Throws Error on a null pointer, and as above.
+    ///
+    /// Returns the new element.
+    ///
+    /// Throws Error on a null pointer, and as above.
     Value* append(Value* value);
     Value* append(std::nullptr_t) = delete;
 
@@ -375,7 +407,8 @@ class VXUTIL_EXPORT Value {
     /// @}
 
   private:
-    friend struct detail::Slot;
+    friend class detail::Array;
+    friend struct detail::Member;
     friend class detail::ParseHandler;
     friend class detail::Printer;
     friend class ValueIteratorBase;
@@ -394,10 +427,10 @@ class VXUTIL_EXPORT Value {
         array,
         object
     };
-    struct Shallow {};
 
-    explicit Value(detail::Container& owned) noexcept;
-    Value(const Value& other, Shallow);
+    Value(Tag tag, detail::Container* owned) noexcept : tag_(tag), plain_() {
+        plain_.container = owned;
+    }
     bool HoldsText() const noexcept { return tag_ == Tag::string || tag_ == Tag::binary; }
     bool HoldsContainer() const noexcept { return tag_ >= Tag::array; }
     // Assigns a number or a string; inline for a target that holds nothing to release.
@@ -406,7 +439,6 @@ class VXUTIL_EXPORT Value {
         Take(other);
         return *this;
     }
-    void OwnBorrowed();
     void ReleaseContainer() noexcept;
     // Moves the content of `other` into this value, which holds nothing to release.
     void Take(Value& other) noexcept {
@@ -418,13 +450,22 @@ class VXUTIL_EXPORT Value {
         }
         tag_ = std::exchange(other.tag_, Tag::null);
     }
+    // Copies `other` into this value, which holds nothing to release, but borrows a container.
+    void Borrow(const Value& other) {
+        if (other.HoldsText()) {
+            ::new (static_cast<void*>(&text_)) std::string(other.text_);
+        } else {
+            plain_ = other.plain_;
+        }
+        tag_ = other.HoldsContainer() ? Tag::borrowed : other.tag_;
+    }
+    void OwnBorrowed();
     int Compare(const Value& other) const;
     int ComparePlain(const Value& other) const noexcept;
-    Value& Member(std::string_view key);
+    Value& FindOrAdd(std::string_view key);
     const Value& Find(std::string_view key) const noexcept;
     const Value& Find(detail::KeyHead head, std::string_view key) const noexcept;
-    bool Remove(std::string_view key) noexcept;
-    static const Value& Nothing() noexcept;
+    static const Value& Absent() noexcept;
     static constexpr std::size_t kUnknownSize = static_cast<std::size_t>(-1);
     static Value FromBytes(const char* bytes, int length, std::size_t size);
     detail::Array& MakeRoom(std::size_t count);
@@ -441,7 +482,6 @@ class VXUTIL_EXPORT Value {
         std::uint64_t unsignedNumber;
         double real;
         detail::Container* container;
-        const detail::Container* borrowed;
     };
 
     Tag tag_;
@@ -454,30 +494,38 @@ class VXUTIL_EXPORT Value {
 /// Writes the text of toString(false).
 VXUTIL_EXPORT std::ostream& operator<<(std::ostream& output, const Value& value);
 
-/// Reads JSON text.
+/// Returns the value of `text`, which must be one JSON text and nothing else but white space.
 ///
-/// Thread safety: a reader has no state and may be shared.
+/// Integers from -2^63 to 2^64-1 stay integers; every other number becomes the nearest double. A
+/// number too large for a double is an error, as is a zero with such an exponent (0e999). Of
+/// members with equal keys the last one wins. Bytes from 0x80 on are kept unchanged.
+///
+/// With `extended`, the Extended JSON that toString and the clients of a store write is converted
+/// to values: $binary, $uuid, $date, $numberInt, $numberLong, $numberDouble and $oid. This applies
+/// to well-formed objects with exactly the members documented in docs/json-forms.md; anything else
+/// stays a plain object.
+///
+/// Throws Error with the offset of the first invalid byte if the text is not JSON, or has a string
+/// of 4 GiB or more.
+///
+/// Complexity: linear, with n log n for unsorted keys; needs memory for both a copy of the text and
+/// the value.
+VXUTIL_EXPORT Value Parse(std::string_view text, bool extended = true);
+
+/// Reads JSON text from streams.
+///
 class VXUTIL_EXPORT Reader {
   public:
     Reader() = default;
     ~Reader() = default;
 
     /// Reads the rest of `input`, which must be one JSON text and nothing else but white space,
-    /// into `root`.
-    ///
-    /// Integers from -2^63 to 2^64-1 stay integers; every other number becomes the nearest double.
-    /// A number too large for a double is an error, as is a zero with such an exponent (0e999). Of
-    /// members with equal keys the last one wins. Bytes from 0x80 on are kept unchanged.
-    ///
-    /// With `extended`, the Extended JSON that toString and the clients of a store write is
-    /// converted to values: $binary, $uuid, $date, $numberInt, $numberLong, $numberDouble and $oid.
-    /// This applies to well-formed objects with exactly the members documented in
-    /// docs/json-forms.md; anything else stays a plain object.
+    /// into `root`, as Parse does.
     ///
     /// Returns false and leaves `root` null if the text is not JSON, if it has a string of 4 GiB or
     /// more, or if the stream fails.
-    /// Complexity: linear, with n log n for unsorted keys; needs memory for both the text and the
-    /// value.
+    ///
+    /// Complexity: as of Parse.
     bool parse(std::istream& input, Value& root, bool extended);
 };
 

@@ -1,7 +1,6 @@
 #include <VxUtil/vxJson.h>
 
-#include "JsonContainers.h"
-#include "NeverDestroyed.h"
+#include "vxutil/detail/Cursor.h"
 
 namespace vxJson {
 
@@ -27,7 +26,7 @@ ValueIteratorBase::ValueIteratorBase(const Value& value, bool atEnd) noexcept {
     if (!atEnd) return;
     if (container_->isObject) {
         const auto& object = static_cast<const Object&>(*container_);
-        chunk_ = static_cast<std::uint32_t>(object.ChunkCount() - 1);
+        chunk_ = static_cast<std::uint32_t>(object.GetChunkCount() - 1);
         at_ = object.GetChunk(chunk_).count;
     } else {
         at_ = value.size();
@@ -35,12 +34,12 @@ ValueIteratorBase::ValueIteratorBase(const Value& value, bool atEnd) noexcept {
 }
 
 Value& ValueIteratorBase::deref() const noexcept {
-    if (!container_->isObject) return static_cast<Array*>(container_)->begin()[at_].value;
-    return static_cast<Object*>(container_)->GetChunk(chunk_).entries[at_].member->slot.value;
+    if (!container_->isObject) return static_cast<Array*>(container_)->begin()[at_];
+    return static_cast<Object*>(container_)->GetChunk(chunk_).entries[at_].member->value;
 }
 
 const std::string& ValueIteratorBase::key() const noexcept {
-    if (!container_->isObject) return detail::NeverDestroyed<std::string>();
+    if (!container_->isObject) return Value().asBinary();
     return static_cast<Object*>(container_)->GetChunk(chunk_).entries[at_].member->key;
 }
 
@@ -48,7 +47,7 @@ void ValueIteratorBase::increment() noexcept {
     ++at_;
     if (!container_->isObject) return;
     const auto& object = static_cast<const Object&>(*container_);
-    if (at_ == object.GetChunk(chunk_).count && chunk_ + 1 < object.ChunkCount()) {
+    if (at_ == object.GetChunk(chunk_).count && chunk_ + 1 < object.GetChunkCount()) {
         ++chunk_;
         at_ = 0;
     }

@@ -1,8 +1,6 @@
-#include "Object.h"
+#include "vxutil/detail/Object.h"
 
 #include <limits>
-
-#include "NeverDestroyed.h"
 
 namespace vxJson::detail {
 
@@ -14,10 +12,6 @@ constexpr std::uint32_t kLargestBlock = 1024;
 constexpr std::uint32_t kMostMembers = std::numeric_limits<std::uint32_t>::max();
 
 }  // namespace
-
-const Value& Nothing() noexcept {
-    return NeverDestroyed<Value>();
-}
 
 void* Object::operator new(std::size_t size, std::uint32_t capacity) {
     return ::operator new(size + capacity * (sizeof(Entry) + sizeof(MemberSlot)));
@@ -31,7 +25,7 @@ Object::Object(std::uint32_t capacity) noexcept
 
 Object::~Object() {
     ForEach([](Member& member) { member.~Member(); });
-    for (std::size_t i = 1; i < ChunkCount(); ++i) delete[] GetChunk(i).entries;
+    for (std::size_t i = 1; i < GetChunkCount(); ++i) delete[] GetChunk(i).entries;
     while (blocks_ != nullptr) ::operator delete(std::exchange(blocks_, blocks_->next));
 }
 
@@ -70,14 +64,14 @@ Value& Object::Insert(Position position, std::uint64_t prefix, From&&... from) {
     } else {
         link = nextFree;
     }
-    Chunk& chunk = ChunkAt(position.chunk);
+    Chunk& chunk = GetMutableChunk(position.chunk);
     Entry* const entry = chunk.entries + position.entry;
     std::copy_backward(entry, chunk.entries + chunk.count, chunk.entries + chunk.count + 1);
     *entry = {prefix, member};
     ++chunk.count;
     ++size;
     UpdateTags(position.entry);
-    return member->slot.value;
+    return member->value;
 }
 
 std::unique_ptr<Object> Object::MakeShallow(const Object& other) {
@@ -86,7 +80,7 @@ std::unique_ptr<Object> Object::MakeShallow(const Object& other) {
         if (object->size < kChunkEntries) {
             object->Append(member);
         } else {
-            const auto last = static_cast<std::uint32_t>(object->ChunkCount() - 1);
+            const auto last = static_cast<std::uint32_t>(object->GetChunkCount() - 1);
             object->Insert({last, object->GetChunk(last).count, false}, KeyPrefix(member.key),
                            member);
         }
@@ -95,35 +89,31 @@ std::unique_ptr<Object> Object::MakeShallow(const Object& other) {
     return object;
 }
 
-// The last chunk that does not begin after the key.
-std::size_t Object::FindChunk(std::uint64_t prefix, std::string_view key) const noexcept {
-    const auto isNotAfter = [prefix, key](const Chunk& chunk) {
-        return Order(*chunk.entries, prefix, key) <= 0;
-    };
-    const auto after = std::partition_point(more_->begin(), more_->end(), isNotAfter);
-    return static_cast<std::size_t>(after - more_->begin());
-}
-
-const Object::Entry* Object::LowerBound(const Entry* from, const Entry* to, std::uint64_t prefix,
-                                        std::string_view key) noexcept {
-    return std::partition_point(
-        from, to, [prefix, key](const Entry& entry) { return Order(entry, prefix, key) < 0; });
-}
-
+// Finds the position of a key: its chunk, the first entry there whose prefix is not less, and from
+// there on, among entries with equal prefixes, the first one whose key is not less.
 Object::Position Object::Seek(std::uint64_t prefix, std::string_view key) const noexcept {
-    const std::size_t i = more_ == nullptr ? 0 : FindChunk(prefix, key);
+    std::size_t i = 0;
+    if (more_ != nullptr) {
+        const auto after = std::partition_point(
+            more_->begin(), more_->end(),
+            [=](const Chunk& chunk) { return Order(*chunk.entries, prefix, key) <= 0; });
+        i = static_cast<std::size_t>(after - more_->begin());
+    }
     const Chunk& chunk = GetChunk(i);
     const Entry* const end = chunk.entries + chunk.count;
-    const Entry* at = LowerBound(chunk, prefix);
-    // Only keys with equal prefixes are compared.
-    if (at != end && at->prefix == prefix) at = LowerBound(at, end, prefix, key);
+    const Entry* at = chunk.entries;
+    // Does not branch on keys, which are unpredictable.
+    for (std::size_t count = chunk.count; count > 0;) {
+        const std::size_t half = (count + 1) / 2;
+        at += half * static_cast<std::size_t>(at[half - 1].prefix < prefix);
+        count -= half;
+    }
+    if (at != end && at->prefix == prefix) {
+        at = std::partition_point(
+            at, end, [=](const Entry& entry) { return Order(entry, prefix, key) < 0; });
+    }
     const bool isFound = at != end && Order(*at, prefix, key) == 0;
     return {static_cast<std::uint32_t>(i), static_cast<std::uint32_t>(at - chunk.entries), isFound};
-}
-
-const Value& Object::Search(std::uint64_t prefix, std::string_view key) const noexcept {
-    const Position position = Seek(prefix, key);
-    return position.isFound ? EntryAt(position).member->slot.value : Nothing();
 }
 
 void Object::Fill(ParsedMembers& parsed, std::size_t first, std::size_t last) {
@@ -141,18 +131,18 @@ void Object::Fill(ParsedMembers& parsed, std::size_t first, std::size_t last) {
 Value& Object::FindOrAdd(std::string_view key) {
     const std::uint64_t prefix = KeyPrefix(key);
     const Position position = Seek(prefix, key);
-    if (position.isFound) return EntryAt(position).member->slot.value;
+    if (position.isFound) return EntryAt(position).member->value;
     return Insert(position, prefix, key);
 }
 
 bool Object::Remove(std::string_view key) noexcept {
     const Position position = Seek(KeyPrefix(key), key);
     if (!position.isFound) return false;
-    Chunk& chunk = ChunkAt(position.chunk);
+    Chunk& chunk = GetMutableChunk(position.chunk);
     Entry* const entry = chunk.entries + position.entry;
     Release(*entry->member);
     std::copy(entry + 1, chunk.entries + chunk.count, entry);
-    if (--chunk.count == 0 && ChunkCount() > 1) RemoveChunk(position.chunk);
+    if (--chunk.count == 0 && GetChunkCount() > 1) RemoveChunk(position.chunk);
     UpdateTags(position.entry);
     return true;
 }
@@ -206,7 +196,7 @@ void Object::Split(Position& position) {
     std::unique_ptr<Entry[]> entries(new Entry[kChunkEntries]);
     more_->insert(more_->begin() + static_cast<std::ptrdiff_t>(position.chunk),
                   {entries.get(), count - kept, kChunkEntries});
-    Chunk& chunk = ChunkAt(position.chunk);
+    Chunk& chunk = GetMutableChunk(position.chunk);
     std::copy(chunk.entries + kept, chunk.entries + count, entries.release());
     chunk.count = kept;
     if (position.entry > kept) position = {position.chunk + 1, position.entry - kept, false};

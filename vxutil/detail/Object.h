@@ -7,25 +7,28 @@
 #include <memory>
 #include <vector>
 
-#include "Container.h"
-#include "ParsedMembers.h"
+#include "vxutil/detail/Container.h"
+#include "vxutil/detail/ParsedMembers.h"
 
 namespace vxJson::detail {
+
+/// A member of an object. A copy is shallow: it borrows the container that its value holds, if any.
+struct Member {
+    explicit Member(std::string_view name, Value&& content = Value())
+        : key(name), value(std::move(content)) {}
+    Member(const Member& other) : key(other.key) { value.Borrow(other.value); }
+    Member& operator=(const Member&) = delete;
+    ~Member() = default;
+
+    std::string key;
+    Value value;
+};
 
 inline std::uint64_t LoadFour(const char* bytes) noexcept {
     std::uint32_t number = 0;
     std::memcpy(&number, bytes, sizeof number);
     return be32toh(number);
 }
-
-/// A member of an object.
-struct Member {
-    explicit Member(std::string_view name) : key(name) {}
-    Member(std::string_view name, Value&& value) : key(name), slot(std::move(value)) {}
-
-    std::string key;
-    Slot slot;
-};
 
 /// Returns the prefix of a key, see KeyHead. Shorter keys are assembled from overlapping loads.
 inline std::uint64_t KeyPrefix(std::string_view key) noexcept {
@@ -41,24 +44,6 @@ inline std::uint64_t KeyPrefix(std::string_view key) noexcept {
     };
     return at(0) | at(size / 2) | at(size - 1) | size;
 }
-
-/// Returns whether a member has the key `key` of at most 15 bytes, whose prefix is that of the
-/// member's key. Reads the member only if the key is longer than the prefix.
-inline bool HasKey(const Member& member, std::string_view key) noexcept {
-    const std::size_t size = key.size();
-    if (size < 8) return true;
-    if (size != member.key.size()) return false;
-    const char* const bytes = member.key.data();
-    return std::memcmp(bytes + size - 8, key.data() + size - 8, 8) == 0;
-}
-
-/// Returns the top bit of each byte of `number` that is zero, and perhaps of bytes above those.
-inline std::uint64_t ZeroBytes(std::uint64_t number) noexcept {
-    return (number - 0x0101010101010101) & ~number & 0x8080808080808080;
-}
-
-/// Returns the shared null value.
-const Value& Nothing() noexcept;
 
 /// An object: members in blocks that never move, and an index of them in the order of their keys.
 ///
@@ -104,30 +89,38 @@ class Object : public Container {
     /// Destroys all members. Does not recurse if no member holds a container.
     ~Object();
 
-    std::size_t ChunkCount() const noexcept { return more_ == nullptr ? 1 : 1 + more_->size(); }
+    std::size_t GetChunkCount() const noexcept { return more_ == nullptr ? 1 : 1 + more_->size(); }
     const Chunk& GetChunk(std::size_t i) const noexcept {
         return i == 0 ? first_ : (*more_)[i - 1];
     }
 
-    /// Returns the value of the member for `key`, or Nothing() if there is none. `head` is that of
-    /// the key. Complexity: logarithmic.
-    // Keys of more than 15 bytes are compared by Search, so that this function calls no other.
-    const Value& Find(KeyHead head, std::string_view key) const noexcept {
-        if (first_.capacity > kTags) return Search(head.prefix, key);
-        std::uint64_t tags[2];
-        std::memcpy(tags, tags_, kTags);
-        // Bits 6 and 7 of byte i are those of tags i and i + 8.
-        const std::uint64_t equal =
-            ZeroBytes(le64toh(tags[0]) ^ head.tags) >> 1 | ZeroBytes(le64toh(tags[1]) ^ head.tags);
-        if (equal == 0) return Nothing();
-        const auto bit = static_cast<std::uint32_t>(__builtin_ctzll(equal));
-        const std::uint32_t i = bit / 8 + (bit & 1) * 8;
-        const Entry& entry = first_.entries[i];
-        if (i < size && entry.prefix == head.prefix && key.size() <= 15 &&
-            HasKey(*entry.member, key)) {
-            return entry.member->slot.value;
+    /// Returns the value of the member for `key`, or null if there is none. `head` is that of the
+    /// key. Complexity: logarithmic.
+    // Calls no function unless the object is large, two keys have one tag or the key is long.
+    const Value* Find(KeyHead head, std::string_view key) const noexcept {
+        if (first_.capacity <= kTags) {
+            std::uint64_t tags[2];
+            std::memcpy(tags, tags_, kTags);
+            // Bits 6 and 7 of byte i are those of tags i and i + 8.
+            const std::uint64_t equal = ZeroBytes(le64toh(tags[0]) ^ head.tags) >> 1 |
+                                        ZeroBytes(le64toh(tags[1]) ^ head.tags);
+            if (equal == 0) return nullptr;
+            const auto bit = static_cast<std::uint32_t>(__builtin_ctzll(equal));
+            const std::uint32_t i = bit / 8 + (bit & 1) * 8;
+            const Entry& entry = first_.entries[i];
+            if (i < size && entry.prefix == head.prefix) {
+                // Only a key that is longer than the prefix is compared. Of at most 15 bytes, the
+                // last eight contain all that the prefix lacks.
+                const std::size_t length = key.size();
+                const std::string& found = entry.member->key;
+                if (length < 8 || (length <= 15 && length == found.size() &&
+                                   std::memcmp(&found[length - 8], &key[length - 8], 8) == 0)) {
+                    return &entry.member->value;
+                }
+            }
         }
-        return Search(head.prefix, key);
+        const Position position = Seek(head.prefix, key);
+        return position.isFound ? &EntryAt(position).member->value : nullptr;
     }
 
     /// Returns the value of the member for `key`, which is added as null if there is none.
@@ -143,7 +136,7 @@ class Object : public Container {
     /// Calls `visit(Member&)` for each member in the order of their keys.
     template <typename Visit>
     void ForEach(Visit visit) const {
-        for (std::size_t i = 0; i < ChunkCount(); ++i) {
+        for (std::size_t i = 0; i < GetChunkCount(); ++i) {
             const Chunk& chunk = GetChunk(i);
             for (std::uint32_t k = 0; k < chunk.count; ++k) visit(*chunk.entries[k].member);
         }
@@ -177,9 +170,14 @@ class Object : public Container {
     explicit Object(std::uint32_t capacity) noexcept;
     static void* operator new(std::size_t size, std::uint32_t capacity);
     static void operator delete(void* object, std::uint32_t) { ::operator delete(object); }
-    Chunk& ChunkAt(std::size_t i) noexcept { return i == 0 ? first_ : (*more_)[i - 1]; }
+    Chunk& GetMutableChunk(std::size_t i) noexcept { return i == 0 ? first_ : (*more_)[i - 1]; }
     Entry& EntryAt(Position position) const noexcept {
         return GetChunk(position.chunk).entries[position.entry];
+    }
+
+    /// Returns the top bit of each byte of `number` that is zero, and perhaps of bytes above those.
+    static std::uint64_t ZeroBytes(std::uint64_t number) noexcept {
+        return (number - 0x0101010101010101) & ~number & 0x8080808080808080;
     }
 
     static int Order(const Entry& entry, std::uint64_t prefix, std::string_view key) noexcept {
@@ -187,29 +185,7 @@ class Object : public Container {
         if (key.size() < 8) return 0;
         return std::string_view(entry.member->key).compare(key);
     }
-    /// Returns the first entry of a chunk whose prefix is not less than `prefix`. Does not branch
-    /// on keys, which are unpredictable.
-    static const Entry* LowerBound(const Chunk& chunk, std::uint64_t prefix) noexcept {
-        const Entry* from = chunk.entries;
-        if (chunk.capacity <= kTags) {
-            std::size_t before = 0;
-            for (std::uint32_t i = 0; i < chunk.count; ++i) {
-                before += static_cast<std::size_t>(from[i].prefix < prefix);
-            }
-            return from + before;
-        }
-        for (std::size_t count = chunk.count; count > 0;) {
-            const std::size_t half = (count + 1) / 2;
-            from += half * static_cast<std::size_t>(from[half - 1].prefix < prefix);
-            count -= half;
-        }
-        return from;
-    }
-    /// Returns the first entry in [from, to) whose key is not less than `key`.
-    static const Entry* LowerBound(const Entry* from, const Entry* to, std::uint64_t prefix,
-                                   std::string_view key) noexcept;
-    std::size_t FindChunk(std::uint64_t prefix, std::string_view key) const noexcept;
-    const Value& Search(std::uint64_t prefix, std::string_view key) const noexcept;
+
     Position Seek(std::uint64_t prefix, std::string_view key) const noexcept;
     template <typename... From>
     void Append(From&&... from);

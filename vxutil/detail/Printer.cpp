@@ -3,9 +3,9 @@
 #include <cmath>
 #include <ostream>
 
-#include "Base64.h"
-#include "Hex.h"
-#include "JsonContainers.h"
+#include "vxutil/detail/Base64.h"
+#include "vxutil/detail/Cursor.h"
+#include "vxutil/detail/Hex.h"
 
 namespace vxJson::detail {
 
@@ -86,12 +86,12 @@ class Printer {
         PutValue(root);
         while (!open_.empty()) {
             Cursor& top = open_.back();
-            if (top.AtEnd()) {
-                Close(top.InObject() ? '}' : ']');
+            if (top.IsAtEnd()) {
+                Close(top.IsInObject() ? '}' : ']');
                 open_.pop_back();
                 continue;
             }
-            if (top.InObject()) {
+            if (top.IsInObject()) {
                 PutKey(top.GetKey());
             } else {
                 StartChild();
@@ -131,9 +131,9 @@ class Printer {
 
     void PutContainer(const Container& container) {
         const Cursor cursor(container);
-        if (cursor.AtEnd()) return text_.Put(cursor.InObject() ? "{}" : "[]");
+        if (cursor.IsAtEnd()) return text_.Put(cursor.IsInObject() ? "{}" : "[]");
         open_.push_back(cursor);
-        Open(cursor.InObject() ? '{' : '[');
+        Open(cursor.IsInObject() ? '{' : '[');
     }
 
     void Open(char bracket) {

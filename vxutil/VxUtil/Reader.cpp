@@ -8,6 +8,7 @@
 namespace vxjson_rapidjson {
 using SizeType = std::size_t;
 }
+#include <rapidjson/error/en.h>
 #include <rapidjson/reader.h>
 
 #include <charconv>
@@ -15,10 +16,12 @@ using SizeType = std::size_t;
 #include <limits>
 #include <new>
 
-#include "ExtendedJson.h"
-#include "JsonContainers.h"
+#include "vxutil/detail/Cursor.h"
+#include "vxutil/detail/ExtendedJson.h"
 
 namespace vxJson {
+
+namespace json = vxjson_rapidjson;
 
 namespace detail {
 
@@ -43,7 +46,7 @@ class StackAllocator {
 ///
 /// Values are kept on one stack until their container ends, which is then created at its final
 /// size. Keys are views of the text.
-class ParseHandler {
+class ParseHandler : public json::BaseReaderHandler<json::UTF8<>, ParseHandler> {
   public:
     explicit ParseHandler(bool extended) : extended_(extended) { pending_.Push({}); }
 
@@ -72,13 +75,6 @@ class ParseHandler {
     }
     bool EndObject(std::size_t count);
 
-    // rapidjson requires these events, but reports all numbers as RawNumber.
-    bool Int(int) { return false; }
-    bool Uint(unsigned) { return false; }
-    bool Int64(std::int64_t) { return false; }
-    bool Uint64(std::uint64_t) { return false; }
-    bool Double(double) { return false; }
-
   private:
     /// The greatest length of a string, and number of elements or members.
     static constexpr std::size_t kMost = std::numeric_limits<std::uint32_t>::max();
@@ -94,13 +90,14 @@ class ParseHandler {
     template <typename... Content>
     bool Put(Content&&... content) {
         if (!open_.empty() && !open_.back().isObject) pending_.Push({});
-        ::new (static_cast<void*>(&pending_.Top().value)) Value(std::forward<Content>(content)...);
+        ::new (static_cast<void*>(&pending_.GetTop().value))
+            Value(std::forward<Content>(content)...);
         return true;
     }
     void Start(bool isObject) {
         Put();
         const bool insideForm = extended_ && ((!open_.empty() && open_.back().insideForm) ||
-                                              IsFormKey(pending_.Top().key));
+                                              IsFormKey(pending_.GetTop().key));
         open_.push_back({isObject, insideForm});
     }
 
@@ -129,28 +126,28 @@ bool ParseHandler::RawNumber(const char* text, std::size_t length, bool /*copy*/
 
 /// Replaces the children of the current container, from `first` on, by the container.
 void ParseHandler::End(std::size_t first, Value&& container) {
-    pending_.Cut(first);
-    pending_.Top().value = std::move(container);
+    pending_.Shrink(first);
+    pending_.GetTop().value = std::move(container);
     open_.pop_back();
 }
 
 bool ParseHandler::EndArray(std::size_t count) {
     if (count > kMost) return false;
     auto array = Array::Make(count);
-    const std::size_t first = pending_.Size() - count;
-    for (std::size_t i = first; i < pending_.Size(); ++i) {
+    const std::size_t first = pending_.GetSize() - count;
+    for (std::size_t i = first; i < pending_.GetSize(); ++i) {
         array->Append(std::move(pending_[i].value));
     }
-    End(first, Value(*array.release()));
+    End(first, Value(Value::Tag::array, array.release()));
     return true;
 }
 
 bool ParseHandler::EndObject(std::size_t count) {
     if (count > kMost) return false;
     auto members = Object::Make(count);
-    const std::size_t first = pending_.Size() - count;
-    members->Fill(pending_, first, pending_.Size());
-    Value object(*members.release());
+    const std::size_t first = pending_.GetSize() - count;
+    members->Fill(pending_, first, pending_.GetSize());
+    Value object(Value::Tag::object, members.release());
     if (extended_ && !open_.back().insideForm) ReadForm(object);
     End(first, std::move(object));
     return true;
@@ -159,8 +156,6 @@ bool ParseHandler::EndObject(std::size_t count) {
 }  // namespace detail
 
 namespace {
-
-namespace json = vxjson_rapidjson;
 
 bool ReadAll(std::istream& input, std::string& text) {
     std::size_t size = 0;
@@ -175,22 +170,40 @@ bool ReadAll(std::istream& input, std::string& text) {
     return input.eof() && !input.bad();
 }
 
-}  // namespace
-
-bool Reader::parse(std::istream& input, Value& root, bool extended) {
-    root = Value();
-    std::string text;
-    if (!ReadAll(input, text)) return false;
+/// Parses `text`, which is overwritten. Returns the error, or sets `root`.
+json::ParseResult ParseInsitu(std::string& text, bool extended, Value& root) {
     detail::ParseHandler builder(extended);
     json::GenericReader<json::UTF8<>, json::UTF8<>, detail::StackAllocator> reader;
     json::InsituStringStream stream(text.data());
     constexpr unsigned flags =
         json::kParseIterativeFlag | json::kParseInsituFlag | json::kParseNumbersAsStringsFlag;
+    json::ParseResult result = reader.Parse<flags>(stream, builder);
     // The reader treats a zero byte as the end of the text.
-    if (reader.Parse<flags>(stream, builder).IsError() || stream.Tell() != text.size())
-        return false;
-    root = builder.Take();
-    return true;
+    if (!result.IsError() && stream.Tell() != text.size()) {
+        result.Set(json::kParseErrorDocumentRootNotSingular, stream.Tell());
+    }
+    if (!result.IsError()) root = builder.Take();
+    return result;
+}
+
+}  // namespace
+
+bool Reader::parse(std::istream& input, Value& root, bool extended) {
+    root = Value();
+    std::string text;
+    return ReadAll(input, text) && !ParseInsitu(text, extended, root).IsError();
+}
+
+Value Parse(std::string_view text, bool extended) {
+    std::string copy(text);
+    Value root;
+    const json::ParseResult result = ParseInsitu(copy, extended, root);
+    if (!result.IsError()) return root;
+    throw Error("byte " + std::to_string(result.Offset()) + ": is not JSON (" +
+                (result.Code() == json::kParseErrorTermination
+                     ? "A number or a string is too large."
+                     : json::GetParseError_En(result.Code())) +
+                ")");
 }
 
 }  // namespace vxJson

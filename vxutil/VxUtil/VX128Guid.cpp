@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <stdexcept>
 
-#include "Hex.h"
+#include "vxutil/detail/Hex.h"
 
 namespace {
 

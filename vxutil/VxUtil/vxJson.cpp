@@ -1,11 +1,14 @@
 #include <VxUtil/vxJson.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <memory>
+#include <vector>
 
-#include "JsonContainers.h"
-#include "NeverDestroyed.h"
+#include "vxutil/detail/Array.h"
+#include "vxutil/detail/Cursor.h"
+#include "vxutil/detail/Object.h"
 
 namespace vxJson {
 
@@ -13,7 +16,6 @@ using detail::Array;
 using detail::Container;
 using detail::Cursor;
 using detail::Object;
-using detail::VisitChildren;
 
 // The capacity of an array that is created for its first element.
 constexpr std::size_t kFirstElements = 2;
@@ -22,29 +24,24 @@ static_assert(sizeof(Value) == sizeof(std::string) + sizeof(void*));
 
 namespace {
 
-const char* KindName(ValueType type) noexcept {
-    switch (type) {
-        case nullKind:
-            return "null";
-        case boolKind:
-            return "bool";
-        case integerKind:
-            return "integer";
-        case doubleKind:
-            return "double";
-        case stringKind:
-            return "string";
-        case arrayKind:
-            return "array";
-        case objectKind:
-            return "object";
-        case timeKind:
-            return "time";
-        case binaryKind:
-            return "binary";
-    }
-    return "unknown";
-}
+/// The null value that lookups of missing entries return. It needs no initialization and is never
+/// destroyed, so that static objects may use it before main and after its end.
+union AbsentValue {
+    constexpr AbsentValue() noexcept : value() {}
+    ~AbsentValue() {}
+
+    Value value;
+};
+const AbsentValue kAbsent;
+
+/// The kinds of the tags, in their order.
+constexpr struct {
+    ValueType type;
+    const char* name;
+} kKinds[] = {{nullKind, "null"},       {boolKind, "bool"},     {integerKind, "integer"},
+              {integerKind, "integer"}, {doubleKind, "double"}, {timeKind, "time"},
+              {nullKind, "null"},       {stringKind, "string"}, {binaryKind, "binary"},
+              {arrayKind, "array"},     {objectKind, "object"}};
 
 template <typename T>
 int Order(const T& a, const T& b) noexcept {
@@ -60,42 +57,31 @@ int OrderDoubles(double a, double b) noexcept {
 
 }  // namespace
 
-Value::Value(ValueType type, bool flag) : Value() {
-    static_cast<void>(flag);
-    switch (type) {
-        case nullKind:
-            return;
-        case boolKind:
-            tag_ = Tag::boolean;
-            return;
-        case integerKind:
-            tag_ = Tag::natural;
-            return;
-        case doubleKind:
-            *this = 0.0;
-            return;
-        case timeKind:
-            *this = Time(0);
-            return;
-        case stringKind:
-        case binaryKind:
-            *this = Value(std::string(), type);
-            return;
-        case arrayKind:
-            *this = Value(*Array::Make(0).release());
-            return;
-        case objectKind:
-            *this = Value(*Object::Make(0).release());
-            return;
+Value::Value(ValueType type, bool /*flag*/) : Value() {
+    if (type == boolKind) {
+        *this = false;
+    } else if (type == integerKind) {
+        *this = 0;
+    } else if (type == doubleKind) {
+        *this = 0.0;
+    } else if (type == timeKind) {
+        *this = Time(0);
+    } else if (type == stringKind || type == binaryKind) {
+        *this = Value(std::string(), type);
+    } else if (type == arrayKind) {
+        *this = Value(Tag::array, Array::Make(0).release());
+    } else if (type == objectKind) {
+        *this = Value(Tag::object, Object::Make(0).release());
+    } else if (type != nullKind) {
+        throw Error("Value: " + std::to_string(static_cast<int>(type)) + " is not a kind");
     }
-    throw Error("Value: " + std::to_string(static_cast<int>(type)) + " is not a kind");
 }
 
 Value::Value(const std::string& bytes, ValueType type) : Value(bytes) {
     if (type == binaryKind) {
         tag_ = Tag::binary;
     } else if (type != stringKind) {
-        throw Error(std::string("Value: bytes cannot be of kind ") + KindName(type));
+        throw Error("Value: bytes are a string or a binary");
     }
 }
 
@@ -112,14 +98,15 @@ Value Value::FromBytes(const char* bytes, int length, std::size_t size) {
 // A shallow copy of a container borrows its child containers from the source. The walk then
 // replaces each of them by a shallow copy and continues inside that copy, while it is still in the
 // cache. The destructor ignores borrowed containers, so a failure leaks nothing.
-Value::Value(const Value& other) : Value(other, Shallow()) {
+Value::Value(const Value& other) : Value() {
+    Borrow(other);
     if (tag_ != Tag::borrowed) return;
     OwnBorrowed();
     std::vector<Cursor> open = {Cursor(*plain_.container)};
     while (!open.empty()) {
         Cursor at = open.back();
-        while (!at.AtEnd() && at.GetValue().tag_ != Tag::borrowed) at.Advance();
-        if (at.AtEnd()) {
+        while (!at.IsAtEnd() && at.GetValue().tag_ != Tag::borrowed) at.Advance();
+        if (at.IsAtEnd()) {
             open.pop_back();
             continue;
         }
@@ -140,15 +127,12 @@ Value& Value::operator=(Value&& other) noexcept {
 }
 
 void Value::OwnBorrowed() {
-    if (plain_.borrowed->isObject) {
-        plain_.container =
-            Object::MakeShallow(*static_cast<const Object*>(plain_.borrowed)).release();
+    Container*& container = plain_.container;
+    if (container->isObject) {
+        container = Object::MakeShallow(*static_cast<Object*>(container)).release();
         tag_ = Tag::object;
     } else {
-        const auto& from = static_cast<const Array&>(*plain_.borrowed);
-        auto array = Array::Make(from.size);
-        for (const detail::Slot& slot : from) array->Append(slot);
-        plain_.container = array.release();
+        container = Array::MakeShallow(*static_cast<Array*>(container)).release();
         tag_ = Tag::array;
     }
 }
@@ -159,12 +143,13 @@ void Value::ReleaseContainer() noexcept {
     pending->link = nullptr;
     while (pending != nullptr) {
         Container* const container = std::exchange(pending, static_cast<Container*>(pending->link));
-        VisitChildren(*container, [&pending](Value& child) {
-            if (!child.HoldsContainer()) return;
+        for (Cursor at(*container); !at.IsAtEnd(); at.Advance()) {
+            auto& child = const_cast<Value&>(at.GetValue());
+            if (!child.HoldsContainer()) continue;
             child.tag_ = Tag::null;
             child.plain_.container->link = pending;
             pending = child.plain_.container;
-        });
+        }
         if (container->isObject) {
             delete static_cast<Object*>(container);
         } else {
@@ -173,12 +158,12 @@ void Value::ReleaseContainer() noexcept {
     }
 }
 
-Value& Value::Member(std::string_view key) {
+Value& Value::FindOrAdd(std::string_view key) {
     if (!isNull() && !isObject()) FailKind("operator[]", "an object");
     if (isObject()) return static_cast<Object*>(plain_.container)->FindOrAdd(key);
     auto object = Object::Make(Object::kFirstMembers);
     Value& member = object->FindOrAdd(key);
-    *this = Value(*object.release());
+    *this = Value(Tag::object, object.release());
     return member;
 }
 
@@ -187,31 +172,16 @@ const Value& Value::Find(std::string_view key) const noexcept {
 }
 
 const Value& Value::Find(detail::KeyHead head, std::string_view key) const noexcept {
-    if (!isObject()) return detail::Nothing();
-    return static_cast<const Object*>(plain_.container)->Find(head, key);
+    if (!isObject()) return kAbsent.value;
+    const Value* const found = static_cast<const Object*>(plain_.container)->Find(head, key);
+    return found == nullptr ? kAbsent.value : *found;
 }
 
-const Value& Value::Nothing() noexcept {
-    return detail::Nothing();
+const Value& Value::Absent() noexcept {
+    return kAbsent.value;
 }
 
-bool Value::isMember(const std::string& key) const noexcept {
-    return &Find(key) != &Nothing();
-}
-
-bool Value::isMember(const char* key) const noexcept {
-    return &(*this)[key] != &Nothing();
-}
-
-bool Value::removeMember(const std::string& key) noexcept {
-    return Remove(key);
-}
-
-bool Value::removeMember(const char* key) noexcept {
-    return key != nullptr && Remove(key);
-}
-
-bool Value::Remove(std::string_view key) noexcept {
+bool Value::removeMember(std::string_view key) noexcept {
     return isObject() && static_cast<Object*>(plain_.container)->Remove(key);
 }
 
@@ -219,11 +189,12 @@ bool Value::Remove(std::string_view key) noexcept {
 // becomes an array.
 Array& Value::MakeRoom(std::size_t count) {
     if (isNull()) {
-        *this = Value(*Array::Make(std::max(count, kFirstElements)).release());
-    } else if (auto& array = *static_cast<Array*>(plain_.container); array.Capacity() < count) {
+        *this = Value(Tag::array, Array::Make(std::max(count, kFirstElements)).release());
+    } else if (auto& array = *static_cast<Array*>(plain_.container); array.GetCapacity() < count) {
         // Doubling would hold three times the elements while they are moved.
-        auto larger = Array::Make(std::max(count, array.Capacity() + array.Capacity() / 2 + 1));
-        for (detail::Slot& slot : array) larger->Append(std::move(slot));
+        auto larger =
+            Array::Make(std::max(count, array.GetCapacity() + array.GetCapacity() / 2 + 1));
+        for (Value& element : array) larger->Append(std::move(element));
         plain_.container = larger.release();
         delete &array;
     }
@@ -235,16 +206,16 @@ Value& Value::operator[](int index) {
     if (index < 0) throw Error("operator[]: negative index " + std::to_string(index));
     const auto position = static_cast<std::size_t>(index);
     Array& array = MakeRoom(position + 1);
-    while (array.size <= position) array.Append();
-    return array.begin()[position].value;
+    while (array.size <= position) array.Append(Value());
+    return array.begin()[position];
 }
 
 const Value& Value::operator[](int index) const noexcept {
-    if (!isArray()) return detail::Nothing();
+    if (!isArray()) return kAbsent.value;
     const auto& array = static_cast<const Array&>(*plain_.container);
     // A negative index, converted to unsigned, is beyond the end.
     const auto position = static_cast<std::size_t>(index);
-    return position < array.size ? array.begin()[position].value : detail::Nothing();
+    return position < array.size ? array.begin()[position] : kAbsent.value;
 }
 
 Value& Value::append(Value&& value) {
@@ -282,7 +253,12 @@ std::string Value::asString() const {
 }
 
 const std::string& Value::asBinary() const {
-    if (isNull()) return detail::NeverDestroyed<std::string>();
+    if (isNull()) {
+        // Never destroyed, as kAbsent; a string cannot be a constant.
+        alignas(std::string) static unsigned char storage[sizeof(std::string)];
+        static const std::string& empty = *::new (static_cast<void*>(storage)) std::string();
+        return empty;
+    }
     if (!HoldsText()) FailKind("asBinary", "a binary or a string");
     return text_;
 }
@@ -329,41 +305,21 @@ long long Value::AsInteger(const char* operation) const {
 }
 
 bool Value::asBool() const {
-    switch (tag_) {
-        case Tag::null:
-            return false;
-        case Tag::boolean:
-            return plain_.boolean;
-        case Tag::negative:
-            return true;
-        case Tag::natural:
-            return plain_.unsignedNumber != 0;
-        case Tag::real:
-            return plain_.real != 0;
-        default:
-            FailKind("asBool", "a bool or a number");
-    }
+    if (tag_ == Tag::real) return plain_.real != 0;
+    if (tag_ > Tag::real) FailKind("asBool", "a bool or a number");
+    return AsInteger("asBool") != 0;
 }
 
 double Value::asDouble() const {
-    switch (tag_) {
-        case Tag::null:
-            return 0;
-        case Tag::boolean:
-            return plain_.boolean ? 1 : 0;
-        case Tag::negative:
-            return static_cast<double>(plain_.signedNumber);
-        case Tag::natural:
-            return static_cast<double>(plain_.unsignedNumber);
-        case Tag::real:
-            return plain_.real;
-        default:
-            FailKind("asDouble", "a number");
-    }
+    if (tag_ == Tag::real) return plain_.real;
+    if (tag_ > Tag::real) FailKind("asDouble", "a number");
+    if (tag_ == Tag::natural) return static_cast<double>(plain_.unsignedNumber);
+    return static_cast<double>(AsInteger("asDouble"));
 }
 
 void Value::FailKind(const char* operation, const char* wanted) const {
-    throw Error(std::string(operation) + ": found kind " + KindName(type()) + ", wanted " + wanted);
+    throw Error(std::string(operation) + ": found kind " +
+                kKinds[static_cast<std::size_t>(tag_)].name + ", wanted " + wanted);
 }
 
 void Value::FailRange(const char* operation) const {
@@ -376,29 +332,7 @@ void Value::FailNullKey() {
 }
 
 ValueType Value::type() const noexcept {
-    switch (tag_) {
-        case Tag::boolean:
-            return boolKind;
-        case Tag::negative:
-        case Tag::natural:
-            return integerKind;
-        case Tag::real:
-            return doubleKind;
-        case Tag::time:
-            return timeKind;
-        case Tag::string:
-            return stringKind;
-        case Tag::binary:
-            return binaryKind;
-        case Tag::array:
-            return arrayKind;
-        case Tag::object:
-            return objectKind;
-        case Tag::null:
-        case Tag::borrowed:
-            break;
-    }
-    return nullKind;
+    return kKinds[static_cast<std::size_t>(tag_)].type;
 }
 
 std::uint32_t Value::size() const noexcept {
@@ -423,12 +357,12 @@ int Value::Compare(const Value& other) const {
         }
         for (; !open.empty(); open.pop_back()) {
             const Pair& top = open.back();
-            if (!top.a.AtEnd() && !top.b.AtEnd()) break;
-            if (const int order = Order(top.b.AtEnd(), top.a.AtEnd()); order != 0) return order;
+            if (!top.a.IsAtEnd() && !top.b.IsAtEnd()) break;
+            if (const int order = Order(top.b.IsAtEnd(), top.a.IsAtEnd()); order != 0) return order;
         }
         if (open.empty()) return 0;
         Pair& top = open.back();
-        if (top.a.InObject()) {
+        if (top.a.IsInObject()) {
             const int order = top.a.GetKey().compare(top.b.GetKey());
             if (order != 0) return order;
         }

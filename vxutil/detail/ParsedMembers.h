@@ -18,11 +18,11 @@ struct ParsedMember {
 /// vector would hold three times its members while it grows, several times the final value.
 class ParsedMembers {
   public:
-    std::size_t Size() const noexcept { return size_; }
+    std::size_t GetSize() const noexcept { return size_; }
     ParsedMember& operator[](std::size_t i) noexcept {
         return segments_[i / kSegmentMembers][i % kSegmentMembers];
     }
-    ParsedMember& Top() noexcept { return *top_; }
+    ParsedMember& GetTop() noexcept { return *top_; }
 
     /// Adds a null value.
     void Push(std::string_view key) {
@@ -36,7 +36,7 @@ class ParsedMembers {
     }
 
     /// Removes the members from position `size` on, which must not be the bottom.
-    void Cut(std::size_t size) noexcept {
+    void Shrink(std::size_t size) noexcept {
         while (size_ > size) {
             Value& value = (*this)[--size_].value;
             if (!value.isNull()) value = Value();

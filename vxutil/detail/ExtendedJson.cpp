@@ -1,4 +1,4 @@
-#include "ExtendedJson.h"
+#include "vxutil/detail/ExtendedJson.h"
 
 #include <algorithm>
 #include <charconv>
@@ -7,8 +7,8 @@
 #include <string>
 #include <system_error>
 
-#include "Base64.h"
-#include "Hex.h"
+#include "vxutil/detail/Base64.h"
+#include "vxutil/detail/Hex.h"
 
 namespace vxJson::detail {
 

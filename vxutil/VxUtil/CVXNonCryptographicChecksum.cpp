@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "Hex.h"
+#include "vxutil/detail/Hex.h"
 
 std::string CVXNonCryptographicChecksum::GetChecksum(const unsigned char* bytes, int length) {
     XXH128_canonical_t canonical;
