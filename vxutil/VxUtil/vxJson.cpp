@@ -173,8 +173,7 @@ const Value& Value::Find(std::string_view key) const noexcept {
 
 const Value& Value::Find(detail::KeyHead head, std::string_view key) const noexcept {
     if (!isObject()) return kAbsent.value;
-    const Value* const found = static_cast<const Object*>(plain_.container)->Find(head, key);
-    return found == nullptr ? kAbsent.value : *found;
+    return static_cast<const Object*>(plain_.container)->Find(head, key, kAbsent.value);
 }
 
 const Value& Value::Absent() noexcept {

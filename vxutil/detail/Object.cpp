@@ -116,6 +116,12 @@ Object::Position Object::Seek(std::uint64_t prefix, std::string_view key) const 
     return {static_cast<std::uint32_t>(i), static_cast<std::uint32_t>(at - chunk.entries), isFound};
 }
 
+const Value& Object::Search(std::uint64_t prefix, std::string_view key,
+                            const Value& absent) const noexcept {
+    const Position position = Seek(prefix, key);
+    return position.isFound ? EntryAt(position).member->value : absent;
+}
+
 void Object::Fill(ParsedMembers& parsed, std::size_t first, std::size_t last) {
     if (last - first > kChunkEntries) {
         for (; first != last; ++first)
