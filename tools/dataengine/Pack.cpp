@@ -282,16 +282,18 @@ class Likeness {
                std::find(items_.begin(), items_.end(), &item) == items_.end();
     }
 
-    /// Returns the packed schema without the columns that are left out.
+    /// Returns the packed schema, with the columns of the CSV in their order.
     std::string Schema() const {
         vxJson::Value schema = frame_.reader.Schema();
-        vxJson::Value kept(vxJson::arrayKind, false);
-        for (const Item& item : frame_.items)
-            if (item.role == "column" && item.table == items_.front()->table && !IsLeftOut(item))
-                kept.append(*item.schema);
+        vxJson::Value columns(vxJson::arrayKind, false);
+        for (const Item* item : items_) columns.append(*item->schema);
         int position = 0;
         while (&frame_.reader.Schema()[position] != items_.front()->table->schema) ++position;
-        schema[position]["column"] = kept;
+        detail::PackedBytes header(frame_.bytes.data(), frame_.bytes.size());
+        header.Skip(2);
+        if (schema[position]["column"] == columns)
+            return {header.Next(), frame_.reader.Payload().data()};
+        schema[position]["column"] = columns;
         return PackValue(schema);
     }
 
