@@ -32,8 +32,10 @@ class IntegerReader {
         return true;
     }
     bool Finish(PackedColumn& column) const {
-        if (hasGreat_ && !hasNegative_) MakeUnsigned(column);
-        return !(hasGreat_ && hasNegative_);
+        if (!hasGreat_) return true;
+        if (hasNegative_) return false;
+        MakeUnsigned(column);
+        return true;
     }
 
   private:
