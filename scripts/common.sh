@@ -26,6 +26,12 @@ fail() {
     exit 1
 }
 
+# make_folder FOLDER: creates the folder, or ends the script with one line.
+make_folder() {
+    mkdir -p "$1" && [ -w "$1" ] ||
+        fail "cannot write to $(realpath -m "$1"): copy the repository to a folder of your own"
+}
+
 # step TITLE COMMAND...: prints the title and runs the command, whose output goes to $log, by default
 # build/logs/SCRIPT.log. On a terminal, the last line of the output shows the progress. If the command
 # fails, prints the end of its output and $advice, and ends the script.
@@ -33,8 +39,7 @@ step() {
     local title=$1 reporter= status=0
     shift
     : "${log:=build/logs/${script#*/}.log}"
-    mkdir -p "$(dirname "$log")" && : >"$log" ||
-        fail "cannot write to $PWD/build: copy the repository to a folder of your own"
+    make_folder "$(dirname "$log")"
     echo "${script#*/}: $title"
     if [ -t 1 ]; then
         report_progress &
