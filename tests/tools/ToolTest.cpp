@@ -84,6 +84,9 @@ TEST_F(Tool, NeedsLittleMemory) {
 
 TEST_F(Tool, ReportsErrorsOnOneLine) {
     for (const auto& row : RowsOf(TEST_DATA "/errors.txt")) {
+#ifndef DATAENGINE_TOOL_BSON
+        if (row[1].find("bson") != std::string::npos) continue;
+#endif
         const Outcome outcome = Run(row[1]);
         SCOPED_TRACE(row[1]);
         EXPECT_EQ(outcome.status, std::stoi(row[0]));
