@@ -98,9 +98,9 @@ void Bson(const Options& options, Output& output) {
         try {
             document = CheckedDocument(std::string_view(bytes).substr(begin));
         } catch (const vxJson::Error& broken) {
-            const std::string error = "document " + number + ": ";
-            return output.Report(
-                Failure(options.input, error + AbsoluteOffset(broken.what(), begin)).what());
+            std::string error = "document ";
+            error.append(number).append(": ").append(AbsoluteOffset(broken.what(), begin));
+            return output.Report(Failure(options.input, error).what());
         }
         bson_iter_t at;
         bson_iter_init(&at, &document);

@@ -58,13 +58,14 @@ void CheckPaths(std::vector<std::string> inputs, const std::vector<std::string>&
     for (const std::string& output : outputs) {
         const Identity b(output, "/dev/stdout");
         const bool isNew = !b.exists && !output.empty();
-        for (std::size_t i = 0; i < inputs.size() && (isNew || S_ISREG(b.status.st_mode)); ++i) {
+        if (!isNew && !S_ISREG(b.status.st_mode)) continue;  // saves a call for each of many inputs
+        for (std::size_t i = isNew ? count : 0; i < inputs.size(); ++i) {
             const std::string& path = inputs[i];
             const Identity a(path, i < count ? "/dev/stdin" : "/dev/stdout");
             if (isNew ? !a.exists && TargetOf(path) == TargetOf(output)
                       : a.exists && a.status.st_dev == b.status.st_dev &&
                             a.status.st_ino == b.status.st_ino)
-                throw UsageError(output + ": is the same file as " + path);
+                throw UsageError(std::string(output).append(": is the same file as ").append(path));
         }
         inputs.push_back(output);
     }

@@ -60,7 +60,7 @@ long long ParseTime(const std::string& text) {
     if (again != local)
         throw UsageError("--time: " + text +
                          " is neither milliseconds nor a time as 2026-02-28T12:30:00Z");
-    const int minutes = std::stoi(part(6, "0")) * 60 + std::stoi(part(7, "0"));
+    const long long minutes = 60LL * std::stoi(part(6, "0")) + std::stoi(part(7, "0"));
     return (seconds - (part(5, "+") == "+" ? 60 : -60) * minutes) * 1000 +
            std::stoi((part(4, "") + "000").substr(0, 3));
 }
