@@ -235,9 +235,6 @@ class Worker : private Sink {
     void Print(const Decoded& frame) {
         const Options& options = work_.options;
         const bool areMany = options.inputs.size() > 1 || !options.filesFrom.empty();
-        if (options.format == "json") return PrintJson(frame, *this);
-        if (options.format == "lines") return PrintLines(frame, *this);
-        if (options.format == "rows") return PrintRows(frame, *this);
         if (options.format == "csv") {
             const CsvStyle style{areMany, options.safeCsv};
             const rapidjson::Value* const table = OnlyTable(frame);
@@ -247,8 +244,9 @@ class Worker : private Sink {
             return PrintCsv(frame, *table, style, *this);
         }
         const bool isFirst = &frame.path == &options.inputs.front();
-        if (areMany) text += (isFirst ? "==> " : "\n==> ") + Printable(frame.path) + " <==\n";
-        PrintTables(frame, work_.screen, *this);
+        if (areMany && options.format == "table")
+            text += (isFirst ? "==> " : "\n==> ") + Printable(frame.path) + " <==\n";
+        PrintFrame(frame, options.format, work_.screen, *this);
     }
 
     static constexpr std::size_t kBlock = 65536;

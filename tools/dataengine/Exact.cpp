@@ -26,21 +26,15 @@ std::string Tagged(const char* tag, const std::string& text) {
 
 std::string FloatText(double value, std::string_view packed) {
     const bool isSingle = packed.size() == 5;
-    std::string text;
-    if (std::isfinite(value)) {
-        if (!isSingle) return vxJson::Value(value).toString(false);
-        char digits[32];
-        const char* const end =
-            std::to_chars(digits, digits + sizeof digits, static_cast<float>(value)).ptr;
-        text.append(digits, static_cast<std::size_t>(end - digits));
-    } else if (!std::isnan(value)) {
-        text = value < 0 ? "\"-inf\"" : "\"inf\"";
-    } else {
-        const std::string bits = HexOf(packed.substr(1));
-        if (bits != "7fc00000" && bits != "7ff8000000000000") return RawText(packed);
-        text = "\"nan\"";
-    }
-    return Tagged(isSingle ? "float32" : "float64", text);
+    if (std::isfinite(value) && !isSingle) return vxJson::Value(value).toString(false);
+    const std::string bits = HexOf(packed.substr(1));
+    if (std::isnan(value) && bits != "7fc00000" && bits != "7ff8000000000000")
+        return RawText(packed);
+    char text[32];
+    const char* const end = std::to_chars(text, text + sizeof text, static_cast<float>(value)).ptr;
+    const std::string number(text, static_cast<std::size_t>(end - text));
+    return Tagged(isSingle ? "float32" : "float64",
+                  std::isfinite(value) ? number : '"' + number + '"');
 }
 
 /// Prints a value with an explicit stack of its open containers.

@@ -227,22 +227,43 @@ void AppendCsv(std::string_view cell, const CsvStyle& style, Buffer& text) {
     }
 }
 
-}  // namespace
-
-void PrintJson(const Decoded& frame, Sink& sink) {
-    PrintLine(frame.document, sink);
-}
-
-void PrintLines(const Decoded& frame, Sink& sink) {
-    for (const JsonValue& item : frame.document.GetArray()) PrintLine(item, sink);
-}
-
 void PrintRows(const Decoded& frame, Sink& sink) {
     const std::string prefix =
         "{\"file\":" + JsonString(frame.path) + ",\"unit\":" + JsonString(frame.unit);
     PrintValues(prefix, ",\"values\":{", frame.document, sink);
     for (const JsonValue& item : frame.document.GetArray())
         if (IsTable(item)) PrintTableRows(frame, item, prefix, sink);
+}
+
+void PrintTables(const Decoded& frame, const Screen& screen, Sink& sink) {
+    bool isFirst = !DrawValues(frame.document, screen, sink);
+    for (const JsonValue& item : frame.document.GetArray()) {
+        if (!IsTable(item)) continue;
+        const Grid rows(item);
+        const std::size_t columns = rows.Columns() + 1;
+        rows.CheckRepetition(frame, (kWidestAligned + 2) * columns);
+        const Cells cells = [&](std::size_t row, std::size_t column, Buffer& buffer) {
+            if (row == 0) return column == 0 ? "#" : rows.Name(column - 1);
+            if (column != 0) return Grid::Text(rows.Value(row - 1, column - 1), buffer);
+            buffer.Truncate(0);
+            AppendNumber(row, buffer);
+            return buffer.Bytes();
+        };
+        if (!std::exchange(isFirst, false)) sink.text += '\n';
+        sink.text += Printable(StringOf(item["name"])) + "\n\n";
+        if (DrawValues(item["attributes"], screen, sink)) sink.text += '\n';
+        DrawTable(rows.Count() + 1, columns, cells, screen, sink);
+    }
+}
+
+}  // namespace
+
+void PrintFrame(const Decoded& frame, const std::string& format, const Screen& screen, Sink& sink) {
+    if (format == "json") PrintLine(frame.document, sink);
+    if (format == "lines")
+        for (const JsonValue& item : frame.document.GetArray()) PrintLine(item, sink);
+    if (format == "rows") PrintRows(frame, sink);
+    if (format == "table") PrintTables(frame, screen, sink);
 }
 
 const JsonValue* OnlyTable(const Decoded& frame) {
@@ -277,27 +298,6 @@ void PrintCsv(const Decoded& frame, const JsonValue& table, const CsvStyle& styl
         }
         sink.text += '\n';
         sink.Check();
-    }
-}
-
-void PrintTables(const Decoded& frame, const Screen& screen, Sink& sink) {
-    bool isFirst = !DrawValues(frame.document, screen, sink);
-    for (const JsonValue& item : frame.document.GetArray()) {
-        if (!IsTable(item)) continue;
-        const Grid rows(item);
-        const std::size_t columns = rows.Columns() + 1;
-        rows.CheckRepetition(frame, (kWidestAligned + 2) * columns);
-        const Cells cells = [&](std::size_t row, std::size_t column, Buffer& buffer) {
-            if (row == 0) return column == 0 ? "#" : rows.Name(column - 1);
-            if (column != 0) return Grid::Text(rows.Value(row - 1, column - 1), buffer);
-            buffer.Truncate(0);
-            AppendNumber(row, buffer);
-            return buffer.Bytes();
-        };
-        if (!std::exchange(isFirst, false)) sink.text += '\n';
-        sink.text += Printable(StringOf(item["name"])) + "\n\n";
-        if (DrawValues(item["attributes"], screen, sink)) sink.text += '\n';
-        DrawTable(rows.Count() + 1, columns, cells, screen, sink);
     }
 }
 

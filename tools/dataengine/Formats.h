@@ -17,15 +17,14 @@ struct Decoded {
     const rapidjson::Document& document;
 };
 
-/// Prints one JSON array and a line feed.
-void PrintJson(const Decoded& frame, Sink& sink);
-
-/// Prints an item per line as JSON.
-void PrintLines(const Decoded& frame, Sink& sink);
-
-/// Prints lines of JSON: one for the leaves, then for each table one for its attributes, if it has
-/// any, and one for each of its rows.
-void PrintRows(const Decoded& frame, Sink& sink);
+/// Prints a frame in one of these formats:
+///
+///   json     one array and a line feed
+///   lines    an item per line as JSON
+///   rows     lines of JSON: one for the leaves, then for each table one for its attributes, if it
+///            has any, and one for each of its rows
+///   table    the leaves, then each table with its attributes, as aligned columns
+void PrintFrame(const Decoded& frame, const std::string& format, const Screen& screen, Sink& sink);
 
 /// How CSV is printed.
 struct CsvStyle {
@@ -43,8 +42,5 @@ std::string CsvHeader(const rapidjson::Value& table, const CsvStyle& style);
 /// are JSON text.
 void PrintCsv(const Decoded& frame, const rapidjson::Value& table, const CsvStyle& style,
               Sink& sink);
-
-/// Prints the leaves, then each table with its attributes, as aligned columns.
-void PrintTables(const Decoded& frame, const Screen& screen, Sink& sink);
 
 }  // namespace dataengine::tool
