@@ -14,7 +14,7 @@ struct Options {
     std::vector<std::string> inputs;  // the frames of decode
     std::string filesFrom;            // a list of more inputs
     std::string offsets;              // read by show and decode
-    std::string places;               // written by pack, in the same form
+    std::string offsetsOutput;        // written by pack, in the same form
     std::vector<std::string> select;  // names, or one path; everything if empty
     std::string map;                  // no variable is renamed if empty
     std::string parser;               // the parser whose variables are renamed

@@ -44,7 +44,7 @@ long long IntegerOf(const vxJson::Value& value, long long otherwise) {
 }
 
 /// Returns the position of an item's value: its index, and its index in the table or -1.
-std::pair<long long, long long> PlaceOf(const Item& item) {
+std::pair<long long, long long> PositionOf(const Item& item) {
     const long long index = IntegerOf((*item.schema)["index"], 0);
     if (item.table == nullptr) return {index, -1};
     return {IntegerOf((*item.table->schema)["index"], 0), index};
@@ -106,7 +106,7 @@ vxJson::Value ReadOffsets(const std::string& path) {
 
 void SetOffsets(std::vector<Item>& items, const vxJson::Value& offsets) {
     for (Item& item : items) {
-        const auto [index, child] = PlaceOf(item);
+        const auto [index, child] = PositionOf(item);
         const vxJson::Value& entry = At(offsets, index);
         const long long offset = IntegerOf(item.table == nullptr ? entry : At(entry, child), -1);
         if (item.HasValue() && offset >= 0 && offset <= INT_MAX) item.offset = offset;
@@ -122,12 +122,12 @@ Frame::Frame(const std::string& file, const std::string& offsets)
 }
 
 void Frame::FindOffsets() {
-    std::map<std::pair<long long, long long>, std::vector<Item*>> places;
+    std::map<std::pair<long long, long long>, std::vector<Item*>> positions;
     for (Item& item : items)
-        if (item.HasValue()) places[PlaceOf(item)].push_back(&item);
+        if (item.HasValue()) positions[PositionOf(item)].push_back(&item);
     const std::string_view payload = reader.Payload();
     PackedBytes packed(payload.data(), payload.size());
-    for (const auto& [place, sharing] : places) {
+    for (const auto& [position, sharing] : positions) {
         const auto offset = static_cast<std::size_t>(packed.Next() - payload.data());
         try {
             packed.Skip();

@@ -41,7 +41,7 @@ void SetOffsets(std::vector<Item>& items, const vxJson::Value& offsets);
 /// consecutive then.
 std::string DescribeRest(std::size_t size, const detail::PackedBytes& rest);
 
-/// The frame in a file, and the places of its values. Not copied, as items refer to each other.
+/// The frame in a file, and the offsets of its values. Not copied, as items refer to each other.
 class Frame {
   public:
     /// Takes offsets from a file if its path is not empty. Otherwise values are consecutive, up to

@@ -70,7 +70,7 @@ void AddPack(CLI::App& command, Options& o) {
     Add(command, "INPUT", "", o.input,
         "The text of unpack, JSON or CSV of decode, or a CSV sheet; - for standard input");
     Add(command, "-o,--output", "FRAME", o.output, "The frame to write")->required();
-    Add(command, "--offsets", "FILE", o.places, "The file to write the offsets to");
+    Add(command, "--offsets", "FILE", o.offsetsOutput, "The file to write the offsets to");
     Add(command, "--name", "NAME", o.name,
         "The name of the frame; the unit of the CSV, or the name of INPUT by default");
     Add(command, "--like", "FRAME", o.like, "A frame to take all but the rows of a CSV table from");
@@ -152,7 +152,7 @@ void PreparePaths(Options& options) {
     }
     for (const auto* paths : {&options.inputs, &options.select})
         inputs.insert(inputs.end(), paths->begin(), paths->end());
-    CheckPaths(inputs, {options.output, options.places});
+    CheckPaths(inputs, {options.output, options.offsetsOutput});
 }
 
 /// Runs the command of the command line and returns its status. Sets `name` to its name.

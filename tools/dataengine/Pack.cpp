@@ -17,6 +17,7 @@
 #include <sstream>
 
 #include "structure/PackedFrameWriter.h"
+#include "structure/detail/PackedFormat.h"
 #include "tools/dataengine/Commands.h"
 #include "tools/dataengine/Exact.h"
 #include "tools/dataengine/Frames.h"
@@ -245,18 +246,22 @@ class Likeness {
     }
 
   private:
-    /// Takes the first table that has all columns.
+    /// Takes the first table that has all columns; of several of one name, the first first.
     void SetColumns(const std::vector<Cell>& names) {
-        std::map<std::string, const Item*> byName;
+        std::map<std::string, std::vector<const Item*>> byName;
         for (auto item = frame_.items.rbegin(); item != frame_.items.rend(); ++item) {
-            if (item->role == "column" && item->offset) byName[item->Name()] = &*item;
+            const std::string own = item->Name();  // documents have it up to a zero byte
+            if (item->role == "column" && item->offset)
+                byName[std::string(detail::UpToZero(own))].push_back(&*item);
             if (item->table != nullptr) continue;
-            const bool hasAll = std::all_of(names.begin(), names.end(), [&](const Cell& name) {
-                return byName.count(name.value_or("")) != 0;
-            });
-            if (hasAll) items_.clear();
-            for (const Cell& name : names)
-                if (hasAll) items_.push_back(byName[name.value_or("")]);
+            std::vector<const Item*> found;
+            for (const Cell& name : names) {
+                std::vector<const Item*>& same = byName[name.value_or("")];
+                if (same.empty()) break;
+                found.push_back(same.back());
+                same.pop_back();
+            }
+            if (found.size() == names.size()) items_ = found;
             byName.clear();
         }
         if (items_.empty()) throw Failure(frame_.path, "has no table with the columns of the CSV");
@@ -327,14 +332,14 @@ std::string Write(const std::string& name, vxJson::Value& offsets, const Add& ad
 /// Returns the frame of the input. Sets `offsets` if they are known.
 std::string PackInput(const Options& options, const std::string& text, vxJson::Value& offsets) {
     const std::string& path = options.input;
+    if (!options.like.empty()) {
+        Likeness likeness(options.like);
+        ForEachRecord(path, text, false,
+                      [&](const std::vector<Cell>& cells) { likeness.Read(cells); });
+        return likeness.Pack(options.name);
+    }
     const std::size_t first = text.find_first_not_of(" \t\r\n");
     if (first == text.npos || (text[first] != '[' && text[first] != '{')) {
-        if (!options.like.empty()) {
-            Likeness likeness(options.like);
-            ForEachRecord(path, text, false,
-                          [&](const std::vector<Cell>& cells) { likeness.Read(cells); });
-            return likeness.Pack(options.name);
-        }
         const Sheet sheet = ReadSheet(path, text);
         return Write(options.name.empty() ? sheet.unit : options.name, offsets,
                      [&](PackedFrameWriter& writer) { sheet.AddTo(writer); });
@@ -361,15 +366,15 @@ void Pack(const Options& options, Output& output) {
     } catch (const vxJson::Error& error) {
         throw Failure(path, error.what());
     }
-    if (options.places.empty()) return;
+    if (options.offsetsOutput.empty()) return;
     if (offsets.isNull()) {
         PackedFrameReader reader;
         OpenFrame(reader, path, output.text.Bytes());
         offsets = reader.FindOffsets();
     }
-    Output places(options.places);
-    places.text += offsets.toString(false) + "\n";
-    places.Complete();
+    Output file(options.offsetsOutput);
+    file.text += offsets.toString(false) + "\n";
+    file.Complete();
 }
 
 }  // namespace dataengine::tool
