@@ -1,5 +1,6 @@
 # Removes the files that the last `cmake --install` of a build folder installed, of all components:
-# cmake -DBUILD=folder -P Uninstall.cmake. Honours DESTDIR as the installation does.
+# cmake -DBUILD=folder -P Uninstall.cmake, and the folders of the libraries that are empty then. Honours
+# DESTDIR as the installation does.
 file(GLOB manifests ${BUILD}/install_manifest*.txt)
 if(NOT manifests)
     message(FATAL_ERROR "Nothing was installed from ${BUILD}.")
@@ -9,6 +10,18 @@ foreach(manifest IN LISTS manifests)
     foreach(file IN LISTS files)
         message(STATUS "Removing $ENV{DESTDIR}${file}")
         file(REMOVE "$ENV{DESTDIR}${file}")
+        cmake_path(GET file PARENT_PATH folder)
+        if(file MATCHES "/dataengine/[^/]*[.]py$")
+            file(REMOVE_RECURSE "$ENV{DESTDIR}${folder}/__pycache__")
+        endif()
+        while(folder MATCHES "/(dataengine|DataEngine|VxUtil)(/|$)")
+            file(GLOB others "$ENV{DESTDIR}${folder}/*" "$ENV{DESTDIR}${folder}/.*")
+            if(others)
+                break()
+            endif()
+            file(REMOVE_RECURSE "$ENV{DESTDIR}${folder}")
+            cmake_path(GET folder PARENT_PATH folder)
+        endwhile()
     endforeach()
     file(REMOVE ${manifest})
 endforeach()
