@@ -77,6 +77,7 @@ TEST(Columns, AreArraysIfAllValuesAreOfOneKind) {
         {"empty", "", 0, kMixed},
         {"integer and boolean", "\x01\xc2", 2, kMixed},
         {"nested", "\x01\x91\x01", 2, kMixed},
+        {"null, integer and text", "\xc0\x01\xa1x", 3, kMixed},
     };
     for (const auto& row : rows) {
         const std::string frame = FrameOf(ArrayHead(row.count) + row.elements);
@@ -86,6 +87,7 @@ TEST(Columns, AreArraysIfAllValuesAreOfOneKind) {
         ASSERT_TRUE(reader.DecodeTable("t", table));
         EXPECT_EQ(table.columns[0].values.index(), row.kind) << row.name;
         EXPECT_EQ(table.columns[0].type, 3) << row.name;
+        EXPECT_TRUE(row.kind != kMixed || table.columns[0].isNull.empty()) << row.name;
     }
 }
 
