@@ -32,8 +32,8 @@ inline constexpr std::size_t kMaxSize = 16 * 1024 * 1024 - 17;
 ///
 /// Returns the bytes of the BSON document.
 ///
-/// Throws vxJson::Error if `document` is not an object, nests deeper than kMaxLevels, takes more
-/// than kMaxSize bytes, or has a key with a zero byte, a key or string that is not UTF-8 or an
+/// Throws vxJson::Error if `document` is not an object, nests deeper than kMaxLevels levels,
+/// exceeds kMaxSize bytes, or has a key with a zero byte, a key or string that is not UTF-8 or an
 /// integer above 2^63-1. The message names the path, as in "param.list[3].count".
 ///
 /// Complexity: linear in the size of the document; no recursion.
@@ -62,8 +62,8 @@ DATAENGINE_BSON_EXPORT std::string Encode(const vxJson::Value& document);
 ///
 /// Returns the value of the document.
 ///
-/// Throws vxJson::Error if the bytes are not exactly one valid document of at most kMaxLevels
-/// levels. The message names the offset of the invalid element.
+/// Throws vxJson::Error if the bytes are not exactly one valid document, or nest deeper than
+/// kMaxLevels levels. The message names the first byte of the invalid element.
 ///
 /// Complexity: linear in `size`, with n log n for unsorted keys; no recursion.
 /// Thread safety: may be called concurrently.

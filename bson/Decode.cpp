@@ -14,7 +14,7 @@ namespace {
 using vxJson::Value;
 
 [[noreturn]] void Fail(std::size_t offset, const std::string& what) {
-    throw vxJson::Error("bson::Decode: offset " + std::to_string(offset) + ": " + what);
+    throw vxJson::Error("bson::Decode: byte " + std::to_string(offset) + ": " + what);
 }
 
 /// Builds the value of a document. The open documents and arrays are kept on an explicit stack.

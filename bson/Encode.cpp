@@ -176,7 +176,7 @@ class Encoder {
         }
         const std::size_t size = 1 + key.size() + 1 + contentSize;
         if (size > kMaxSize - levels_.size() - bytes_.size()) {
-            Fail("the document is larger than " + std::to_string(kMaxSize) + " bytes");
+            Fail("the document exceeds " + std::to_string(kMaxSize) + " bytes");
         }
         bytes_ += static_cast<char>(type);
         bytes_ += key;

@@ -138,7 +138,7 @@ TEST(Bson, ClientTextsOfEveryClassLoadBack) {
     }
 }
 
-TEST(Bson, ErrorsNameThePlace) {
+TEST(Bson, ErrorsNameThePath) {
     for (const auto& row : RowsOf(TEST_DATA "/errors.txt")) {
         const Value value = Json(row[0]);
         EXPECT_EQ(ErrorOf([&] { dataengine::bson::Encode(value); }), row[1]) << row[0];
@@ -169,25 +169,25 @@ TEST(Bson, KeepsTheLimitsOfTheStore) {
     std::string deeper = "\x03" + std::string("a", 2) + bytes + std::string(1, '\0');
     deeper.insert(0,
                   BigEndian(__builtin_bswap32(static_cast<std::uint32_t>(deeper.size() + 4)), 4));
-    EXPECT_EQ(ErrorOf([&] { Decode(deeper); }), "offset 700: nests deeper than 100 levels");
+    EXPECT_EQ(ErrorOf([&] { Decode(deeper); }), "byte 700: nests deeper than 100 levels");
 
     Value large;
     large["a"] = Value::Binary(std::string(dataengine::bson::kMaxSize - 13, 'x'));
     EXPECT_EQ(dataengine::bson::Encode(large).size(), dataengine::bson::kMaxSize);
     large["b"];
     EXPECT_EQ(ErrorOf([&] { dataengine::bson::Encode(large); }),
-              "b: the document is larger than 16777199 bytes");
+              "b: the document exceeds 16777199 bytes");
 }
 
 TEST(Bson, RejectsBrokenBytes) {
     for (const auto& row : RowsOf(TEST_DATA "/broken.txt")) {
         const std::string bytes = Hex(row[0]);
         const std::string error = ErrorOf([&] { Decode(bytes); });
-        EXPECT_EQ(error.substr(0, error.find(": ")), "offset " + row[1]) << row[0] << ": " << error;
+        EXPECT_EQ(error.substr(0, error.find(": ")), "byte " + row[1]) << row[0] << ": " << error;
     }
     const std::string empty = Hex("05000000 00");
     EXPECT_EQ(ErrorOf([&] { dataengine::bson::Decode(empty.data(), (1ULL << 32) + 5); }),
-              "offset 0: not a document of 4294967301 bytes");
+              "byte 0: not a document of 4294967301 bytes");
     const std::string whole = Written(
         R"({"a":"text","b":[1,{"$binary":{"base64":"YQ==","subType":"02"}},{"c":{"$oid":"0123456789abcdef01234567"}}],
             "d":{"$code":"c","$scope":{"e":{"$numberDecimal":"1"}}},"f":{"$dbPointer":{"$ref":"r","$id":{"$oid":"0123456789abcdef01234567"}}}})");
@@ -200,7 +200,7 @@ TEST(Bson, RejectsBrokenBytes) {
                 const Value value = Decode(damaged);
                 EXPECT_EQ(Decode(dataengine::bson::Encode(value)), value) << size;
             });
-            EXPECT_EQ(error.find("offset "), error.empty() ? error.npos : 0)
+            EXPECT_EQ(error.find("byte "), error.empty() ? error.npos : 0)
                 << size << ": " << error;
         }
     }

@@ -29,7 +29,7 @@ TEST(VX128Guid, PrintsWhatItRead) {
     EXPECT_FALSE(VX128Guid(noGuidText).IsValid());
 }
 
-TEST(VX128Guid, ReadsDigitsAndHyphensInTheirPlaces) {
+TEST(VX128Guid, ReadsDigitsAndHyphensAtTheirPositions) {
     VX128Guid last;
     for (std::size_t i = guidText.size(); i-- > 0;) {
         std::string text = guidText;

@@ -92,7 +92,7 @@ TEST(JsonValue, ConvertsByKind) {
     EXPECT_EQ(Value(-0x1p63).asInt64(), int64Min);
 }
 
-TEST(JsonValue, ErrorsSayWhatIsWrong) {
+TEST(JsonValue, ErrorsNameOperationAndKinds) {
     Value null;
     Value text = "x";
     Value array = Json("[1]");
@@ -129,12 +129,12 @@ TEST(JsonValue, ErrorsSayWhatIsWrong) {
 
 enum Plain { plainThree = 3 };
 
-TEST(JsonValue, MeansWhatIsStored) {
+TEST(JsonValue, StoresByTheTypeOfTheArgument) {
     const auto store = [](auto&&... stored) {
         Value made;
         Value assigned;
-        int place = 0;
-        ((made.append(Value(stored)), assigned[place++] = stored), ...);
+        int index = 0;
+        ((made.append(Value(stored)), assigned[index++] = stored), ...);
         EXPECT_EQ(made, assigned);
         return assigned.toString(false);
     };
@@ -186,7 +186,7 @@ TEST(JsonValue, LooksUpWithoutFailing) {
     EXPECT_TRUE(full["k"][0].asInt() == 1 && full["k"].size() == 1 && !full["k"].empty());
 }
 
-TEST(JsonValue, CreatesWhatIsWritten) {
+TEST(JsonValue, WritingCreatesMembersAndElements) {
     Value object;
     object["k"]["inner"];
     object[std::string("a\0b", 3)] = 1;
@@ -204,8 +204,8 @@ TEST(JsonValue, CreatesWhatIsWritten) {
     array.append("text");
     *array.append(new Value(3)) = 4;
     EXPECT_EQ(array.toString(false), R"([null,"x","first",0,true,-1.5,"text",4])");
-    int place = 0;
-    for (auto i = array.begin(); !i.isEqual(array.end()); i.increment()) i.deref() = place++;
+    int index = 0;
+    for (auto i = array.begin(); !i.isEqual(array.end()); i.increment()) i.deref() = index++;
     EXPECT_EQ(array.toString(false), "[0,1,2,3,4,5,6,7]");
 }
 
@@ -275,7 +275,7 @@ void CompareWithMap(std::vector<std::string> keys, std::mt19937& random) {
 
 // The key lengths are those at which key comparison changes. There are enough keys to split the
 // index, and then few enough for the shortest way to a member.
-TEST(JsonValue, KeepsMembersInPlaceAndSorted) {
+TEST(JsonValue, KeepsMembersSortedAndTheirAddresses) {
     std::vector<std::string> keys;
     for (const std::string stem : {"", "1", "123", "1234567", "12345678", "123456781234567",
                                    "1234567812345678", "12345678123456781234"}) {
@@ -294,7 +294,7 @@ TEST(JsonValue, KeepsMembersInPlaceAndSorted) {
     }
 }
 
-TEST(JsonValue, SurvivesItself) {
+TEST(JsonValue, AssignsFromItself) {
     const std::pair<void (*)(Value&, Value&), const char*> rows[] = {
         {[](Value& v, Value&) { v = *&v; }, R"({"a":{"b":["x",1]}})"},
         {[](Value& v, Value&) { std::ref(v).get() = std::move(v); }, R"({"a":{"b":["x",1]}})"},

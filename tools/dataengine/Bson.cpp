@@ -66,20 +66,20 @@ bson_t CheckedDocument(std::string_view bytes) {
     for (std::size_t i = 0; i < 4 && i < bytes.size(); ++i)
         size |= static_cast<std::size_t>(static_cast<unsigned char>(bytes[i])) << (8 * i);
     if (bytes.size() < 5 || size < 5 || size > bytes.size())
-        throw vxJson::Error("offset 0: not a document of " + std::to_string(size) + " bytes, " +
+        throw vxJson::Error("byte 0: not a document of " + std::to_string(size) + " bytes, " +
                             std::to_string(bytes.size()) + " are left");
     bson::Decode(bytes.data(), size);
     bson_t document;
     std::size_t offset = 0;
     bson_init_static(&document, reinterpret_cast<const std::uint8_t*>(bytes.data()), size);
     if (!bson_validate(&document, kUtf8, &offset))
-        throw vxJson::Error("offset " + std::to_string(offset) + ": a string is not UTF-8");
+        throw vxJson::Error("byte " + std::to_string(offset) + ": a string is not UTF-8");
     return document;
 }
 
 /// Returns an error of the BSON library with its offset counted from the start of the file.
 std::string AbsoluteOffset(const std::string& error, std::size_t begin) {
-    static const std::string label = "offset ";
+    static const std::string label = "byte ";
     const std::size_t number = error.find(label) + label.size();
     const std::size_t end = error.find(':', number);
     if (error.find(label) == error.npos || end == error.npos) return error;

@@ -40,7 +40,7 @@ class Array : public Container {
 
     /// Adds an element at the end; the array must not be full. Returns the element.
     Value& Append(Value&& value) noexcept {
-        Value* const element = ::new (static_cast<void*>(end())) Value(std::move(value));
+        auto* const element = ::new (static_cast<void*>(end())) Value(std::move(value));
         ++size;
         return *element;
     }

@@ -1,5 +1,6 @@
 #include "vxutil/detail/Base64.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 
@@ -54,28 +55,23 @@ bool DecodeBase64(std::string_view text, std::string& bytes) {
     std::size_t padding = 0;
     while (padding < 2 && padding < text.size() && text[text.size() - 1 - padding] == '=')
         ++padding;
-    bytes.resize(text.size() / 4 * 3 - padding);
-    const char* at = text.data();
-    const char* const end = at + text.size() - (padding > 0 ? 4 : 0);
+    std::string digits(text);
+    std::fill_n(digits.end() - static_cast<std::ptrdiff_t>(padding), padding, kAlphabet[0]);
+    bytes.resize(text.size() / 4 * 3);
     char* out = bytes.data();
     std::uint32_t seen = 0;
-    for (; at != end; at += 4, out += 3) {
+    std::uint32_t group = 0;
+    for (const char* at = digits.data(); at != digits.data() + digits.size(); at += 4, out += 3) {
         const std::uint32_t a = Digit(at), b = Digit(at + 1), c = Digit(at + 2), d = Digit(at + 3);
         seen |= a | b | c | d;
-        const std::uint32_t group = a << 18 | b << 12 | c << 6 | d;
+        group = a << 18 | b << 12 | c << 6 | d;
         out[0] = static_cast<char>(group >> 16);
         out[1] = static_cast<char>(group >> 8);
         out[2] = static_cast<char>(group);
     }
-    if (padding > 0) {
-        const std::uint32_t a = Digit(at), b = Digit(at + 1), c = padding == 1 ? Digit(at + 2) : 0;
-        const std::uint32_t group = a << 18 | b << 12 | c << 6;
-        out[0] = static_cast<char>(group >> 16);
-        if (padding == 1) out[1] = static_cast<char>(group >> 8);
-        seen |= a | b | c;
-        if ((group & (padding == 1 ? 0xffu : 0xffffu)) != 0) return false;
-    }
-    return seen < 64;
+    bytes.resize(bytes.size() - padding);
+    const std::uint32_t strayBits = (1u << (8 * padding)) - 1;
+    return seen < 64 && (group & strayBits) == 0;
 }
 
 }  // namespace vxJson::detail

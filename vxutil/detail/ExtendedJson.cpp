@@ -1,5 +1,7 @@
 #include "vxutil/detail/ExtendedJson.h"
 
+#include <VxUtil/TimerHelper.h>
+
 #include <algorithm>
 #include <charconv>
 #include <iterator>
@@ -111,12 +113,6 @@ bool ReadObjectId(const Value& content, Value& value) {
     return true;
 }
 
-int DaysIn(int month, int year) {
-    const bool isLeapYear = year % 4 == 0 && (year % 100 != 0 || year % 400 == 0);
-    if (month == 2) return isLeapYear ? 29 : 28;
-    return month == 4 || month == 6 || month == 9 || month == 11 ? 30 : 31;
-}
-
 /// Returns the days from 1970-01-01 to a date of the Gregorian calendar.
 long long DaysSinceEpoch(int year, int month, int day) {
     // Years begin in March here, so that a leap day is the last day of its year. Each five months
@@ -148,8 +144,12 @@ bool ReadIsoTime(std::string_view text, long long& milliseconds) {
     const int hour = Number(text.substr(11, 2));
     const int minute = Number(text.substr(14, 2));
     const int second = Number(text.substr(17, 2));
-    if (year < 1 || month < 1 || month > 12 || day < 1 || day > DaysIn(month, year) || hour > 23 ||
-        minute > 59 || second > 59)
+    const long long days = DaysSinceEpoch(year, month, day);
+    const long long seconds = ((days * 24 + hour) * 60 + minute) * 60 + second;
+    // A date or time that does not exist counts as a later one, which reads otherwise.
+    const std::tm existing = TimerHelper::Time2UTCTm(seconds * 1000);
+    if (year < 1 || existing.tm_mon + 1 != month || existing.tm_mday != day ||
+        existing.tm_hour != hour || existing.tm_min != minute || existing.tm_sec != second)
         return false;
     text.remove_prefix(kDateAndTime.size());
 
@@ -163,8 +163,7 @@ bool ReadIsoTime(std::string_view text, long long& milliseconds) {
     }
     int offset = 0;
     if (!ReadZone(text, offset)) return false;
-    const long long minutes = (DaysSinceEpoch(year, month, day) * 24 + hour) * 60 + minute - offset;
-    milliseconds = (minutes * 60 + second) * 1000 + fraction;
+    milliseconds = (seconds - 60LL * offset) * 1000 + fraction;
     return true;
 }
 

@@ -219,30 +219,34 @@ class Printer {
     }
 
     void PutBinary(const std::string& bytes) {
-        Open('{');
-        PutKey("$binary");
-        Open('{');
-        PutKey("base64");
+        StartForm("$binary", "base64");
         const std::size_t length = Base64Length(bytes.size());
-        text_.Put('"');
         text_.PutUpTo(length, [&bytes, length](char* at) {
             EncodeBase64(bytes, at);
             return at + length;
         });
         text_.Put('"');
         PutKey("subType");
-        text_.Put("\"00\"");
-        Close('}');
-        Close('}');
+        text_.Put("\"00");
+        EndForm();
     }
 
     void PutTime(std::int64_t milliseconds) {
-        Open('{');
-        PutKey("$date");
-        Open('{');
-        PutKey("$numberLong");
-        text_.Put('"');
+        StartForm("$date", "$numberLong");
         PutInteger(milliseconds);
+        EndForm();
+    }
+
+    // Prints a form of Extended JSON up to the text of its first member, and after that of its
+    // last.
+    void StartForm(std::string_view key, std::string_view member) {
+        Open('{');
+        PutKey(key);
+        Open('{');
+        PutKey(member);
+        text_.Put('"');
+    }
+    void EndForm() {
         text_.Put('"');
         Close('}');
         Close('}');
