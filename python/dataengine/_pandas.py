@@ -33,10 +33,12 @@ def to_series(column: Array, rows: int) -> Any:
 
 def _from_objects(values: Array, mask: Array) -> Any:
     """Returns strings as "string", and integers mixed with floats as float64 if that is exact."""
-    kind = infer_dtype(values, skipna=True)
-    if kind == "string":
-        return pandas.Series(_strings(values, mask), copy=False)
-    if kind == "mixed-integer-float":
+    if not mask.all():
+        try:
+            return pandas.Series(_strings(values, mask), copy=False)
+        except ValueError:
+            pass  # not only strings
+    if infer_dtype(values, skipna=True) == "mixed-integer-float":
         floats = np.where(mask, np.nan, values).astype(float)
         if all(exact == given for exact, given in zip(floats[~mask].tolist(), values[~mask])):
             return pandas.Series(floats, copy=False)
@@ -44,6 +46,7 @@ def _from_objects(values: Array, mask: Array) -> Any:
 
 
 def _strings(values: Array, mask: Array) -> Any:
+    """Raises ValueError if a value is not a string."""
     if mask.any():
         values = values.copy()
         values[mask] = pandas.NA
