@@ -33,9 +33,11 @@ def to_series(column: Array, rows: int) -> Any:
 
 def _from_objects(values: Array, mask: Array) -> Any:
     """Returns strings as "string", and integers mixed with floats as float64 if that is exact."""
+    if mask.any():
+        values = np.where(mask, None, values)
     if not mask.all():
         try:
-            return pandas.Series(_strings(values, mask), copy=False)
+            return pandas.Series(pandas.arrays.StringArray(values), copy=False)
         except ValueError:
             pass  # not only strings
     if infer_dtype(values, skipna=True) == "mixed-integer-float":
@@ -43,11 +45,3 @@ def _from_objects(values: Array, mask: Array) -> Any:
         if all(exact == given for exact, given in zip(floats[~mask].tolist(), values[~mask])):
             return pandas.Series(floats, copy=False)
     return pandas.Series(values, copy=False)
-
-
-def _strings(values: Array, mask: Array) -> Any:
-    """Raises ValueError if a value is not a string."""
-    if mask.any():
-        values = values.copy()
-        values[mask] = pandas.NA
-    return pandas.arrays.StringArray(values)

@@ -262,9 +262,8 @@ class _Rows:
         """Returns the rows."""
         counts = [count for _, count, _ in self._files]
         names = np.array([name for name, _, _ in self._files], dtype=object)
-        errors = np.array([pandas.NA if error is None else error for _, _, error in self._files],
-                          dtype=object)
-        broken = np.array([error is not None for _, _, error in self._files], dtype=bool)
+        errors = np.array([error for _, _, error in self._files], dtype=object)
+        broken = np.not_equal(errors, None).astype(bool)
         numbers = np.concatenate([np.arange(0), *(np.arange(count) for count in counts)])
         return pandas.DataFrame({
             "file": pandas.arrays.StringArray(names.repeat(counts)),
@@ -350,5 +349,5 @@ def _joined(parts: list[tuple[Array, Array]], dtype: str) -> Any:
     if dtype == "float64":
         values[mask] = np.nan
         return values
-    values[mask] = pandas.NA if dtype == "string" else None
+    values[mask] = None
     return pandas.arrays.StringArray(values) if dtype == "string" else values

@@ -142,9 +142,16 @@ def test_columns_are_arrays(values, dtype, pandas_dtype):
     assert [math.copysign(1, x) for x in column.tolist() if isinstance(x, float)] == [
         math.copysign(1, x) for x in decoded if isinstance(x, float)]
     assert isinstance(column, np.ma.MaskedArray) == (None in values)
-    series = frame.table("t").to_pandas()["c"]
+    table = frame.table("t")
+    series = table.to_pandas()["c"]
     assert series.dtype == pandas_dtype
     assert series.astype(object).where(series.notna(), None).tolist() == decoded
+    if dtype == "object":
+        assert np.ma.getdata(table.columns["c"]).tolist() == decoded  # pandas has not changed it
+    if values:
+        column = table.columns["c"] = np.ma.MaskedArray(table.columns["c"])
+        column[0] = np.ma.masked
+        assert pandas.isna(table.to_pandas()["c"][0])
 
 
 @pytest.mark.parametrize("short, dtype", [
@@ -163,7 +170,7 @@ def test_columns_of_other_shapes():
     frame = de.FrameReader().open(write(t={"a": [1, 2, 3], "none": None, "short": ["x"]}).frame())
     table = frame.table("t")
     assert len(table) == 3
-    assert table.columns["none"].tolist() == [None] * 3
+    assert table.columns["none"].mask.tolist() == [True] * 3
     assert len(de.FrameReader().open(write(t={}).frame()).table("t").to_pandas()) == 0
     twice = de.FrameWriter("u")
     packed = twice.add_table("t")
@@ -336,6 +343,31 @@ def test_one_reader_for_many_frames_and_threads():
     for thread in threads:
         thread.join()
     assert wrong == []
+
+
+def test_the_gil_is_released():
+    writer = write(leaf="x" * 10_000_000)
+    frame = de.FrameReader().open(writer.frame())
+    document = {"leaf": "x" * 10_000_000}
+    data = de.bson.encode(document)
+    interval = sys.getswitchinterval()
+    sys.setswitchinterval(1000)  # nobody but the call itself lets this thread run
+    try:
+        for call in (frame.decode, writer.frame, lambda: de.bson.encode(document),
+                     lambda: de.bson.decode(data)):
+            assert any(runs_meanwhile(call) for _ in range(100)), call
+    finally:
+        sys.setswitchinterval(interval)
+
+
+def runs_meanwhile(call):
+    begun, ended = threading.Event(), threading.Event()
+    thread = threading.Thread(target=lambda: (begun.set(), call(), ended.set()))
+    thread.start()
+    begun.wait()
+    meanwhile = not ended.is_set()
+    thread.join()
+    return meanwhile
 
 
 def test_the_interpreter_ends_while_daemon_threads_decode():
