@@ -34,7 +34,8 @@ def to_series(column: Array, rows: int) -> Any:
 def _from_objects(values: Array, mask: Array) -> Any:
     """Returns strings as "string", and integers mixed with floats as float64 if that is exact."""
     if mask.any():
-        values = np.where(mask, None, values)
+        values = values.copy()
+        values[mask] = None
     if not mask.all():
         try:
             return pandas.Series(pandas.arrays.StringArray(values), copy=False)

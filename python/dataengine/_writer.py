@@ -107,7 +107,9 @@ class TableWriter:
 def plain(values: Any) -> Any:
     """Returns the list of an array or Series, with None where a value is missing."""
     if hasattr(values, "isna") and values.ndim == 1:
-        values = np.where(values.isna(), None, values.astype(object))
+        missing = np.asarray(values.isna())
+        values = np.array(values, dtype=object)
+        values[missing] = None
     if hasattr(values, "tolist") and not isinstance(values, memoryview):
         if getattr(values, "dtype", None) is not None and values.dtype.kind in "mM":
             raise TypeError(f"values of type {values.dtype} have no counterpart")

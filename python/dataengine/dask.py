@@ -263,7 +263,7 @@ class _Rows:
         counts = [count for _, count, _ in self._files]
         names = np.array([name for name, _, _ in self._files], dtype=object)
         errors = np.array([error for _, _, error in self._files], dtype=object)
-        broken = np.not_equal(errors, None).astype(bool)
+        broken = np.array([error is not None for error in errors], dtype=bool)
         numbers = np.concatenate([np.arange(0), *(np.arange(count) for count in counts)])
         return pandas.DataFrame({
             "file": pandas.arrays.StringArray(names.repeat(counts)),

@@ -78,6 +78,16 @@ def test_maps_names(interfaces, mapping, parser, wanted):
     assert frame.document()[0]["name"] == "hostname"
 
 
+def test_a_reader_keeps_nothing_of_another_frame():
+    reader = de.FrameReader(mapping={"wanted": "a"})
+    frame = reader.open(write(a=1).frame())
+    assert frame.decode() == {"wanted": 1}
+    with pytest.raises(de.FrameError):
+        reader.open(b"\x02")
+    assert frame.decode() == {"wanted": 1}
+    assert reader.open(write(b=2).frame()).decode() == {"b": 2}
+
+
 def test_names_a_table_as_it_was_asked_for(interfaces):
     reader = de.FrameReader(mapping={"If.name": "ifTable.ifName"})
     frame = reader.open(interfaces.frame())
