@@ -111,9 +111,8 @@ class ExactPrinter {
             case PackedKind::kExt: {
                 MakeNull("ext");
                 const std::string_view data = String();
-                const int type = static_cast<signed char>(data[0]);
-                return Tagged("ext",
-                              '[' + std::to_string(type) + ",\"" + HexOf(data.substr(1)) + "\"]");
+                const std::string type = std::to_string(static_cast<signed char>(data[0]));
+                return Tagged("ext", '[' + type + ",\"" + HexOf(data.substr(1)) + "\"]");
             }
             case PackedKind::kBoolean:
                 return bytes_.TakeBoolean() ? "true" : "false";
@@ -216,7 +215,7 @@ class Packing {
         const std::string_view tag = StringOf(member.name);
         const JsonValue& value = member.value;
         const std::string_view text = StringOf(value);
-        const auto special = std::find(std::begin(kSpecial), std::end(kSpecial), text);
+        const auto* const special = std::find(std::begin(kSpecial), std::end(kSpecial), text);
         const bool isFloat = value.IsNumber() || special != std::end(kSpecial);
         const double number = value.IsNumber() ? value.GetDouble()
                               : isFloat        ? std::strtod(text.data(), nullptr)

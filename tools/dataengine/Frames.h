@@ -46,7 +46,7 @@ class Frame {
   public:
     /// Takes offsets from a file if its path is not empty. Otherwise values are consecutive, up to
     /// one that cannot be read. Throws Failure if the file has no frame.
-    Frame(const std::string& path, const std::string& offsets);
+    Frame(const std::string& file, const std::string& offsets);
     Frame(const Frame&) = delete;
     Frame& operator=(const Frame&) = delete;
 

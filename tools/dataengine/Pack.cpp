@@ -249,10 +249,11 @@ class Likeness {
     /// Takes the first table that has all columns; of several of one name, the first first.
     void SetColumns(const std::vector<Cell>& names) {
         std::map<std::string, std::vector<const Item*>> byName;
-        for (auto item = frame_.items.rbegin(); item != frame_.items.rend(); ++item) {
+        for (std::size_t i = frame_.items.size(); i-- > 0;) {
+            const Item* const item = &frame_.items[i];
             const std::string own = item->Name();  // documents have it up to a zero byte
             if (item->role == "column" && item->offset)
-                byName[std::string(detail::UpToZero(own))].push_back(&*item);
+                byName[std::string(detail::UpToZero(own))].push_back(item);
             if (item->table != nullptr) continue;
             std::vector<const Item*> found;
             for (const Cell& name : names) {
