@@ -200,8 +200,7 @@ TEST(Bson, RejectsBrokenBytes) {
                 const Value value = Decode(damaged);
                 EXPECT_EQ(Decode(dataengine::bson::Encode(value)), value) << size;
             });
-            EXPECT_EQ(error.find("byte "), error.empty() ? error.npos : 0)
-                << size << ": " << error;
+            EXPECT_EQ(error.find("byte "), error.empty() ? error.npos : 0) << size << ": " << error;
         }
     }
 }
