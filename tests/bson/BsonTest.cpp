@@ -177,6 +177,11 @@ TEST(Bson, KeepsTheLimitsOfTheStore) {
     large["b"];
     EXPECT_EQ(ErrorOf([&] { dataengine::bson::Encode(large); }),
               "b: the document exceeds 16777199 bytes");
+    // One byte too many: the zero byte at the end of the document.
+    large = Value();
+    large["a"] = Value::Binary(std::string(dataengine::bson::kMaxSize - 12, 'x'));
+    EXPECT_EQ(ErrorOf([&] { dataengine::bson::Encode(large); }),
+              "a: the document exceeds 16777199 bytes");
 }
 
 TEST(Bson, RejectsBrokenBytes) {
