@@ -25,8 +25,9 @@ namespace vxJson {
 /// the value.
 VXUTIL_EXPORT Value Parse(std::string_view text, bool extended = true);
 
-/// Reads JSON text from streams.
+/// Reads JSON text from streams. Keeps no state.
 ///
+/// Thread safety: may be used concurrently, with distinct streams and values.
 class VXUTIL_EXPORT Reader {
   public:
     Reader() = default;
